@@ -1,0 +1,74 @@
+// The forms in which the library speaks. Each half defines TEXTDISP_SOURCE, the name its records carry as
+// their file, before it includes this. Every form is one expression: none returns, jumps or declares.
+#ifndef TEXTDISP_LOG_H
+#define TEXTDISP_LOG_H
+
+#include "kova_debug.h"
+
+#include <pthread.h>
+
+namespace textdisp
+{
+
+enum { LEVEL_ERROR = 1, LEVEL_LOG = 5 };
+
+// The operation that a record speaks for. A helper that reports for its caller takes one, made by
+// TEXTDISP_HERE.
+struct Place_t {
+    const char *pcFunction;
+    int iLine;
+};
+
+inline bool IsLogged(int iLevel)
+{
+    return __atomic_load_n(&__kova_debug_min, __ATOMIC_RELAXED) >= iLevel;
+}
+
+inline unsigned long Self()
+{
+    return (unsigned long)pthread_self();
+}
+
+// What "%ld" prints of a 32-bit value on the set: sign-extended, on every machine.
+template <typename Value> long Long(Value value)
+{
+    return long(static_cast<int>(value));
+}
+
+} // namespace textdisp
+
+#define TEXTDISP_HERE (textdisp::Place_t{__func__, __LINE__})
+
+#define TEXTDISP_RECORD_AT(place, level, ...)                                                                \
+    (textdisp::IsLogged(level) ? kova_debug_log(KOVA_CAT_DEFAULT, level, TEXTDISP_SOURCE,                    \
+                                                (place).pcFunction, (place).iLine, __VA_ARGS__)              \
+                               : void())
+
+#define TEXTDISP_RECORD(level, ...) TEXTDISP_RECORD_AT(TEXTDISP_HERE, level, __VA_ARGS__)
+
+// Three records: where, what, and the end of the line. Each is gated on its own.
+#define TEXTDISP_ERROR(...)                                                                                  \
+    (TEXTDISP_RECORD(textdisp::LEVEL_ERROR, "[File:%s Function:%s Line:%d]:", TEXTDISP_SOURCE, __func__,     \
+                     __LINE__),                                                                              \
+     TEXTDISP_RECORD(textdisp::LEVEL_ERROR, __VA_ARGS__), TEXTDISP_RECORD(textdisp::LEVEL_ERROR, "\n"))
+
+// One record, for the failures that have a format of their own.
+#define TEXTDISP_ERROR_RECORD(...) TEXTDISP_RECORD(textdisp::LEVEL_ERROR, __VA_ARGS__)
+
+#define TEXTDISP_TRACE(...) TEXTDISP_RECORD(textdisp::LEVEL_LOG, __VA_ARGS__)
+
+// The same with the place first, and text of the operation's own behind it: plain, or a format and its
+// values.
+#define TEXTDISP_TRACE_TEXT(prefix, text)                                                                    \
+    TEXTDISP_TRACE("TextDisp: " prefix "%s():%d tpid:0x%lx " text "\n", __func__, __LINE__, textdisp::Self())
+#define TEXTDISP_TRACE_WITH(prefix, text, ...)                                                               \
+    TEXTDISP_TRACE("TextDisp: " prefix "%s():%d tpid:0x%lx " text "\n", __func__, __LINE__,                  \
+                   textdisp::Self(), __VA_ARGS__)
+
+#define TEXTDISP_ENTER() TEXTDISP_TRACE_TEXT("", "")
+#define TEXTDISP_ENTER_TEXT(text) TEXTDISP_TRACE_TEXT("", text)
+#define TEXTDISP_ENTER_WITH(text, ...) TEXTDISP_TRACE_WITH("", text, __VA_ARGS__)
+#define TEXTDISP_EXIT() TEXTDISP_TRACE_TEXT("Exit ", "")
+#define TEXTDISP_EXIT_WITH(text, ...) TEXTDISP_TRACE_WITH("Exit ", text, __VA_ARGS__)
+
+#endif

@@ -1,0 +1,176 @@
+#include "kova/kova_textdisp_dfb.h"
+#include "operations.h"
+#include "platform.h"
+
+#include <stdio.h>
+
+using namespace textdisp;
+
+enum { MAX_PLANE_WIDTH = 1920, MAX_PLANE_HEIGHT = 1080 };
+
+static void PrintBanner(kova_sint8 scContextID, kova_bool bActive)
+{
+    printf("\n\n\n\n######################## Set context %d to active %d ##########################\n\n\n\n",
+           scContextID, bActive);
+}
+
+static int FirstFreeContext(kova_uint8 ucMask)
+{
+    int iContext = 0;
+    while (iContext < MAX_CONTEXTS && (ucMask >> iContext & 1)) iContext++;
+    return iContext;
+}
+
+// KEEPS_DISPLAY: when all contexts are in use the lock stays taken. Callers in the field count on no other
+// thread getting in after that refusal.
+KEEPS_DISPLAY kova_sint8 Kova_TextDFBDisp_CreateContext(pKovaITextDisplay_t pThiz,
+                                                        pKovaTextContextParam_t pParam)
+{
+    KovaDFBDisplay_t *const pDisplay = Record(pThiz);
+
+    TEXTDISP_ENTER();
+    if (!pThiz) return TEXTDISP_ERROR("NULL Pointer!"), kova_sint8(-1);
+    if (!pParam) return TEXTDISP_ERROR("NULL Pointer!"), kova_sint8(-1);
+    Lock(pDisplay);
+    const int iContext = FirstFreeContext(pDisplay->ucContextMask);
+    if (iContext == MAX_CONTEXTS) return TEXTDISP_ERROR("Can't support so much context!"), kova_sint8(-1);
+    const bool bPlaneChanges =
+        pParam->uiPlaneWidth != pDisplay->uiPlaneWidth || pParam->uiPlaneHeight != pDisplay->uiPlaneHeight;
+
+    KovaDFBContext_t &context = pDisplay->context[iContext];
+    context.uiTextWindowWidth = pParam->uiTextWindowWidth;
+    context.uiTextWindowHeight = pParam->uiTextWindowHeight;
+    Poke(context.uiDisplayWindowX, pParam->uiDisplayWindowX);
+    Poke(context.uiDisplayWindowY, pParam->uiDisplayWindowY);
+    Poke(context.uiDisplayWindowWidth, pParam->uiDisplayWindowWidth);
+    Poke(context.uiDisplayWindowHeight, pParam->uiDisplayWindowHeight);
+    Poke(context.uiPlaneWidth, pParam->uiPlaneWidth);
+    Poke(context.uiPlaneHeight, pParam->uiPlaneHeight);
+    pDisplay->uiPlaneWidth = pParam->uiPlaneWidth;
+    pDisplay->uiPlaneHeight = pParam->uiPlaneHeight;
+    pDisplay->ucContextMask = kova_uint8(pDisplay->ucContextMask | 1u << iContext);
+    Poke(pDisplay->scActiveFontID, -1);
+    if (bPlaneChanges)
+        SetPlane(pThiz, kova_sint8(iContext), 0, 0, pParam->uiPlaneWidth, pParam->uiPlaneHeight);
+    TEXTDISP_TRACE("Create context %d\n", iContext);
+    if (__atomic_load_n(&pDisplay->flip_thread_ref, __ATOMIC_ACQUIRE) == 0) {
+        const int iError = StartFlipThread(pDisplay);
+        if (iError != 0) {
+            return TEXTDISP_ERROR_RECORD("pthread_create() failed. return:%d\n", iError), Unlock(pDisplay),
+                   TEXTDISP_EXIT(), kova_sint8(-1);
+        }
+    }
+    Poke(pDisplay->flip_thread_ref, Peek(pDisplay->flip_thread_ref) + 1);
+    return Unlock(pDisplay), TEXTDISP_EXIT(), kova_sint8(iContext);
+}
+
+static void Deactivate(pKovaITextDisplay_t pThiz) HOLDS_DISPLAY
+{
+    KovaDFBDisplay_t *const pDisplay = Record(pThiz);
+
+    if (pDisplay->eLayer != KOVA_GRAPHIC_LAYER1) {
+        if (pDisplay->pBaseSurface) DFB_CHECK_BRIEF(ReleaseAndClear(pDisplay->pBaseSurface));
+        if (pDisplay->pLayer) DFB_CHECK_BRIEF(ReleaseAndClear(pDisplay->pLayer));
+    } else {
+        ReleaseOSD1Window(pThiz);
+    }
+    DropFonts(pDisplay);
+    pDisplay->scActiveContextID = -2;
+    Poke(pDisplay->pActiveSurface, nullptr);
+}
+
+// The layer as creation leaves it, at the context's plane; the palette is loaded and the plane is not wiped.
+static void RebuildLayer(pKovaITextDisplay_t pThiz, kova_sint8 scContextID) HOLDS_DISPLAY
+{
+    KovaDFBDisplay_t *const pDisplay = Record(pThiz);
+    const KovaDFBContext_t &context = pDisplay->context[scContextID];
+    IDirectFBDisplayLayer *const pLayer = pDisplay->pLayer;
+
+    DFB_CHECK_BRIEF(Call(pLayer, &IDirectFBDisplayLayer::SetCooperativeLevel, DLSCL_EXCLUSIVE));
+    DFBDisplayLayerConfig current = {};
+    DFB_CHECK_BRIEF(Call(pLayer, &IDirectFBDisplayLayer::GetConfiguration, &current));
+    DFBDisplayLayerConfig config = current;
+    DescribePlane(pDisplay, context.uiPlaneWidth, context.uiPlaneHeight, &config);
+    DFB_CHECK_BRIEF(Configure(pDisplay, pLayer, current, config));
+    pDisplay->scActiveContextID = scContextID;
+    if (!pDisplay->pBaseSurface) {
+        IDirectFBSurface *pSurface = nullptr;
+        DFB_CHECK_BRIEF(Call(pLayer, &IDirectFBDisplayLayer::GetSurface, &pSurface));
+        Poke(pDisplay->pBaseSurface, pSurface);
+    }
+    Poke(pDisplay->pActiveSurface, pDisplay->pBaseSurface);
+    if (config.pixelformat == DSPF_LUT8) DFB_CHECK(DeclareIndexedPlane(pDisplay->pBaseSurface));
+    SetPaletteInternal(pThiz, scContextID, pDisplay->palette, MAX_PALETTE_COLOR, 0);
+    pDisplay->uiPlaneWidth = context.uiPlaneWidth;
+    pDisplay->uiPlaneHeight = context.uiPlaneHeight;
+    ResetClip(pDisplay);
+    DFB_CHECK(Call(pDisplay->pBaseSurface, &IDirectFBSurface::SetClip, &pDisplay->clip));
+    DFB_CHECK(Call(pDisplay->pBaseSurface, &IDirectFBSurface::SetBlittingFlags, DSBLIT_NOFX));
+}
+
+void Kova_TextDFBDisp_SetActive(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_bool bActive)
+{
+    KovaDFBDisplay_t *const pDisplay = Record(pThiz);
+
+    if (!pThiz) return TEXTDISP_ERROR("NULL Pointer!");
+    if (!IsContextID(scContextID)) return TEXTDISP_ERROR("Invalid context ID!");
+    TEXTDISP_ENTER();
+    Poke(pDisplay->bColor32, 0); // even when what follows is refused
+    const KovaDFBContext_t &context = pDisplay->context[scContextID];
+    if (Peek(context.uiPlaneWidth) - 1 >= MAX_PLANE_WIDTH) return TEXTDISP_ERROR("Invalid plane width!");
+    if (Peek(context.uiPlaneHeight) - 1 >= MAX_PLANE_HEIGHT) return TEXTDISP_ERROR("Invalid plane height!");
+    Lock(pDisplay);
+    if (bActive != 1) {
+        PrintBanner(scContextID, bActive);
+        Deactivate(pThiz);
+        return Unlock(pDisplay), TEXTDISP_EXIT();
+    }
+    if (pDisplay->scActiveContextID != scContextID) {
+        if (pDisplay->eLayer == KOVA_GRAPHIC_LAYER1) {
+            pDisplay->uiPlaneWidth = context.uiPlaneWidth;
+            pDisplay->uiPlaneHeight = context.uiPlaneHeight;
+            if (CreateOSD1Window(pThiz) != 0) {
+                return TEXTDISP_ERROR_RECORD("Fail to create OSD1 Window!\n"), Unlock(pDisplay),
+                       TEXTDISP_EXIT();
+            }
+            pDisplay->scActiveContextID = scContextID;
+        } else {
+            PrintBanner(scContextID, bActive);
+            if (!RegainLayer(pDisplay, TEXTDISP_HERE)) return Unlock(pDisplay), TEXTDISP_EXIT();
+            RebuildLayer(pThiz, scContextID);
+        }
+        RecreateFonts(pThiz, scContextID);
+    }
+    RestoreShownState(pThiz, scContextID);
+    return Unlock(pDisplay), TEXTDISP_EXIT();
+}
+
+// KEEPS_DISPLAY: as above, the lock stays taken when the context does not exist.
+KEEPS_DISPLAY void Kova_TextDFBDisp_DestroyContext(pKovaITextDisplay_t pThiz, kova_sint8 scContextID)
+{
+    KovaDFBDisplay_t *const pDisplay = Record(pThiz);
+
+    TEXTDISP_ENTER();
+    if (!pThiz) return TEXTDISP_ERROR("NULL Pointer!");
+    if (!IsContextID(scContextID)) return TEXTDISP_ERROR("Invalid context ID!");
+    Lock(pDisplay);
+    if (!(pDisplay->ucContextMask >> scContextID & 1)) return TEXTDISP_ERROR("Can't destroy this context!");
+    KovaDFBContext_t &context = pDisplay->context[scContextID];
+    context.uiTextWindowWidth = 0;
+    context.uiTextWindowHeight = 0;
+    Poke(context.uiDisplayWindowX, 0);
+    Poke(context.uiDisplayWindowY, 0);
+    Poke(context.uiDisplayWindowWidth, 0);
+    Poke(context.uiDisplayWindowHeight, 0);
+    Poke(context.uiPlaneWidth, 0);
+    Poke(context.uiPlaneHeight, 0);
+    const kova_uint32 uiHolders = Peek(pDisplay->flip_thread_ref);
+    const bool bLast = uiHolders == 1;
+    if (bLast) AskFlipThreadToStop(pDisplay);
+    pDisplay->ucContextMask = kova_uint8(pDisplay->ucContextMask & ~(1u << scContextID));
+    // A context whose thread did not start holds no reference.
+    if (uiHolders > 1) Poke(pDisplay->flip_thread_ref, uiHolders - 1);
+    Unlock(pDisplay);
+    if (bLast) JoinFlipThread(pDisplay); // without the lock, which the thread takes on its way out
+    TEXTDISP_EXIT();
+}

@@ -1,0 +1,76 @@
+#include "operations.h"
+
+#include <unistd.h>
+
+namespace textdisp
+{
+
+DFBResult ObtainLayer(IDirectFB *pDfb, DFBDisplayLayerID id, IDirectFBDisplayLayer **ppLayer, Place_t place)
+{
+    DFBResult eResult = Call(pDfb, &IDirectFB::GetDisplayLayer, id, ppLayer);
+
+    for (int iRetry = 0; eResult == DFB_TEMPUNAVAIL; iRetry++) {
+        TEXTDISP_RECORD_AT(place, LEVEL_ERROR,
+                           "#################### DFB_TEMPUNAVAIL %d #######################\n", iRetry);
+        usleep(50000);
+        eResult = Call(pDfb, &IDirectFB::GetDisplayLayer, id, ppLayer);
+    }
+    return eResult;
+}
+
+bool RegainLayer(KovaDFBDisplay_t *pDisplay, Place_t place)
+{
+    if (pDisplay->pLayer) return true;
+
+    IDirectFBDisplayLayer *pLayer = nullptr;
+    const DFBResult eResult =
+        ObtainLayer(pDisplay->pDfb, DFBDisplayLayerID(pDisplay->eLayer), &pLayer, place);
+    Poke(pDisplay->pLayer, pLayer);
+    if (eResult != DFB_OK) {
+        TEXTDISP_RECORD_AT(place, LEVEL_ERROR, "GetDisplayLayer result = %d\n", int(eResult));
+    } else if (!pLayer) {
+        TEXTDISP_RECORD_AT(place, LEVEL_ERROR, "Display layer = NULL after GetDisplayLayer\n");
+    } else {
+        return true;
+    }
+    pDisplay->scActiveContextID = -2;
+    return false;
+}
+
+DFBSurfacePixelFormat PlaneFormat(const KovaDFBDisplay_t *pDisplay)
+{
+    return IsIndexed(pDisplay) ? DSPF_LUT8 : DSPF_ARGB;
+}
+
+void DescribePlane(const KovaDFBDisplay_t *pDisplay, kova_uint32 uiWidth, kova_uint32 uiHeight,
+                   DFBDisplayLayerConfig *pConfig)
+{
+    pConfig->flags = DFBDisplayLayerConfigFlags(DLCONF_WIDTH | DLCONF_HEIGHT | DLCONF_PIXELFORMAT |
+                                                DLCONF_BUFFERMODE | DLCONF_SURFACE_CAPS);
+    pConfig->width = int(uiWidth);
+    pConfig->height = int(uiHeight);
+    pConfig->pixelformat = PlaneFormat(pDisplay);
+    pConfig->buffermode = DLBM_BACKVIDEO;
+    pConfig->surface_caps = DSCAPS_DOUBLE;
+}
+
+DFBResult Configure(KovaDFBDisplay_t *pDisplay, IDirectFBDisplayLayer *pLayer,
+                    const DFBDisplayLayerConfig &current, const DFBDisplayLayerConfig &wanted)
+{
+    const DFBResult eResult = Call(pLayer, &IDirectFBDisplayLayer::SetConfiguration, &wanted);
+    const DFBDisplayLayerConfig &made = eResult == DFB_OK ? wanted : current;
+
+    pDisplay->uiSurfaceWidth = kova_uint32(made.width);
+    pDisplay->uiSurfaceHeight = kova_uint32(made.height);
+    return eResult;
+}
+
+void ResetClip(KovaDFBDisplay_t *pDisplay)
+{
+    Poke(pDisplay->clip.x1, 0);
+    Poke(pDisplay->clip.y1, 0);
+    Poke(pDisplay->clip.x2, pDisplay->uiPlaneWidth - 1);
+    Poke(pDisplay->clip.y2, pDisplay->uiPlaneHeight - 1);
+}
+
+} // namespace textdisp

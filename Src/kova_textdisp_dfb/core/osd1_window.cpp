@@ -1,0 +1,77 @@
+// The window that stands in for layer 1: as large as the plane, scaled by DirectFB over the whole primary
+// layer. Neither function locks; their callers hold the lock, or are alone with the display.
+#include "operations.h"
+
+namespace textdisp
+{
+
+int CreateOSD1Window(pKovaITextDisplay_t pThiz)
+{
+    KovaDFBDisplay_t *const pDisplay = Record(pThiz);
+
+    if (!pThiz) return TEXTDISP_ERROR("NULL Pointer!"), -1;
+    if (!pDisplay->pDfb) return TEXTDISP_ERROR("NULL Pointer!"), -1;
+    if (pDisplay->pLayer) ReleaseOSD1Window(pThiz);
+
+    IDirectFBDisplayLayer *pLayer = nullptr;
+    ObtainLayer(pDisplay->pDfb, DLID_PRIMARY, &pLayer,
+                TEXTDISP_HERE); // judged by the layer, not by its result
+    Poke(pDisplay->pLayer, pLayer);
+    if (!pLayer) return TEXTDISP_ERROR("pLayer is NULL!"), -1;
+    DFB_CHECK_BRIEF(Call(pLayer, &IDirectFBDisplayLayer::SetCooperativeLevel, DLSCL_SHARED));
+    DFBDisplayLayerConfig config = {};
+    DFB_CHECK(Call(pLayer, &IDirectFBDisplayLayer::GetConfiguration, &config));
+
+    DFBWindowDescription desc = {};
+    desc.flags = DFBWindowDescriptionFlags(DWDESC_CAPS | DWDESC_WIDTH | DWDESC_HEIGHT | DWDESC_PIXELFORMAT |
+                                           DWDESC_POSX | DWDESC_POSY | DWDESC_OPTIONS | DWDESC_STACKING);
+    desc.caps = DFBWindowCapabilities(DWCAPS_ALPHACHANNEL | DWCAPS_DOUBLEBUFFER | DWCAPS_NOFOCUS);
+    desc.width = int(pDisplay->uiPlaneWidth);
+    desc.height = int(pDisplay->uiPlaneHeight);
+    // The 32-bit mode plays no part here: such a display gets an indexed window too.
+    desc.pixelformat = pDisplay->bTextDisp_Palette ? DSPF_ARGB : DSPF_LUT8;
+    desc.posx = 0;
+    desc.posy = 0;
+    desc.options = DFBWindowOptions(DWOP_ALPHACHANNEL | DWOP_SCALE);
+    desc.stacking = DWSC_LOWER;
+    DFB_CHECK(Call(pLayer, &IDirectFBDisplayLayer::CreateWindow, &desc, &pDisplay->pWindow));
+    // Both failures below answer 0, as success does: activation then counts the context as active without a
+    // surface.
+    if (!pDisplay->pWindow) return TEXTDISP_ERROR("Fail to create window from layer!"), 0;
+    IDirectFBWindow *const pWindow = pDisplay->pWindow;
+    DFB_CHECK(Call(pWindow, &IDirectFBWindow::SetBounds, 0, 0, config.width, config.height));
+
+    IDirectFBSurface *pSurface = pDisplay->pBaseSurface;
+    DFB_CHECK(Call(pWindow, &IDirectFBWindow::GetSurface, &pSurface));
+    Poke(pDisplay->pBaseSurface, pSurface);
+    if (!pSurface) return TEXTDISP_ERROR("Fail to get surface from window!"), 0;
+    pDisplay->uiSurfaceWidth = pDisplay->uiPlaneWidth;
+    pDisplay->uiSurfaceHeight = pDisplay->uiPlaneHeight;
+    // Wiped, flipped and wiped again, so that both buffers start transparent.
+    DFB_CHECK(Call(pSurface, &IDirectFBSurface::Clear, 0, 0, 0, 0));
+    DFB_CHECK(Call(pSurface, &IDirectFBSurface::Flip, nullptr, DSFLIP_WAIT | DSFLIP_BLIT | DSFLIP_ONSYNC));
+    DFB_CHECK(Call(pSurface, &IDirectFBSurface::Clear, 0, 0, 0, 0));
+    DFB_CHECK(Call(pWindow, &IDirectFBWindow::SetOpacity, 255));
+    Poke(pDisplay->pActiveSurface, pSurface);
+    DFB_CHECK(Call(pWindow, &IDirectFBWindow::RaiseToTop));
+    ResetClip(pDisplay);
+    DFB_CHECK(Call(pSurface, &IDirectFBSurface::SetClip, &pDisplay->clip));
+    DFB_CHECK(Call(pSurface, &IDirectFBSurface::SetBlittingFlags, DSBLIT_NOFX));
+    return 0;
+}
+
+int ReleaseOSD1Window(pKovaITextDisplay_t pThiz)
+{
+    KovaDFBDisplay_t *const pDisplay = Record(pThiz);
+
+    if (!pThiz) return TEXTDISP_ERROR("NULL Pointer!"), -1;
+    if (pDisplay->pBaseSurface) {
+        DFB_CHECK(ReleaseAndClear(pDisplay->pBaseSurface));
+        Poke(pDisplay->pActiveSurface, nullptr);
+    }
+    if (pDisplay->pWindow) DFB_CHECK(ReleaseAndClear(pDisplay->pWindow));
+    if (pDisplay->pLayer) DFB_CHECK(ReleaseAndClear(pDisplay->pLayer));
+    return 0;
+}
+
+} // namespace textdisp
