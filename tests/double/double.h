@@ -1,0 +1,105 @@
+// A DirectFB, a logging library and a clock that do what the test says and write down what was asked of them.
+//
+// The trace is text, one line an event, in order; a line is indented by two spaces while the calling thread
+// holds the display's lock. Lines of other threads than the test's own (the flip thread's) are kept apart.
+// What a line looks like:
+//
+//     enter DrawLine                      an entry trace; text of the operation's own follows the name
+//     exit DrawLine                       an exit trace, likewise
+//     ERROR DrawLine: NULL Pointer!       the three records of one error, when the three agree with each
+//     other error SetPaletteInternal: invalide  a single record at level ERROR log SetClip: Set Clip Area:
+//     x:0x1   a single record at level LOG base.DrawLine 10,20 30,20           a call on a DirectFB object
+//     DFB_CHECK 0x1f                      a line of DFB_CHECK on standard error, with the result it names
+//     DFB_CHECK_BRIEF                     a line of DFB_CHECK_BRIEF
+//     dlopen libdirectfb.so NOW|GLOBAL    and dlsym NAME, dlclose, usleep 16000, pthread_create, pthread_join
+//
+// A line feed inside a record's text is written as \n, but for the one that ends it. Objects are named by
+// what they are: dfb, layer, window, base (a surface of a layer or window), surface (one of CreateSurface),
+// font, palette; the second of a kind is layer2, and so on.
+#ifndef TESTS_DOUBLE_H
+#define TESTS_DOUBLE_H
+
+#include "kova_textdisp_dfb/directfb_c.h"
+
+#include <pthread.h>
+#include <string>
+#include <sys/time.h>
+#include <utility>
+#include <vector>
+
+namespace fake
+{
+
+// One record as the logging library was given it.
+struct Record_t {
+    bool bDefaultCategory;
+    int iLevel;
+    std::string file, function;
+    int iLine;
+    std::string format, text;
+    bool bMainThread;
+};
+
+// ---- what happened
+
+std::string Trace();                            // the test's own thread, since the last ClearTrace
+std::string ThreadTrace();                      // all other threads
+std::string TraceOf(const std::string &prefix); // the lines of Trace() that begin so, indentation aside
+std::vector<Record_t> Records();
+std::string StandardError(); // everything the library wrote there, as it wrote it
+void ClearTrace();
+void Note(const std::string &line);      // a line of the test's own
+bool HoldsLock();                        // whether the calling thread holds the watched lock
+void WatchLock(pthread_mutex_t *pMutex); // null: none
+int LiveObjects();                       // DirectFB objects not yet released
+std::string LiveObjectNames();
+int CallCount(); // DirectFB calls since the last Reset, those of all threads
+
+// ---- what shall happen; a method is named "Surface.SetClip", "Layer.GetSurface", "Dfb.CreateFont",
+// "DirectFBInit"
+
+void Fail(const std::string &method, DFBResult eResult);              // every time, out pointers untouched
+void FailNth(const std::string &method, int iNth, DFBResult eResult); // the n-th call from now, 1 the next
+void GiveNothing(const std::string &method); // says OK, and the out pointer becomes null
+void FailCall(int iIndex,
+              DFBResult eResult); // the call that raises CallCount() to this number, whatever it is
+void GiveNothingAtCall(int iIndex);
+void TemporarilyUnavailable(int iTimes); // answers of GetDisplayLayer before it does as it should
+void SetEncodings(
+    std::vector<std::pair<unsigned, const char *>> encodings); // a null name is handed on; default UTF8 last
+void EnumerateWithoutContext();                                // the callback gets a null context
+void SetFontMetrics(int iHeight, int iUnderlinePosition, int iUnderlineThickness, int iWidthPerByte);
+void SetLayerConfig(const DFBDisplayLayerConfig &config); // what GetConfiguration says until it is set anew
+void ForceBufferMode(DFBDisplayLayerBufferMode eMode, bool bReported); // whatever was configured
+void FailAllocation();                                                 // the library's next calloc
+void FailThreadStart(int iError);
+void FailLoading(const std::string &error);                         // dlopen
+void FailSymbol(const std::string &name, const std::string &error); // dlsym
+void Reset(); // all of the above, and the trace; objects stay alive
+
+// ---- the objects themselves
+
+IDirectFBSurface *MakeSurface(const std::string &name, int iWidth, int iHeight,
+                              DFBSurfacePixelFormat eFormat);
+const unsigned char *Pixels(IDirectFBSurface *pSurface, int *piPitch);
+std::vector<unsigned char> Memory(IDirectFBSurface *pSurface); // rows without their padding
+DFBRegion ClipOf(IDirectFBSurface *pSurface);
+std::vector<DFBColor> PaletteOf(IDirectFBSurface *pSurface); // 256 entries
+std::vector<DFBColor> LastEntries();                         // the colours of the last SetEntries
+std::string NameOf(IDirectFBSurface *pSurface);
+
+// ---- the clock, which stands still until it is turned; sleeping turns it by as much
+
+void SetClock(long lSeconds, long lMicroseconds);
+void TurnClock(long lMicroseconds);
+struct timeval Now();
+
+// Sleeps of other threads than the test's own are held until they are let go, one at a time; on by default.
+void HoldSleeps(bool bHold);
+bool AwaitSleeper();           // until another thread sleeps; false after ten seconds
+void LetSleeperGo();           // and turns the clock by as much as it asked for
+void SetThreshold(int iLevel); // __kova_debug_min; 5 after Reset
+
+} // namespace fake
+
+#endif

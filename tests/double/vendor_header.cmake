@@ -1,0 +1,60 @@
+# Makes the header of a platform with the OSD extensions out of the published one: run as a script with -DFROM=, -DTO=.
+# Each replacement must find its text, or the published header is another than the one this was written for.
+file(READ ${FROM} text)
+
+function(replace_once old new)
+    string(FIND "${text}" "${old}" at)
+    if(at EQUAL -1)
+        message(FATAL_ERROR "${FROM} lacks the text\n${old}")
+    endif()
+    string(REPLACE "${old}" "${new}" changed "${text}")
+    set(text "${changed}" PARENT_SCOPE)
+endfunction()
+
+replace_once("     int  width;         /* glyph width */
+     int  height;        /* glyph height */" "     int  w;
+     int  h;")
+replace_once("     int  hzoom;         /* horizontal zoom factor */
+     int  vzoom;         /* vertical zoom factor */" "     int  hz;
+     int  vz;")
+replace_once("} DFBMonoGlyphAttributes;" "} DFBMonoGlyphAttributes;
+
+typedef struct {
+     int  plane_x, plane_y, plane_w, plane_h;
+     int  buf_w, buf_h;
+     int  crop_x, crop_y, crop_w, crop_h;
+} DFBOsdScaleInfo;")
+replace_once("     DFBResult (*DrawMonoGlyphs) (
+           IDirectFBSurface             *thiz,
+           const void                   *glyph[],
+           const DFBMonoGlyphAttributes *attributes,
+           const DFBPoint               *dest_points,
+           unsigned int                  num
+     );" "     DFBResult (*DrawMonoGlyph) (
+           IDirectFBSurface             *thiz,
+           const void                   *glyph,
+           int w, int h, int rowbyte, int bitoffset, int x, int y, int fgcolor, int bgcolor, int hz, int vz
+     );
+
+     DFBResult (*BatchDrawMonoGlyph) (
+           IDirectFBSurface             *thiz,
+           const void                   *glyph[],
+           const DFBMonoGlyphAttributes *attributes,
+           const DFBPoint               *dest_points,
+           unsigned int                  num
+     );
+
+     DFBResult (*SetOSDScaleInfo) (
+           IDirectFBSurface             *thiz,
+           const DFBOsdScaleInfo        *info
+     );
+
+     DFBResult (*SetDescriptionFlags) (
+           IDirectFBSurface             *thiz,
+           DFBSurfaceDescriptionFlags    flags
+     );")
+replace_once("     DSDESC_ALL          = 0x0000037F" "     DSDESC_DESTINATION_LUT8 = 0x00000800,
+     DSDESC_ALL          = 0x00000B7F")
+replace_once("     DFFA_SOFTHINTING         = 0x00000100," "     DFFA_ITALIC_STYLE        = 0x00000100,")
+replace_once("     DFFA_STYLE_ITALIC        = 0x00000200,  /* load italic style */" "")
+file(WRITE ${TO} "${text}")

@@ -1,0 +1,59 @@
+// What lets a test read as a sentence: displays in a given state, on the recording double.
+#ifndef TESTS_SUPPORT_H
+#define TESTS_SUPPORT_H
+
+#include "double.h"
+#include "kova/kova_textdisp_dfb.h"
+#include "kova_textdisp_dfb/record.h"
+
+#include <gtest/gtest.h>
+
+namespace test
+{
+
+using namespace fake;
+
+enum ColorMode_e { INDEX_COLORS, PALETTE_COLORS, PACKED_COLORS };
+
+constexpr int NO_CONTEXT = -1;
+constexpr int ACTIVE_CONTEXT(int iContext)
+{
+    return iContext;
+}
+
+constexpr kova_uint32 PLANE_WIDTH = 720, PLANE_HEIGHT = 480;
+
+// The record behind a display.
+KovaDFBDisplay_t *RecordOf(pKovaITextDisplay_t pDisplay);
+
+KovaTextInitParam_t InitParam(KovaGraphicLayer_e eLayer, ColorMode_e eMode = INDEX_COLORS);
+KovaTextContextParam_t ContextParam(kova_uint32 uiWidth = PLANE_WIDTH, kova_uint32 uiHeight = PLANE_HEIGHT);
+
+// Each ends with an empty trace, the clock a second past the last flip, and the lock watched.
+// A display as created by the facade, without contexts and hidden.
+pKovaITextDisplay_t GivenDisplay(KovaGraphicLayer_e eLayer, ColorMode_e eMode = INDEX_COLORS);
+// The same with as many contexts as the active one asks for, that one activated; the flip thread waits. With
+// NO_CONTEXT there is neither context nor thread. PACKED_COLORS stays in force although activation ends it.
+pKovaITextDisplay_t GivenHiddenDisplay(KovaGraphicLayer_e eLayer, ColorMode_e eMode = INDEX_COLORS,
+                                       int iActive = 0);
+pKovaITextDisplay_t GivenShownDisplay(KovaGraphicLayer_e eLayer, ColorMode_e eMode = INDEX_COLORS,
+                                      int iActive = 0);
+// A font created in slot 0 at this height, selected, with an empty trace again.
+void GivenFont(pKovaITextDisplay_t pDisplay, kova_uint32 uiHeight = 24, const char *pcName = "sans.ttf");
+// A backup surface of the plane's size and format, named "backup"; no operation makes one.
+IDirectFBSurface *GivenBackupSurface(pKovaITextDisplay_t pDisplay);
+
+// Until the flip thread waits for a request; false after ten seconds.
+bool AwaitIdleThread(pKovaITextDisplay_t pDisplay);
+// Until the thread's lines contain this; false after ten seconds.
+bool AwaitThreadTrace(const std::string &text);
+
+// Destroys all contexts and the display; for tests that end with objects to count.
+void Destroy(pKovaITextDisplay_t pDisplay);
+
+// The lines of a trace that are not traces of the log ("enter", "exit", "log"), each without its indentation.
+std::string CallsOnly(const std::string &trace);
+
+} // namespace test
+
+#endif
