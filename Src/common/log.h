@@ -35,6 +35,11 @@ template <typename Value> long Long(Value value)
     return long(static_cast<int>(value));
 }
 
+// Out of line, for they are written many times and seldom run. The gate of the two traces is their caller's.
+void LogError(const char *pcFile, const char *pcFunction, int iLine, const char *pcMessage);
+void LogEntry(const char *pcFile, const char *pcFunction, int iLine);
+void LogExit(const char *pcFile, const char *pcFunction, int iLine);
+
 } // namespace textdisp
 
 #define TEXTDISP_HERE (textdisp::Place_t{__func__, __LINE__})
@@ -47,7 +52,8 @@ template <typename Value> long Long(Value value)
 #define TEXTDISP_RECORD(level, ...) TEXTDISP_RECORD_AT(TEXTDISP_HERE, level, __VA_ARGS__)
 
 // Three records: where, what, and the end of the line. Each is gated on its own.
-#define TEXTDISP_ERROR(...)                                                                                  \
+#define TEXTDISP_ERROR(message) textdisp::LogError(TEXTDISP_SOURCE, __func__, __LINE__, message)
+#define TEXTDISP_ERROR_WITH(...)                                                                             \
     (TEXTDISP_RECORD(textdisp::LEVEL_ERROR, "[File:%s Function:%s Line:%d]:", TEXTDISP_SOURCE, __func__,     \
                      __LINE__),                                                                              \
      TEXTDISP_RECORD(textdisp::LEVEL_ERROR, __VA_ARGS__), TEXTDISP_RECORD(textdisp::LEVEL_ERROR, "\n"))
@@ -65,10 +71,14 @@ template <typename Value> long Long(Value value)
     TEXTDISP_TRACE("TextDisp: " prefix "%s():%d tpid:0x%lx " text "\n", __func__, __LINE__,                  \
                    textdisp::Self(), __VA_ARGS__)
 
-#define TEXTDISP_ENTER() TEXTDISP_TRACE_TEXT("", "")
+#define TEXTDISP_ENTER()                                                                                     \
+    (textdisp::IsLogged(textdisp::LEVEL_LOG) ? textdisp::LogEntry(TEXTDISP_SOURCE, __func__, __LINE__)       \
+                                             : void())
 #define TEXTDISP_ENTER_TEXT(text) TEXTDISP_TRACE_TEXT("", text)
 #define TEXTDISP_ENTER_WITH(text, ...) TEXTDISP_TRACE_WITH("", text, __VA_ARGS__)
-#define TEXTDISP_EXIT() TEXTDISP_TRACE_TEXT("Exit ", "")
+#define TEXTDISP_EXIT()                                                                                      \
+    (textdisp::IsLogged(textdisp::LEVEL_LOG) ? textdisp::LogExit(TEXTDISP_SOURCE, __func__, __LINE__)        \
+                                             : void())
 #define TEXTDISP_EXIT_WITH(text, ...) TEXTDISP_TRACE_WITH("Exit ", text, __VA_ARGS__)
 
 #endif

@@ -70,16 +70,16 @@ template <typename Pixel>
 static void ExpandGlyph(const Target_t &target, const kova_uint8 *pucData, const MonoGlyph_t &glyph)
 {
     // A row at its widest, and the part of a word by which the last one may overshoot.
-    Pixel row[MAX_GLYPH_SIZE * 2 + sizeof(uint64_t)];
+    Pixel row[size_t(MAX_GLYPH_SIZE) * 2 + sizeof(uint64_t)];
     const int64_t iLeft = Larger(glyph.siX, target.clip.x1);
     const int64_t iRight =
-        Smaller(int64_t(glyph.siX) + glyph.siWidth * glyph.siHorizontal - 1, target.clip.x2);
+        Smaller(glyph.siX + int64_t(glyph.siWidth) * glyph.siHorizontal - 1, target.clip.x2);
     const auto uiOffset = kova_uint32(glyph.siBitOffset);
 
     if (iLeft > iRight) return;
     const size_t uiBytes = size_t(iRight - iLeft + 1) * sizeof(Pixel);
     for (int iRow = 0; iRow < glyph.siHeight; iRow++) {
-        const int64_t iY = int64_t(glyph.siY) + iRow * glyph.siVertical;
+        const int64_t iY = glyph.siY + int64_t(iRow) * glyph.siVertical;
         const int64_t iTop = Larger(iY, target.clip.y1);
         const int64_t iBottom = Smaller(iY + glyph.siVertical - 1, target.clip.y2);
         if (iTop > iBottom) continue;

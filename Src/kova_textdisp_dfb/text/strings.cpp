@@ -101,7 +101,7 @@ int DrawString(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, const unsigned
         DrawTextContourStyle(pThiz, acUTF8, uiBytes, uiX, uiY, DSTF_TOPLEFT);
         break;
     default: // nothing is drawn, and the flip is made all the same
-        TEXTDISP_ERROR("invalid etype:%d\n", int(pDisplay->eEdge));
+        TEXTDISP_ERROR_WITH("invalid etype:%d\n", int(pDisplay->eEdge));
         break;
     }
     FilpInternal(pThiz);
