@@ -150,4 +150,12 @@ std::string CallsOnly(const std::string &trace)
     return calls;
 }
 
+std::string CheckLine(DFBResult eResult)
+{
+    char acLine[32];
+
+    snprintf(acLine, sizeof acLine, "DFB_CHECK %#x\n", unsigned(eResult));
+    return acLine;
+}
+
 } // namespace test

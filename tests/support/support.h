@@ -53,6 +53,8 @@ void Destroy(pKovaITextDisplay_t pDisplay);
 
 // The lines of a trace that are not traces of the log ("enter", "exit", "log"), each without its indentation.
 std::string CallsOnly(const std::string &trace);
+// The line of DFB_CHECK that names this result, as the trace writes it.
+std::string CheckLine(DFBResult eResult);
 
 } // namespace test
 
