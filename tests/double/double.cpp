@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <deque>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -18,6 +19,7 @@
 #include <set>
 #include <sys/mman.h>
 #include <sys/syscall.h>
+#include <thread>
 #include <unistd.h>
 
 extern "C" void __sanitizer_set_report_fd(void *pFd) __attribute__((weak));
@@ -70,6 +72,10 @@ struct State_t {
     long long iNow = 0; // microseconds
     bool bHold = true;
     int iSleepers = 0, iLetGo = 0;
+    std::atomic<bool> bRealClock{false};
+
+    std::atomic<bool> bHook{false};
+    std::function<void(const char *, const void *)> hook;
 };
 
 static State_t &State()
@@ -364,6 +370,7 @@ void Reset()
     state.loadError.clear();
     state.symbol.clear();
     state.bDlError = false;
+    state.bRealClock = false;
     SetClock(1000000, 0);
     SetThreshold(5);
 }
@@ -1063,6 +1070,18 @@ struct timeval Now()
     return {time_t(State().iNow / 1000000), suseconds_t(State().iNow % 1000000)};
 }
 
+void UseRealClock(bool bReal)
+{
+    State().bRealClock = bReal;
+}
+
+void BeforeThreadCall(std::function<void(const char *pcCall, const void *pObject)> hook)
+{
+    State().bHook = false;
+    State().hook = std::move(hook);
+    State().bHook = State().hook != nullptr;
+}
+
 void HoldSleeps(bool bHold)
 {
     const std::lock_guard<std::mutex> guard(State().clockMutex);
@@ -1089,6 +1108,7 @@ static void Sleep(long lMicroseconds)
     State_t &state = State();
 
     Add(Format("usleep %ld", lMicroseconds));
+    if (state.bRealClock) return std::this_thread::sleep_for(std::chrono::microseconds(lMicroseconds));
     std::unique_lock<std::mutex> guard(state.clockMutex);
     if (!IsMainThread()) {
         state.iSleepers++;
@@ -1220,6 +1240,12 @@ DFBResult DirectFBErrorFatal(const char *msg, DFBResult result)
 
 int gettimeofday(struct timeval *tv, void *) noexcept
 {
+    if (fake::State().bRealClock) {
+        struct timespec now;
+        clock_gettime(CLOCK_REALTIME, &now);
+        *tv = {now.tv_sec, suseconds_t(now.tv_nsec / 1000)};
+        return 0;
+    }
     *tv = fake::Now();
     return 0;
 }
@@ -1261,7 +1287,43 @@ static bool IsOurs(void *pCaller)
     return dladdr(pCaller, &info) && info.dli_fname && strstr(info.dli_fname, "libkova_textdisp");
 }
 
+// Every lock of the process comes by here, so what is looked up is looked up once.
+template <typename Function> static Function RealVersioned(const char *pcName)
+{
+    for (const char *pcVersion : {"GLIBC_2.34", "GLIBC_2.3.2", "GLIBC_2.17", "GLIBC_2.4", "GLIBC_2.2.5"}) {
+        if (void *const pSym = dlvsym(RTLD_NEXT, pcName, pcVersion)) return reinterpret_cast<Function>(pSym);
+    }
+    return nullptr;
+}
+
+static void TellHook(const char *pcCall, const void *pObject, void *pCaller)
+{
+    if (fake::State().bHook && IsOurs(pCaller)) fake::State().hook(pcCall, pObject);
+}
+
 extern "C" {
+
+int pthread_mutex_lock(pthread_mutex_t *mutex) noexcept
+{
+    static const auto pfnReal = RealVersioned<int (*)(pthread_mutex_t *)>("pthread_mutex_lock");
+    TellHook("pthread_mutex_lock", mutex, __builtin_return_address(0));
+    return pfnReal(mutex);
+}
+
+int pthread_cond_wait(pthread_cond_t *cond, pthread_mutex_t *mutex)
+{
+    static const auto pfnReal =
+        RealVersioned<int (*)(pthread_cond_t *, pthread_mutex_t *)>("pthread_cond_wait");
+    TellHook("pthread_cond_wait", cond, __builtin_return_address(0));
+    return pfnReal(cond, mutex);
+}
+
+int pthread_cond_signal(pthread_cond_t *cond) noexcept
+{
+    static const auto pfnReal = RealVersioned<int (*)(pthread_cond_t *)>("pthread_cond_signal");
+    TellHook("pthread_cond_signal", cond, __builtin_return_address(0));
+    return pfnReal(cond);
+}
 
 int pthread_create(pthread_t *thread, const pthread_attr_t *attr, void *(*start)(void *), void *arg) noexcept
 {

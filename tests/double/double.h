@@ -21,6 +21,7 @@
 
 #include "kova_textdisp_dfb/directfb_c.h"
 
+#include <functional>
 #include <pthread.h>
 #include <string>
 #include <sys/time.h>
@@ -96,9 +97,16 @@ struct timeval Now();
 
 // Sleeps of other threads than the test's own are held until they are let go, one at a time; on by default.
 void HoldSleeps(bool bHold);
-bool AwaitSleeper();           // until another thread sleeps; false after ten seconds
-void LetSleeperGo();           // and turns the clock by as much as it asked for
+bool AwaitSleeper(); // until another thread sleeps; false after ten seconds
+void LetSleeperGo(); // and turns the clock by as much as it asked for
+// The clock of the machine and sleeps that last, for what only time can show; off after Reset.
+void UseRealClock(bool bReal);
 void SetThreshold(int iLevel); // __kova_debug_min; 5 after Reset
+
+// Called in the calling thread before each pthread_mutex_lock, pthread_cond_wait and pthread_cond_signal that
+// the library makes, with that name and the mutex or condition: there a test holds a thread up, or slows it
+// down. Set it and take it back (with nullptr) while the library's thread is not in such a call.
+void BeforeThreadCall(std::function<void(const char *pcCall, const void *pObject)> hook);
 
 } // namespace fake
 
