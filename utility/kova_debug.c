@@ -1,7 +1,9 @@
 /* A stand-in for the set's libUtility.so, for machines that are no television. Records go to standard error
    as lines:
 
-       ERROR TextDisplay DrawString:131 [4711] NULL Pointer!
+       LOG     default Src/kova_textdisp_dfb DrawString:131 [7f3a41c0] text
+
+   That is level, category, source, function and line, thread, and the text.
 
    KOVA_DEBUG=0 to 5 in the environment sets the threshold (1, errors, without it). An error of the library
    comes as three records, of which the last ends the line; they are kept together, whatever other threads
@@ -126,6 +128,9 @@ void kova_debug_log(KovaDebugCategory *category, int level, const char *file, co
     const int iLength = vsnprintf(acText, sizeof acText, format, arguments);
     va_end(arguments);
     if (!pLine || iLength < 0) return;
+    if (iLength >= (int)sizeof acText && format[strlen(format) - 1] == '\n') {
+        acText[sizeof acText - 2] = '\n'; /* a record that is cut still ends its line */
+    }
 
     /* Another place speaks: what was pending has had its say. */
     if (pLine->pcFunction != function || pLine->iLine != line) FlushLine(pLine);
