@@ -78,8 +78,8 @@ Picture_t OnScreen(); // what the last flip showed
 // Byte for byte; the message says where the two first differ, and in how many pixels.
 testing::AssertionResult Same(const Picture_t &expected, const Picture_t &seen);
 
-// A surface of the display's size and format that DirectFB draws on without the library: what the display has
-// to look like.
+// A surface of the display's size and format, double-buffered as the display's is, that DirectFB draws on
+// without the library: what the display has to look like.
 class Reference
 {
 public:
@@ -100,6 +100,8 @@ public:
     void SetColor(kova_uint32 i);
     void Fill(int iX, int iY, int iWidth, int iHeight, kova_uint32 i);
     void Text(const std::string &text, int iX, int iY);
+    // What was drawn becomes what a copy reads: DirectFB copies from the front buffer of a surface.
+    void Flip();
     Picture_t Pixels() const;
 
 private:

@@ -1,0 +1,263 @@
+// Contexts of different planes, activated in turn, and the fonts and palette that follow them.
+#include "bed.h"
+
+#include <stdio.h>
+#include <unistd.h>
+
+#include <memory>
+
+using namespace live;
+
+enum { ROUNDS = 50, TEXT = 13, EDGE = 8 };
+
+static const struct {
+    kova_uint32 uiWidth, uiHeight;
+} planes[] = {{720, 480}, {1280, 720}, {1920, 1080}, {1, 1}};
+
+static long ResidentKilobytes()
+{
+    long lSize = 0, lResident = 0;
+    FILE *const pFile = fopen("/proc/self/statm", "r");
+    if (!pFile) return 0;
+    if (fscanf(pFile, "%ld %ld", &lSize, &lResident) != 2) lResident = 0;
+    fclose(pFile);
+    return lResident * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
+static void Activate(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID)
+{
+    Kova_TextDisp_SetActive(pDisplay, scContextID, 1);
+    if (Colors() == PACKED) { // activation leaves the 32-bit mode, and entering it drops the fonts
+        kova_sint32 siFont = -1;
+        ASSERT_EQ(pDisplay->Create32BitPlane(pDisplay, scContextID, 0, 0, planes[scContextID].uiWidth,
+                                             planes[scContextID].uiHeight),
+                  0);
+        ASSERT_EQ(pDisplay->CreateFont(pDisplay, scContextID, FONT, 20, KOVA_FONTATTR_NONE, &siFont), 0);
+        ASSERT_EQ(pDisplay->CreateFont(pDisplay, scContextID, OTHER_FONT, 33, KOVA_FONTATTR_NONE, &siFont),
+                  0);
+        ASSERT_EQ(pDisplay->SetFont(pDisplay, scContextID, siFont, 33, KOVA_FONTATTR_NONE), 0);
+    }
+    // The window of layer 1 is a new one with a palette of its own; a layer gets the palette anew.
+    if (Layer() == KOVA_GRAPHIC_LAYER1) LoadPalette(pDisplay, scContextID);
+    if (Layer() == KOVA_GRAPHIC_LAYER1 && Colors() == INDEX) pDisplay->Show(pDisplay, scContextID);
+}
+
+static void DrawFrame(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID)
+{
+    KovaTextRect_t rect = {3, 5, 300, 100};
+    EXPECT_EQ(pDisplay->FillRect(pDisplay, scContextID, &rect, Color(40)), 0);
+    EXPECT_EQ(pDisplay->DrawLine(pDisplay, scContextID, 0, 0, 700, 400, Color(41)), 0);
+    EXPECT_EQ(DrawText(pDisplay, scContextID, "Context", 20, 30), 0);
+    KovaTextRect_t corner = {0, 0, 1, 1};
+    EXPECT_EQ(pDisplay->FillRect(pDisplay, scContextID, &corner, Color(44)), 0);
+}
+
+static void DrawFrame(Reference &reference, const Font &font)
+{
+    IDirectFBSurface *const pSurface = reference.Surface();
+    reference.Fill(3, 5, 300, 100, 40);
+    reference.SetColor(41);
+    pSurface->DrawLine(pSurface, 0, 0, 700, 400);
+    pSurface->SetFont(pSurface, font.Interface());
+    reference.SetColor(EDGE);
+    reference.Text("Context", 22, 32);
+    reference.SetColor(TEXT);
+    reference.Text("Context", 20, 30);
+    reference.Fill(0, 0, 1, 1, 44);
+}
+
+static void ExpectBlank(const Picture_t &picture)
+{
+    EXPECT_EQ(std::vector<kova_uint8>(picture.data.size()), picture.data);
+}
+
+TEST(Contexts, DrawRightAfterEachOfManySwitches)
+{
+    pKovaITextDisplay_t pDisplay = GivenDisplay();
+    for (const auto &plane : planes) GivenContext(pDisplay, plane.uiWidth, plane.uiHeight);
+    LoadPalette(pDisplay, 0);
+    pDisplay->Show(pDisplay, 0);
+    Kova_TextDisp_SetActive(pDisplay, 0, 1);
+    EXPECT_EQ(GivenFont(pDisplay, FONT, 20), 0);
+    EXPECT_EQ(GivenFont(pDisplay, OTHER_FONT, 33), 1);
+    pDisplay->SetTextForeColor(pDisplay, 0, Color(TEXT));
+    pDisplay->SetEdgeColor(pDisplay, 0, Color(EDGE));
+    pDisplay->SetEdgeType(pDisplay, 0, KOVA_TEXT_ERIGTHDROPSHADOW);
+    const Font font(OTHER_FONT, 33);
+    std::vector<Picture_t> expected;
+    for (const auto &plane : planes) {
+        Reference reference(plane.uiWidth, plane.uiHeight);
+        DrawFrame(reference, font);
+        expected.push_back(reference.Pixels());
+    }
+
+    long lSettled = 0;
+    for (int iRound = 0; iRound < ROUNDS; iRound++) {
+        // Begins with 1: activating the active context only wipes.
+        for (const int i : {1, 2, 3, 0}) {
+            const auto scContextID = kova_sint8(i);
+            Activate(pDisplay, scContextID);
+            const bool bCompared = iRound % 10 == 0 || i == 0 || i == 3;
+            if (bCompared) ExpectBlank(Drawn());
+            DrawFrame(pDisplay, scContextID);
+            if (bCompared) {
+                ASSERT_TRUE(Same(expected[size_t(i)], Drawn())) << "round " << iRound << " context " << i;
+            }
+        }
+        if (iRound == 9) lSettled = ResidentKilobytes();
+        if (iRound % 10 == 9) printf("resident after round %d: %ld kB\n", iRound + 1, ResidentKilobytes());
+    }
+    // A lost surface of the largest plane would be 2 MB or 8 MB in each of the 40 rounds, a lost font 100 kB.
+    EXPECT_LT(ResidentKilobytes() - lSettled, 2048);
+}
+
+TEST(Contexts, RefuseToDrawForAnotherThanTheActiveOne)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay();
+    const kova_sint8 scOther = GivenContext(pDisplay);
+    KovaTextRect_t rect = {0, 0, 50, 50};
+    Reference reference;
+
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(pDisplay->FillRect(pDisplay, scOther, &rect, Color(5)), -1);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Inactive context!"), std::string::npos);
+    ExpectBlank(Drawn());
+
+    // A line is for anybody.
+    EXPECT_EQ(pDisplay->DrawLine(pDisplay, scOther, 5, 5, 60, 60, Color(6)), 0);
+    reference.SetColor(6);
+    reference->DrawLine(reference.Surface(), 5, 5, 60, 60);
+    EXPECT_TRUE(Same(reference.Pixels(), Drawn()));
+}
+
+TEST(Contexts, ReloadThePaletteOnALayer)
+{
+    if (Layer() == KOVA_GRAPHIC_LAYER1 || Colors() == PACKED)
+        GTEST_SKIP() << "not where no palette is loaded";
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay();
+    const kova_sint8 scOther = GivenContext(pDisplay, 400, 100);
+    Reference reference(400, 100);
+
+    Kova_TextDisp_SetActive(pDisplay, scOther, 1);
+    KovaTextRect_t rect = {10, 10, 60, 60};
+    EXPECT_EQ(pDisplay->FillRect(pDisplay, scOther, &rect, Color(201)), 0);
+
+    reference.Fill(10, 10, 60, 60, 201);
+    EXPECT_TRUE(Same(reference.Pixels(), Drawn()));
+    if (Colors() == INDEX) {
+        IDirectFBSurface *const pSurface = DisplaySurface();
+        IDirectFBPalette *pPalette = nullptr;
+        DFBColor color = {};
+        ASSERT_EQ(pSurface->GetPalette(pSurface, &pPalette), DFB_OK);
+        pPalette->GetEntries(pPalette, &color, 1, 201);
+        EXPECT_EQ(color.r, TestPalette()[201].r);
+        EXPECT_EQ(color.g, TestPalette()[201].g);
+        EXPECT_EQ(color.b, TestPalette()[201].b);
+        EXPECT_EQ(color.a, TestPalette()[201].a);
+        pPalette->Release(pPalette);
+        pSurface->Release(pSurface);
+    }
+}
+
+static void ExpectTextIn(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID, const Font &font)
+{
+    Reference reference;
+    pDisplay->Show(pDisplay, scContextID);
+    pDisplay->SetTextForeColor(pDisplay, scContextID, Color(TEXT));
+    pDisplay->SetEdgeType(pDisplay, scContextID, KOVA_TEXT_ENONE);
+    EXPECT_EQ(DrawText(pDisplay, scContextID, "Font", 20, 30), 0);
+    reference->SetFont(reference.Surface(), font.Interface());
+    reference.SetColor(TEXT);
+    reference.Text("Font", 20, 30);
+    EXPECT_TRUE(Same(reference.Pixels(), Drawn()));
+}
+
+// In the 32-bit mode no font outlives a plane.
+TEST(Fonts, AreThereAgainAfterAnActivation)
+{
+    if (Colors() == PACKED) GTEST_SKIP() << "no font outlives a 32-bit plane";
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay();
+    const kova_sint8 scOther = GivenContext(pDisplay);
+    GivenFont(pDisplay, FONT, 20);
+    GivenFont(pDisplay, OTHER_FONT, 33);
+    const Font sans(FONT, 20), bold(OTHER_FONT, 33);
+
+    Kova_TextDisp_SetActive(pDisplay, scOther, 1);
+    if (Layer() == KOVA_GRAPHIC_LAYER1) LoadPalette(pDisplay, scOther);
+
+    ExpectTextIn(pDisplay, scOther, bold); // the one selected before
+    EXPECT_EQ(pDisplay->SetFont(pDisplay, scOther, 0, 20, KOVA_FONTATTR_NONE), 0);
+    ExpectTextIn(pDisplay, scOther, sans);
+}
+
+TEST(Fonts, LoseAScaledWidthInAnActivation)
+{
+    if (Colors() == PACKED) GTEST_SKIP() << "no font outlives a 32-bit plane";
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay();
+    const kova_sint8 scOther = GivenContext(pDisplay);
+    GivenFont(pDisplay, FONT, 20);
+    const Font wide(FONT, 20, 0, 40), plain(FONT, 20);
+    EXPECT_EQ(pDisplay->ScaleFontWidth(pDisplay, 0, 1, 2 * 65536), 0);
+    ExpectTextIn(pDisplay, 0, wide);
+
+    Kova_TextDisp_SetActive(pDisplay, scOther, 1);
+    if (Layer() == KOVA_GRAPHIC_LAYER1) LoadPalette(pDisplay, scOther);
+
+    ExpectTextIn(pDisplay, scOther, plain);
+}
+
+// A font whose name is too long keeps its slot and has no name; an activation does not open it again, and
+// what stood behind it moves down. The number selected before then has no font, DirectFB is asked for one
+// without a name, refuses, and no font is selected: text is refused until one is.
+TEST(Fonts, MoveDownWhereANamelessOneStood)
+{
+    if (Colors() == PACKED) GTEST_SKIP() << "no font outlives a 32-bit plane";
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay();
+    const kova_sint8 scOther = GivenContext(pDisplay);
+    std::string longName = "/usr/share/fonts/truetype/dejavu/";
+    while (longName.size() < 110) longName += "./";
+    longName += "DejaVuSansMono.ttf";
+    kova_sint32 siFont = 77;
+    EXPECT_EQ(GivenFont(pDisplay, FONT, 20), 0);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(pDisplay->CreateFont(pDisplay, 0, longName.c_str(), 25, KOVA_FONTATTR_NONE, &siFont), 0);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("font name too long"), std::string::npos);
+    EXPECT_EQ(siFont, 77);
+    EXPECT_EQ(GivenFont(pDisplay, OTHER_FONT, 33), 2);
+    const Font bold(OTHER_FONT, 33);
+
+    testing::internal::CaptureStderr();
+    Kova_TextDisp_SetActive(pDisplay, scOther, 1);
+    const std::string reported = testing::internal::GetCapturedStderr();
+    EXPECT_NE(reported.find("TextDisp: [thread:"), std::string::npos) << reported;
+    if (Layer() == KOVA_GRAPHIC_LAYER1) LoadPalette(pDisplay, scOther);
+
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(DrawText(pDisplay, scOther, "Font", 20, 30), -1);
+    EXPECT_EQ(pDisplay->SetFont(pDisplay, scOther, 2, 33, KOVA_FONTATTR_NONE), -1);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Invalid Font id!"), std::string::npos);
+    EXPECT_EQ(pDisplay->SetFont(pDisplay, scOther, 1, 33, KOVA_FONTATTR_NONE), 0);
+    ExpectTextIn(pDisplay, scOther, bold);
+}
+
+TEST(Contexts, DrawAgainAfterADeactivation)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay();
+    GivenFont(pDisplay, FONT, 20);
+    KovaTextRect_t rect = {10, 10, 60, 60};
+
+    Kova_TextDisp_SetActive(pDisplay, 0, 0);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(pDisplay->FillRect(pDisplay, 0, &rect, Color(5)), -1);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Inactive context!"), std::string::npos);
+
+    Kova_TextDisp_SetActive(pDisplay, 0, 1);
+    kova_sint32 siFont = -1;
+    EXPECT_EQ(pDisplay->CreateFont(pDisplay, 0, FONT, 20, KOVA_FONTATTR_NONE, &siFont), 0);
+    EXPECT_EQ(siFont, 0); // deactivation gave the fonts back
+    EXPECT_EQ(pDisplay->SetFont(pDisplay, 0, 0, 20, KOVA_FONTATTR_NONE), 0);
+    // The layer that was handed out is gone, so only results and reports can be looked at on a layer.
+    EXPECT_EQ(pDisplay->FillRect(pDisplay, 0, &rect, Color(5)), 0);
+    EXPECT_EQ(DrawText(pDisplay, 0, "again", 10, 10), 0);
+    EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0);
+}
