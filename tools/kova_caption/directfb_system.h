@@ -1,0 +1,16 @@
+// Chooses what DirectFB runs on, unless its user has chosen with DFBARGS.
+#ifndef KOVA_CAPTION_DIRECTFB_SYSTEM_H
+#define KOVA_CAPTION_DIRECTFB_SYSTEM_H
+
+#include "options.h"
+
+namespace caption
+{
+
+// A window where there is an X server that DirectFB can work with, no screen at all elsewhere. A Failure
+// where the layer asked for needs the X server.
+void ChooseDirectFBSystem(const Options &options);
+
+} // namespace caption
+
+#endif

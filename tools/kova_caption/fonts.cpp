@@ -1,0 +1,154 @@
+#include "fonts.h"
+
+#include <cstring>
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include "failure.h"
+#include "utf8.h"
+
+namespace caption
+{
+
+// At most seven, so that the display's eight slots hold them and the user's own.
+static const struct {
+    const char *upright;
+    const char *italic; // null: the upright one is slanted
+} g_families[] = {
+    {"/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf",
+     "/usr/share/fonts/truetype/dejavu/DejaVuSans-Oblique.ttf"},
+    {"/usr/share/fonts/truetype/noto/NotoSans-Regular.ttf",
+     "/usr/share/fonts/truetype/noto/NotoSans-Italic.ttf"},
+    {"/usr/share/fonts/opentype/noto/NotoSansCJK-Regular.ttc", nullptr},
+    {"/usr/share/fonts/truetype/noto/NotoSansSymbols2-Regular.ttf", nullptr},
+    {"/usr/share/fonts/truetype/noto/NotoMusic-Regular.ttf", nullptr},
+};
+
+static const std::size_t g_longestName = 99; // what the library keeps of a font's name
+
+struct Fonts::Face {
+    std::string file;
+    FT_Face face = nullptr;
+    std::unique_ptr<Face> italic;
+
+    Face() = default;
+    Face(const Face &) = delete;
+    Face &operator=(const Face &) = delete;
+    ~Face()
+    {
+        FT_Done_Face(face);
+    }
+
+    bool Has(char32_t code) const
+    {
+        return FT_Get_Char_Index(face, code) != 0;
+    }
+
+    const Face &For(bool italics) const
+    {
+        return italics && italic ? *italic : *this;
+    }
+
+    bool HasAll(const Line &line) const
+    {
+        for (const Run &run : line) {
+            for (const Character &character : Characters(run.text)) {
+                if (!For(run.italic).Has(character.code)) return false;
+            }
+        }
+        return true;
+    }
+};
+
+Fonts::Fonts(const std::string &named)
+{
+    if (FT_Init_FreeType(&library_) != 0) throw Failure("FreeType did not start; is memory short?");
+    if (named.size() > g_longestName) {
+        throw Failure("--font " + named + ": longer than 99 characters; give a shorter path, or a link");
+    }
+    if (!named.empty() && !AddFamily(named, "")) {
+        throw Failure("--font " + named + ": cannot be opened as a font; give a TrueType or OpenType file");
+    }
+    for (const auto &family : g_families) AddFamily(family.upright, family.italic ? family.italic : "");
+    if (families_.empty()) {
+        throw Failure(
+            "none of the usual fonts is here; install fonts-dejavu-core, or name one with --font FILE");
+    }
+}
+
+Fonts::~Fonts()
+{
+    families_.clear();
+    if (library_) FT_Done_FreeType(library_);
+}
+
+std::unique_ptr<Fonts::Face> Fonts::Open(const std::string &file) const
+{
+    auto face = std::make_unique<Face>();
+
+    if (file.empty() || FT_New_Face(library_, file.c_str(), 0, &face->face) != 0) return nullptr;
+    if (!FT_IS_SCALABLE(face->face)) return nullptr;
+    FT_Select_Charmap(face->face, FT_ENCODING_UNICODE);
+    face->file = file;
+    return face;
+}
+
+bool Fonts::AddFamily(const std::string &upright, const std::string &italic)
+{
+    std::unique_ptr<Face> face = Open(upright);
+
+    if (!face) return false;
+    face->italic = Open(italic);
+    families_.push_back(std::move(face));
+    return true;
+}
+
+std::vector<Piece> Fonts::Split(const Line &line)
+{
+    std::vector<Piece> pieces;
+
+    for (const auto &family : families_) {
+        if (!family->HasAll(line)) continue;
+        for (const Run &run : line) {
+            pieces.push_back({run.text, family->For(run.italic).file, run.italic && !family->italic});
+        }
+        return pieces;
+    }
+    for (const Run &run : line) {
+        bool joins = false; // spaces stay with what stands before them
+        for (const Character &character : Characters(run.text)) {
+            const Face *chosen = nullptr;
+            for (const auto &family : families_) {
+                if (!chosen && family->For(run.italic).Has(character.code)) chosen = family.get();
+            }
+            if (!chosen) missing_.insert(character.code);
+            if (!chosen) chosen = families_.front().get();
+            const std::string &file = chosen->For(run.italic).file;
+            if (joins && (pieces.back().font == file || IsSpace(character.code))) {
+                pieces.back().text += character.text;
+            } else {
+                pieces.push_back({character.text, file, run.italic && !chosen->italic});
+                joins = true;
+            }
+        }
+    }
+    return pieces;
+}
+
+// As DirectFB's font module sees it: the size set as an em of so many pixels, the metrics rounded as FreeType
+// rounds them.
+Reach Fonts::ReachOf(const std::string &font, int height) const
+{
+    for (const auto &family : families_) {
+        for (const Face *face : {family.get(), family->italic.get()}) {
+            if (!face || face->file != font) continue;
+            FT_Set_Char_Size(face->face, 0, height * 64, 0, 0);
+            const FT_Size_Metrics &metrics = face->face->size->metrics;
+            return {int(metrics.ascender / 64), int(-metrics.descender / 64)};
+        }
+    }
+    return {height, height / 4};
+}
+
+} // namespace caption

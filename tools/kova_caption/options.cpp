@@ -1,0 +1,49 @@
+#include "options.h"
+
+#include <cctype>
+#include <cstdio>
+#include <string>
+
+#include "failure.h"
+
+namespace caption
+{
+
+Color ParseColor(const std::string &option, const std::string &text)
+{
+    const std::string digits = text.rfind('#', 0) == 0 ? text.substr(1) : text;
+
+    if (digits.size() != 6 || digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
+        throw Failure(option + " " + text + ": a colour is six hexadecimal digits, RRGGBB, such as FFFF00");
+    }
+    const auto value = std::stoul(digits, nullptr, 16);
+    return {std::uint8_t(value >> 16), std::uint8_t(value >> 8 & 255), std::uint8_t(value & 255)};
+}
+
+Size ParsePlane(const std::string &text)
+{
+    Size plane;
+    char rest = 0;
+    const bool bounded = text.size() <= 9; // so that no number overflows
+
+    if (!bounded || std::sscanf(text.c_str(), "%dx%d%c", &plane.width, &plane.height, &rest) != 2 ||
+        plane.width < 1 || plane.width > 1920 || plane.height < 1 || plane.height > 1080) {
+        throw Failure("--plane " + text +
+                      ": a plane is WIDTHxHEIGHT, from 1x1 to 1920x1080, such as 1280x720");
+    }
+    return plane;
+}
+
+void Check(const Options &options)
+{
+    if (options.mode == ColorMode::ARGB && options.layer == KOVA_GRAPHIC_LAYER1) {
+        throw Failure(
+            "--mode argb: layer 1 has no 32-bit colours; use --mode palette there, or --layer 2 or 3");
+    }
+    if (options.TextHeight() > options.plane.height) {
+        throw Failure("--height " + std::to_string(options.height) + ": higher than the plane of " +
+                      std::to_string(options.plane.height) + " pixels; choose a smaller one");
+    }
+}
+
+} // namespace caption

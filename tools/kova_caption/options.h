@@ -1,0 +1,56 @@
+// What the command line says, checked.
+#ifndef KOVA_CAPTION_OPTIONS_H
+#define KOVA_CAPTION_OPTIONS_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "kova/kova_textdisp_types.h"
+
+namespace caption
+{
+
+enum class ColorMode { INDEX, PALETTE, ARGB };
+
+struct Color {
+    std::uint8_t red = 0;
+    std::uint8_t green = 0;
+    std::uint8_t blue = 0;
+};
+
+struct Size {
+    int width = 0;
+    int height = 0;
+};
+
+struct Options {
+    KovaGraphicLayer_e layer = KOVA_GRAPHIC_LAYER1;
+    ColorMode mode = ColorMode::PALETTE;
+    Size plane = {1280, 720};
+    std::string font; // empty: the first of the usual ones that is there
+    int height = 0;   // pixels of a line of text; 0: a sixteenth of the plane
+    KovaTextEdgeType_e edge = KOVA_TEXT_EUNIFORM;
+    Color color = {255, 255, 255};
+    Color edgeColor = {0, 0, 0};
+    std::optional<Color> background; // none: the pictures stay transparent
+    bool headless = false;           // draw without a window even where there is an X server
+
+    int TextHeight() const
+    {
+        return height ? height : (plane.height + 15) / 16;
+    }
+};
+
+// "RRGGBB", with or without a leading #; anything else is a Failure that names the option.
+Color ParseColor(const std::string &option, const std::string &text);
+
+// "WIDTHxHEIGHT", 1x1 to 1920x1080.
+Size ParsePlane(const std::string &text);
+
+// Refuses what the display cannot do: 32-bit colours in the window of layer 1, text higher than the plane.
+void Check(const Options &options);
+
+} // namespace caption
+
+#endif

@@ -1,0 +1,71 @@
+// A picture in memory: straight (not premultiplied) RGBA, and its way into a PNG file.
+#ifndef KOVA_CAPTION_PICTURE_H
+#define KOVA_CAPTION_PICTURE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <vector>
+
+#include "options.h"
+
+namespace caption
+{
+
+struct Pixel {
+    std::uint8_t red = 0;
+    std::uint8_t green = 0;
+    std::uint8_t blue = 0;
+    std::uint8_t alpha = 0;
+
+    bool operator==(const Pixel &other) const
+    {
+        return red == other.red && green == other.green && blue == other.blue && alpha == other.alpha;
+    }
+};
+
+class Picture
+{
+public:
+    explicit Picture(Size size, Pixel fill = {})
+        : size_(size), pixels_(std::size_t(size.width) * std::size_t(size.height), fill)
+    {
+    }
+
+    Size size() const
+    {
+        return size_;
+    }
+    Pixel &At(int x, int y)
+    {
+        return pixels_[std::size_t(y) * std::size_t(size_.width) + std::size_t(x)];
+    }
+    const Pixel &At(int x, int y) const
+    {
+        return pixels_[std::size_t(y) * std::size_t(size_.width) + std::size_t(x)];
+    }
+    bool operator==(const Picture &other) const
+    {
+        return size_.width == other.size_.width && pixels_ == other.pixels_;
+    }
+
+private:
+    Size size_;
+    std::vector<Pixel> pixels_;
+};
+
+// A colour that was multiplied by its alpha, as DirectFB leaves text in a surface, becomes a straight one.
+Pixel Unpremultiply(Pixel pixel);
+
+// The picture laid over one colour, opaque afterwards.
+Picture Over(const Picture &picture, Color background);
+
+// The source, each pixel a square of `scale` pixels, laid over what is at (x, y).
+void PasteEnlarged(Picture &target, const Picture &source, int x, int y, int scale);
+
+// Written under another name and renamed, so that a file of this name is whole.
+void WritePng(const Picture &picture, const std::filesystem::path &file);
+
+} // namespace caption
+
+#endif

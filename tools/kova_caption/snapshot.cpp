@@ -1,0 +1,108 @@
+#include "snapshot.h"
+
+#include <cstdlib>
+#include <set>
+#include <vector>
+
+#include "directfb_system.h"
+#include "display.h"
+#include "failure.h"
+#include "fonts.h"
+#include "picture.h"
+#include "renderer.h"
+#include "subtitles.h"
+#include "timestamp.h"
+#include "utf8.h"
+
+namespace caption
+{
+
+static void MakeFolder(const std::filesystem::path &folder)
+{
+    std::error_code error;
+
+    std::filesystem::create_directories(folder, error);
+    if (!std::filesystem::is_directory(folder, error)) {
+        throw Failure("-o " + folder.string() + ": is no folder and cannot be made one; choose another");
+    }
+}
+
+static bool NeedsShaping(const Cue &cue)
+{
+    for (const Line &line : cue.lines) {
+        for (const Character &character : Characters(PlainText(line))) {
+            if (NeedsShaping(character.code)) return true;
+        }
+    }
+    return false;
+}
+
+static void Advise(std::size_t number, const std::string &text)
+{
+    std::fprintf(stderr, "kova-caption: cue %zu: %s.\n", number, text.c_str());
+}
+
+static std::string MissingCharacters(const std::set<char32_t> &missing, std::set<char32_t> &told)
+{
+    std::string list;
+
+    for (const char32_t code : missing) {
+        if (!told.insert(code).second) continue;
+        char name[16];
+        std::snprintf(name, sizeof name, " U+%04X", unsigned(code));
+        list += name;
+    }
+    return list;
+}
+
+void Snapshot(const std::string &subtitles, const std::filesystem::path &folder, const Options &options,
+              std::FILE *listing)
+{
+    // Whatever can be refused is refused before anything is made.
+    Check(options);
+    const std::vector<Cue> cues = ReadSubtitles(subtitles);
+    Fonts fonts(options.font);
+    ChooseDirectFBSystem(options);
+    MakeFolder(folder);
+
+    Display display(options);
+    Renderer renderer(options, display, fonts);
+    std::set<char32_t> told;
+    std::size_t number = 0;
+    for (const Cue &cue : cues) {
+        char name[32];
+        std::snprintf(name, sizeof name, "%04zu.png", ++number);
+
+        display.Clear();
+        const Drawn drawn = renderer.Draw(cue.lines);
+        if (drawn.lines == 0) {
+            throw Failure("--height " + std::to_string(options.TextHeight()) +
+                          ": a line of text finds no room " + "on a plane " +
+                          std::to_string(options.plane.height) + " pixels high; choose a smaller one");
+        }
+        const Picture picture = display.Present();
+        WritePng(options.background ? Over(picture, *options.background) : picture, folder / name);
+
+        std::string text;
+        for (const Line &line : cue.lines) text += (text.empty() ? "" : " / ") + PlainText(line);
+        std::fprintf(listing, "%s  %s --> %s  %dx%d  %s\n", name, Timestamp(cue.start).c_str(),
+                     Timestamp(cue.end).c_str(), drawn.size.width, drawn.size.height, text.c_str());
+        std::fflush(listing);
+
+        if (drawn.left > 0) {
+            Advise(number, std::to_string(drawn.left) + " of " + std::to_string(drawn.left + drawn.lines) +
+                               " lines found no room and are left out; a smaller --height shows more");
+        }
+        if (NeedsShaping(cue)) {
+            Advise(number, "its script joins or reorders letters, which is not done: they stand one by one, "
+                           "left to right");
+        }
+        const std::string missing = MissingCharacters(fonts.Missing(), told);
+        if (!missing.empty()) {
+            Advise(number, "no font here has" + missing + "; name one that has with --font FILE");
+        }
+    }
+    display.Clear();
+}
+
+} // namespace caption

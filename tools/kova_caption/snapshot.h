@@ -1,0 +1,20 @@
+// Every cue of a subtitle file as a picture.
+#ifndef KOVA_CAPTION_SNAPSHOT_H
+#define KOVA_CAPTION_SNAPSHOT_H
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+#include "options.h"
+
+namespace caption
+{
+
+// Writes 0001.png and so on into the folder, which is made if need be, and a line for each to the listing.
+void Snapshot(const std::string &subtitles, const std::filesystem::path &folder, const Options &options,
+              std::FILE *listing);
+
+} // namespace caption
+
+#endif

@@ -1,0 +1,33 @@
+// UTF-8 taken apart into characters.
+#ifndef KOVA_CAPTION_UTF8_H
+#define KOVA_CAPTION_UTF8_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace caption
+{
+
+struct Character {
+    char32_t code = 0;
+    std::string text; // its UTF-8
+};
+
+// Malformed bytes become U+FFFD each.
+std::vector<Character> Characters(const std::string &text);
+
+// Takes no room and shows nothing: joiners, direction marks, variation selectors, byte order marks.
+bool IsInvisible(char32_t code);
+
+bool IsSpace(char32_t code); // one at which a line may break
+
+// Scripts that need reordering or joining of letters, which is not done here.
+bool NeedsShaping(char32_t code);
+
+// Whether a line may break between the two.
+bool MayBreakBetween(char32_t left, char32_t right);
+
+} // namespace caption
+
+#endif
