@@ -4,6 +4,10 @@
 #include <sstream>
 #include <thread>
 
+// There with the leak sanitizer only.
+extern "C" void __lsan_disable() __attribute__((weak));
+extern "C" void __lsan_enable() __attribute__((weak));
+
 namespace test
 {
 
@@ -148,6 +152,16 @@ std::string CallsOnly(const std::string &trace)
         calls += text + "\n";
     }
     return calls;
+}
+
+LeaksAreMeant_t::LeaksAreMeant_t()
+{
+    if (__lsan_disable) __lsan_disable();
+}
+
+LeaksAreMeant_t::~LeaksAreMeant_t()
+{
+    if (__lsan_enable) __lsan_enable();
 }
 
 std::string CheckLine(DFBResult eResult)

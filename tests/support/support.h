@@ -51,6 +51,14 @@ bool AwaitThreadTrace(const std::string &text);
 // Destroys all contexts and the display; for tests that end with objects to count.
 void Destroy(pKovaITextDisplay_t pDisplay);
 
+// While one lives, what is allocated may be lost: for what the library is meant to keep or to lose.
+struct LeaksAreMeant_t {
+    LeaksAreMeant_t();
+    ~LeaksAreMeant_t();
+    LeaksAreMeant_t(const LeaksAreMeant_t &) = delete;
+    LeaksAreMeant_t &operator=(const LeaksAreMeant_t &) = delete;
+};
+
 // The lines of a trace that are not traces of the log ("enter", "exit", "log"), each without its indentation.
 std::string CallsOnly(const std::string &trace);
 // The line of DFB_CHECK that names this result, as the trace writes it.
