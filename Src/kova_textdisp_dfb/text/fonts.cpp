@@ -91,10 +91,10 @@ int CreateFontInternal(pKovaITextDisplay_t pThiz, kova_sint8, const char *pcFont
     }
 
     const int iSlot = FindFreeSlot(pDisplay);
-    if (iSlot == MAX_FONTS) return TEXTDISP_ERROR("Only can support max 8 fonts!"), -1;
+    if (iSlot == MAX_FONTS) return TEXTDISP_ERROR("Can only support max 8 fonts!"), -1;
     KovaDFBFont_t &font = pDisplay->font[iSlot];
     DFB_CHECK(Call(pDisplay->pDfb, &IDirectFB::CreateFont, pcFontName, &desc, &font.pFont));
-    if (!font.pFont) return TEXTDISP_ERROR("Only can support max 8 fonts!"), -1; // the words of a full table
+    if (!font.pFont) return TEXTDISP_ERROR("Can only support max 8 fonts!"), -1; // the words of a full table
 
     // From here on a refusal leaves the font in its slot, which then is in use and has no name.
     const size_t uiLength = strlen(pcFontName);
@@ -104,7 +104,7 @@ int CreateFontInternal(pKovaITextDisplay_t pThiz, kova_sint8, const char *pcFont
                -1;
     }
     char *const pcRow = FindNameRow(pDisplay, iSlot, pcFontName);
-    if (!pcRow) return TEXTDISP_ERROR("Only can support max 8 fonts!"), -1;
+    if (!pcRow) return TEXTDISP_ERROR("Can only support max 8 fonts!"), -1;
     memmove(pcRow, pcFontName, uiLength + 1); // the name may be this very row
     font.pcFontName = pcRow;
     font.eAttr = eAttr;
