@@ -1,4 +1,4 @@
-#include "expect.h"
+#include "displays.h"
 
 #include <cstring>
 #include <unistd.h>
@@ -22,32 +22,6 @@ static std::string TraceOfFlip(pKovaITextDisplay_t pDisplay)
     ClearTrace();
     EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0);
     return Trace();
-}
-
-// A second display beside the facade's one, with context 0 active and shown; the lock watched is its own.
-static pKovaITextDisplay_t GivenSecondDisplay(KovaGraphicLayer_e eLayer)
-{
-    KovaTextInitParam_t param = InitParam(eLayer);
-    KovaTextContextParam_t context = ContextParam();
-    pKovaITextDisplay_t pDisplay = Kova_TextDFBDisp_Create(&param);
-
-    EXPECT_NE(pDisplay, nullptr);
-    testing::internal::CaptureStdout();
-    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &context), 0);
-    Kova_TextDFBDisp_SetActive(pDisplay, 0, 1);
-    testing::internal::GetCapturedStdout();
-    pDisplay->Show(pDisplay, 0);
-    WatchLock(&RecordOf(pDisplay)->display_mutex);
-    ClearTrace();
-    return pDisplay;
-}
-
-static void DestroySecond(pKovaITextDisplay_t pDisplay)
-{
-    HoldSleeps(false);
-    Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
-    WatchLock(nullptr);
-    Kova_TextDFBDisp_Destroy(pDisplay);
 }
 
 TEST(Flip, FlipsTheWholeSurfaceOfABackBufferedLayerAtOnce)
