@@ -346,15 +346,16 @@ KOVA_TEXTDISP_API kova_sint8 Kova_TextDisp_Create(KovaGraphicType_e eType, pKova
 KOVA_TEXTDISP_API pKovaITextDisplay_t Kova_TextDisp_GetDisplayByID(kova_sint8 scID);
 
 /* Creates a context with the geometry of pParam (not null, copied) and rebuilds the plane if its size differs
-   from the display's. The first context starts the thread that flips the last frame of a burst. Returns the
-   identifier, 0 to 3, or -1: all four are in use ("Can't support so much context!"; the display's lock then
-   stays taken by the calling thread), or the thread did not start. pDisplay: not null. Create and destroy
-   contexts from one thread. */
+   from the display's and the display's other contexts let it; no font is selected then. The first context
+   starts the thread that flips the last frame of a burst. Returns the identifier, 0 to 3, or -1: all four are
+   in use ("Can't support so much context!"; the display's lock then stays taken by the calling thread), or
+   the thread did not start. pDisplay: not null. Create and destroy contexts from one thread. */
 KOVA_TEXTDISP_API kova_sint8 Kova_TextDisp_CreateContext(pKovaITextDisplay_t pDisplay,
                                                          pKovaTextContextParam_t pParam);
 
 /* bActive 1: rebuilds the layer or window for the context's plane, loads the palette, opens the fonts again
-   as SetPlane does, and shows or hides as before; from then on only this context may draw. Any other bActive:
+   as SetPlane does, and shows or hides as before; from then on only this context may draw. The context that
+   is active already is only shown or hidden again, wiped either way. Any other bActive:
    gives the layer, its surface and the fonts back, and no context may draw until one is activated. Either
    leaves 32-bit mode. A context whose plane is not 1 to 1920 by 1 to 1080 is refused ("Invalid plane width!",
    "Invalid plane height!"). pDisplay: not null. */
