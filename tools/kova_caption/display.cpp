@@ -5,12 +5,13 @@
 #include <vector>
 
 #include "failure.h"
-#include "palette.h"
 #include "quiet_start.h"
 #include "utf8.h"
 
 namespace caption
 {
+
+enum { PALETTE_TRANSPARENT, PALETTE_EDGE, PALETTE_TEXT, PALETTE_SIZE };
 
 static const std::size_t g_mostBytes = 255; // of one string in one call
 
@@ -80,11 +81,18 @@ Display::~Display()
     Kova_TextDisp_Destroy(0);
 }
 
+static KovaTextColor_t Opaque(Color color)
+{
+    return {color.red, color.green, color.blue, 255};
+}
+
 void Display::LoadColors()
 {
     if (options_.mode == ColorMode::ARGB) return;
-    std::vector<KovaTextColor_t> palette = CaptionPalette(options_.color, options_.edgeColor);
-    display_->SetPalette(display_, context_, palette.data(), kova_uint32(palette.size()), 0);
+    KovaTextColor_t palette[PALETTE_SIZE] = {};
+    palette[PALETTE_EDGE] = Opaque(options_.edgeColor);
+    palette[PALETTE_TEXT] = Opaque(options_.color);
+    display_->SetPalette(display_, context_, palette, PALETTE_SIZE, 0);
 }
 
 static kova_uint32 Packed(Color color)
@@ -191,7 +199,7 @@ void Display::Clear()
 {
     KovaTextRect_t plane = {0, 0, kova_uint32(options_.plane.width), kova_uint32(options_.plane.height)};
 
-    display_->FillRect(display_, context_, &plane, 0);
+    display_->FillRect(display_, context_, &plane, PALETTE_TRANSPARENT); // 0 in 32-bit mode too
 }
 
 Picture Display::Present()

@@ -13,6 +13,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// The command line itself is wrong.
+class WrongUsage : public Failure
+{
+public:
+    using Failure::Failure;
+};
+
 } // namespace caption
 
 #endif

@@ -11,18 +11,12 @@
 namespace caption
 {
 
-// At most seven, so that the display's eight slots hold them and the user's own.
-static const struct {
-    const char *upright;
-    const char *italic; // null: the upright one is slanted
-} g_families[] = {
-    {"/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf",
-     "/usr/share/fonts/truetype/dejavu/DejaVuSans-Oblique.ttf"},
-    {"/usr/share/fonts/truetype/noto/NotoSans-Regular.ttf",
-     "/usr/share/fonts/truetype/noto/NotoSans-Italic.ttf"},
-    {"/usr/share/fonts/opentype/noto/NotoSansCJK-Regular.ttc", nullptr},
-    {"/usr/share/fonts/truetype/noto/NotoSansSymbols2-Regular.ttf", nullptr},
-    {"/usr/share/fonts/truetype/noto/NotoMusic-Regular.ttf", nullptr},
+// With their italics and the user's own two fonts at most eight, which is what a display holds.
+static const char *const g_usual[] = {
+    "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf",
+    "/usr/share/fonts/truetype/noto/NotoSans-Regular.ttf",
+    "/usr/share/fonts/opentype/noto/NotoSansCJK-Regular.ttc",
+    "/usr/share/fonts/truetype/noto/NotoSansSymbols2-Regular.ttf",
 };
 
 static const std::size_t g_longestName = 99; // what the library keeps of a font's name
@@ -54,7 +48,7 @@ struct Fonts::Face {
     {
         for (const Run &run : line) {
             for (const Character &character : Characters(run.text)) {
-                if (!For(run.italic).Has(character.code)) return false;
+                if (!IsInvisible(character.code) && !For(run.italic).Has(character.code)) return false;
             }
         }
         return true;
@@ -67,10 +61,10 @@ Fonts::Fonts(const std::string &named)
     if (named.size() > g_longestName) {
         throw Failure("--font " + named + ": longer than 99 characters; give a shorter path, or a link");
     }
-    if (!named.empty() && !AddFamily(named, "")) {
+    if (!named.empty() && !AddFamily(named)) {
         throw Failure("--font " + named + ": cannot be opened as a font; give a TrueType or OpenType file");
     }
-    for (const auto &family : g_families) AddFamily(family.upright, family.italic ? family.italic : "");
+    for (const char *const file : g_usual) AddFamily(file);
     if (families_.empty()) {
         throw Failure(
             "none of the usual fonts is here; install fonts-dejavu-core, or name one with --font FILE");
@@ -94,21 +88,61 @@ std::unique_ptr<Fonts::Face> Fonts::Open(const std::string &file) const
     return face;
 }
 
-bool Fonts::AddFamily(const std::string &upright, const std::string &italic)
+// Where the italics of a font lie by the usual names: X-Regular.ttf has X-Italic.ttf, X.ttf X-Oblique.ttf.
+static std::vector<std::string> ItalicsBeside(const std::string &upright)
 {
+    static const std::string regular = "-Regular";
+    const std::size_t dot = upright.rfind('.');
+    if (dot == std::string::npos) return {};
+
+    std::string stem = upright.substr(0, dot);
+    const std::string extension = upright.substr(dot);
+    if (stem.size() > regular.size() &&
+        stem.compare(stem.size() - regular.size(), regular.size(), regular) == 0) {
+        stem.resize(stem.size() - regular.size());
+    }
+    std::vector<std::string> names;
+    for (const char *const style : {"-Italic", "-Oblique", "Italic", "Oblique"}) {
+        names.push_back(stem + style + extension);
+    }
+    return names;
+}
+
+bool Fonts::AddFamily(const std::string &upright)
+{
+    for (const auto &family : families_) {
+        if (family->file == upright) return true;
+    }
     std::unique_ptr<Face> face = Open(upright);
 
     if (!face) return false;
-    face->italic = Open(italic);
+    for (const std::string &name : ItalicsBeside(upright)) {
+        if (!face->italic && name.size() <= g_longestName) face->italic = Open(name);
+    }
     families_.push_back(std::move(face));
     return true;
+}
+
+void Fonts::Prefer(const std::vector<Line> &lines)
+{
+    Line everything;
+
+    for (const Line &line : lines) everything.insert(everything.end(), line.begin(), line.end());
+    preferred_ = nullptr;
+    for (const auto &family : families_) {
+        if (!preferred_ && family->HasAll(everything)) preferred_ = family.get();
+    }
 }
 
 std::vector<Piece> Fonts::Split(const Line &line)
 {
     std::vector<Piece> pieces;
 
-    for (const auto &family : families_) {
+    std::vector<const Face *> candidates;
+
+    if (preferred_) candidates.push_back(preferred_);
+    for (const auto &family : families_) candidates.push_back(family.get());
+    for (const Face *const family : candidates) {
         if (!family->HasAll(line)) continue;
         for (const Run &run : line) {
             pieces.push_back({run.text, family->For(run.italic).file, run.italic && !family->italic});

@@ -20,7 +20,7 @@ namespace caption
 struct Piece {
     std::string text;
     std::string font;     // file name
-    bool slanted = false; // italic, where the font file itself is upright
+    bool slanted = false; // italic, but the font file is upright: DirectFB is asked to slant it
 };
 
 struct Reach {
@@ -38,8 +38,11 @@ public:
     Fonts(const Fonts &) = delete;
     Fonts &operator=(const Fonts &) = delete;
 
-    // The whole line in the first font that has all its characters; where none has, each character in the
-    // first that has it.
+    // Lines of one caption look alike: prefers, from now on, the first font that has all their characters.
+    void Prefer(const std::vector<Line> &lines);
+
+    // The whole line in the preferred or first font that has all its characters; where none has, each
+    // character in the first that has it.
     std::vector<Piece> Split(const Line &line);
 
     Reach ReachOf(const std::string &font, int height) const;
@@ -53,11 +56,12 @@ public:
 private:
     struct Face;
 
-    bool AddFamily(const std::string &upright, const std::string &italic);
+    bool AddFamily(const std::string &upright);
     std::unique_ptr<Face> Open(const std::string &file) const;
 
     FT_LibraryRec_ *library_ = nullptr;
     std::vector<std::unique_ptr<Face>> families_; // upright faces; an italic one hangs on its upright one
+    const Face *preferred_ = nullptr;
     std::set<char32_t> missing_;
 };
 

@@ -150,6 +150,9 @@ int main(int argc, char **argv)
 {
     try {
         return Run(argc, argv);
+    } catch (const caption::WrongUsage &error) {
+        std::fprintf(stderr, "kova-caption: %s.\n", error.what());
+        return EXIT_USAGE;
     } catch (const std::exception &error) {
         std::fprintf(stderr, "kova-caption: %s.\n", error.what());
         return EXIT_FAILED;

@@ -14,7 +14,8 @@ Color ParseColor(const std::string &option, const std::string &text)
     const std::string digits = text.rfind('#', 0) == 0 ? text.substr(1) : text;
 
     if (digits.size() != 6 || digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
-        throw Failure(option + " " + text + ": a colour is six hexadecimal digits, RRGGBB, such as FFFF00");
+        throw WrongUsage(option + " " + text +
+                         ": a colour is six hexadecimal digits, RRGGBB, such as FFFF00");
     }
     const auto value = std::stoul(digits, nullptr, 16);
     return {std::uint8_t(value >> 16), std::uint8_t(value >> 8 & 255), std::uint8_t(value & 255)};

@@ -42,7 +42,7 @@ struct Options {
     }
 };
 
-// "RRGGBB", with or without a leading #; anything else is a Failure that names the option.
+// "RRGGBB", with or without a leading #; anything else is a WrongUsage that names the option.
 Color ParseColor(const std::string &option, const std::string &text);
 
 // "WIDTHxHEIGHT", 1x1 to 1920x1080.

@@ -59,6 +59,7 @@ Drawn Renderer::Draw(const std::vector<Line> &lines)
     std::vector<Row> rows;
     Drawn drawn;
 
+    fonts_.Prefer(lines);
     for (const Line &line : lines) {
         for (const Line &part : Wrap(line, safe.width - margins.left - margins.right, measure)) {
             Row row = Prepare(part);

@@ -1,0 +1,273 @@
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "tool.h"
+
+static const std::string g_samples = KOVA_CAPTION_SAMPLES;
+
+static bool IsWhite(const caption::Pixel &pixel)
+{
+    return pixel == caption::Pixel{255, 255, 255, 255};
+}
+
+static bool IsSomething(const caption::Pixel &pixel)
+{
+    return pixel.alpha != 0;
+}
+
+static std::size_t CountOf(const std::string &part, const std::string &text)
+{
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) ++count;
+    return count;
+}
+
+static std::size_t CuesIn(const std::string &file)
+{
+    std::ifstream in(file);
+    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return CountOf("-->", text);
+}
+
+static void ExpectACaption(const caption::Picture &picture, caption::Size plane, const std::string &name)
+{
+    ASSERT_EQ(picture.size().width, plane.width) << name;
+    ASSERT_EQ(picture.size().height, plane.height) << name;
+    const Points drawn = Where(picture, IsSomething);
+    EXPECT_GT(Where(picture, IsWhite).size(), 200u) << name << " shows no text";
+    int left = plane.width;
+    int right = 0;
+    int top = plane.height;
+    int bottom = 0;
+    for (const auto &point : drawn) {
+        left = std::min(left, point.first);
+        right = std::max(right, point.first + 1);
+        top = std::min(top, point.second);
+        bottom = std::max(bottom, point.second + 1);
+    }
+    EXPECT_GE(left, plane.width / 20) << name << " leaves the safe area";
+    EXPECT_LE(right, plane.width - plane.width / 20) << name << " leaves the safe area";
+    EXPECT_GE(top, plane.height / 20) << name << " leaves the safe area";
+    EXPECT_LE(bottom, plane.height - plane.height / 20) << name << " leaves the safe area";
+    EXPECT_GE(bottom, plane.height * 85 / 100) << name << " does not stand at the bottom";
+    EXPECT_LE(std::abs(left + right - plane.width), plane.width / 16) << name << " is not centred";
+}
+
+TEST(Snapshot, DrawsEveryCueOfTheDemoWithinTheSafeArea)
+{
+    const Folder folder;
+    const std::size_t cues = CuesIn(g_samples + "/demo.srt");
+
+    const Outcome outcome = RunTool("snapshot '" + g_samples + "/demo.srt' -o '" + folder / "made" + "'");
+
+    ASSERT_EQ(outcome.exit, 0) << outcome.err;
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_GE(cues, 30u);
+    EXPECT_EQ(CountOf("\n", outcome.out), cues);
+    const std::vector<std::string> names = folder.Names("made");
+    ASSERT_EQ(names.size(), cues);
+    for (std::size_t i = 0; i < cues; ++i) {
+        char name[32];
+        std::snprintf(name, sizeof name, "%04zu.png", i + 1);
+        EXPECT_EQ(names[i], name);
+        ExpectACaption(ReadPng(folder / "made/" + name), {1280, 720}, name);
+    }
+}
+
+TEST(Snapshot, ListsNumberTimesSizeAndText)
+{
+    const Folder folder;
+    const std::string text = folder.Write("two.srt", "1\n00:00:01,000 --> 00:00:02,500\nOne\n<i>two</i>\n\n"
+                                                     "2\n01:02:03,004 --> 01:02:04,000\nThree\n");
+
+    const Outcome outcome = RunTool("snapshot '" + text + "' -o '" + folder / "made" + "'");
+
+    ASSERT_EQ(outcome.exit, 0) << outcome.err;
+    EXPECT_EQ(outcome.out.rfind("0001.png  00:00:01.000 --> 00:00:02.500  ", 0), 0u) << outcome.out;
+    EXPECT_NE(outcome.out.find("  One / two\n0002.png  01:02:03.004 --> 01:02:04.000  "), std::string::npos)
+        << outcome.out;
+    EXPECT_NE(outcome.out.find("  Three\n"), std::string::npos) << outcome.out;
+}
+
+TEST(Snapshot, ReadsWebVttAndAss)
+{
+    const Folder folder;
+
+    const Outcome vtt = RunTool("snapshot '" + g_samples + "/demo.vtt' -o '" + folder / "vtt" + "'");
+    const Outcome ass = RunTool("snapshot '" + g_samples + "/demo.ass' -o '" + folder / "ass" + "'");
+
+    EXPECT_EQ(vtt.exit, 0) << vtt.err;
+    EXPECT_EQ(folder.Names("vtt").size(), 3u);
+    EXPECT_NE(vtt.out.find("01:00:07.000 --> 01:00:09.000"), std::string::npos) << vtt.out;
+    EXPECT_NE(vtt.out.find("3 < 4, and bold is drawn as plain text."), std::string::npos) << vtt.out;
+    EXPECT_EQ(ass.exit, 0) << ass.err;
+    EXPECT_EQ(folder.Names("ass").size(), 3u) << "the drawing is no caption";
+    EXPECT_NE(ass.out.find("  Commas, in the text, stay.\n"), std::string::npos) << ass.out;
+}
+
+TEST(Snapshot, LaysPicturesOverABackground)
+{
+    const Folder folder;
+    const std::string text = folder.Write("one.srt", "1\n00:00:01,000 --> 00:00:02,000\nHello\n");
+
+    const Outcome outcome =
+        RunTool("snapshot '" + text + "' -o '" + folder / "made" + "' --background '#204060'");
+
+    ASSERT_EQ(outcome.exit, 0) << outcome.err;
+    const caption::Picture picture = ReadPng(folder / "made/0001.png");
+    const caption::Pixel background = {0x20, 0x40, 0x60, 255};
+    EXPECT_EQ(picture.At(0, 0), background);
+    EXPECT_TRUE(Where(picture, [](const caption::Pixel &pixel) { return pixel.alpha != 255; }).empty());
+    EXPECT_GT(Where(picture, IsWhite).size(), 200u);
+}
+
+TEST(Snapshot, ClearsThePlaneBetweenCues)
+{
+    const Folder folder;
+    const std::string one = folder.Write("one.srt", "1\n00:00:03,000 --> 00:00:04,000\nHi\n");
+    const std::string two =
+        folder.Write("two.srt", "1\n00:00:01,000 --> 00:00:02,000\nA much longer caption\nof two lines\n\n"
+                                "2\n00:00:03,000 --> 00:00:04,000\nHi\n");
+
+    ASSERT_EQ(RunTool("snapshot '" + one + "' -o '" + folder / "one" + "'").exit, 0);
+    ASSERT_EQ(RunTool("snapshot '" + two + "' -o '" + folder / "two" + "'").exit, 0);
+
+    EXPECT_TRUE(ReadPng(folder / "one/0001.png") == ReadPng(folder / "two/0002.png"));
+}
+
+TEST(Snapshot, LeavesOutLinesThatFindNoRoomAndSaysSo)
+{
+    const Folder folder;
+    const std::string text = folder.Write(
+        "many.srt", "1\n00:00:01,000 --> 00:00:02,000\nLine1\nLine2\nLine3\nLine4\nLine5\nLine6\n");
+
+    const Outcome outcome =
+        RunTool("snapshot '" + text + "' -o '" + folder / "made" + "' --plane 320x200 --height 40");
+
+    ASSERT_EQ(outcome.exit, 0) << outcome.err;
+    EXPECT_EQ(
+        outcome.err,
+        "kova-caption: cue 1: 3 of 6 lines found no room and are left out; a smaller --height shows more.\n");
+    ExpectACaption(ReadPng(folder / "made/0001.png"), {320, 200}, "0001.png");
+}
+
+TEST(Snapshot, RefusesAHeightOfWhichNoLineFits)
+{
+    const Folder folder;
+    const std::string text = folder.Write("one.srt", "1\n00:00:01,000 --> 00:00:02,000\nHello\n");
+
+    const Outcome outcome =
+        RunTool("snapshot '" + text + "' -o '" + folder / "made" + "' --plane 320x40 --height 40");
+
+    EXPECT_EQ(outcome.exit, 1);
+    EXPECT_NE(outcome.err.find("--height 40: a line of text finds no room"), std::string::npos)
+        << outcome.err;
+    EXPECT_TRUE(folder.Names("made").empty());
+}
+
+TEST(Snapshot, WorksOnTheSmallestAndTheLargestPlane)
+{
+    const Folder folder;
+    const std::string text = folder.Write("one.srt", "1\n00:00:01,000 --> 00:00:02,000\nHello\n");
+
+    const Outcome large = RunTool("snapshot '" + text + "' -o '" + folder / "large" + "' --plane 1920x1080");
+    const Outcome small = RunTool("snapshot '" + text + "' -o '" + folder / "small" + "' --plane 1x1");
+
+    EXPECT_EQ(large.exit, 0) << large.err;
+    ExpectACaption(ReadPng(folder / "large/0001.png"), {1920, 1080}, "large");
+    EXPECT_EQ(small.exit, 1) << "no letter fits one pixel";
+    EXPECT_NE(small.err.find("finds no room"), std::string::npos) << small.err;
+}
+
+TEST(Snapshot, NamesCharactersThatNoFontHasAndScriptsThatItDoesNotShape)
+{
+    const Folder folder;
+    const std::string text =
+        folder.Write("odd.srt", "1\n00:00:01,000 --> 00:00:02,000\nPrivate \xEE\xBF\xBF use\n\n"
+                                "2\n00:00:03,000 --> 00:00:04,000\nשלום\n");
+
+    const Outcome outcome = RunTool("snapshot '" + text + "' -o '" + folder / "made" + "'");
+
+    EXPECT_EQ(outcome.exit, 0);
+    EXPECT_NE(outcome.err.find("cue 1: no font here has U+EFFF"), std::string::npos) << outcome.err;
+    EXPECT_NE(outcome.err.find("cue 2: its script joins or reorders letters"), std::string::npos)
+        << outcome.err;
+}
+
+TEST(Snapshot, SlantsItalics)
+{
+    const Folder folder;
+    const std::string plain = folder.Write("plain.srt", "1\n00:00:01,000 --> 00:00:02,000\nlllll\n");
+    const std::string italic = folder.Write("italic.srt", "1\n00:00:01,000 --> 00:00:02,000\n<i>lllll</i>\n");
+    const std::string look = " --mode index --edge none --plane 640x200 --height 100";
+
+    ASSERT_EQ(RunTool("snapshot '" + plain + "' -o '" + folder / "plain" + "'" + look).exit, 0);
+    ASSERT_EQ(RunTool("snapshot '" + italic + "' -o '" + folder / "italic" + "'" + look).exit, 0);
+
+    // An upright stem is one and the same column from top to bottom; a slanted one moves to the right
+    // upwards.
+    const auto leftmost = [](const Points &points, bool top) {
+        const auto less = [](const auto &one, const auto &other) { return one.second < other.second; };
+        const int row = (top ? std::min_element(points.begin(), points.end(), less)
+                             : std::max_element(points.begin(), points.end(), less))
+                            ->second;
+        int left = 1 << 20;
+        for (const auto &point : points) {
+            if (point.second == row) left = std::min(left, point.first);
+        }
+        return left;
+    };
+    const Points upright = Where(ReadPng(folder / "plain/0001.png"), IsWhite);
+    const Points slanted = Where(ReadPng(folder / "italic/0001.png"), IsWhite);
+    ASSERT_FALSE(upright.empty());
+    ASSERT_FALSE(slanted.empty());
+    EXPECT_EQ(leftmost(upright, true), leftmost(upright, false));
+    EXPECT_GT(leftmost(slanted, true), leftmost(slanted, false) + 5);
+}
+
+namespace
+{
+
+struct Place {
+    const char *layer;
+    const char *mode;
+};
+
+class SnapshotUnderX : public testing::TestWithParam<Place>
+{
+};
+
+} // namespace
+
+// The modes differ in how smooth they draw: index mode has three colours.
+TEST_P(SnapshotUnderX, DrawsWhatLayer1DrawsWithoutAScreen)
+{
+    const Folder folder;
+    const std::string text = folder.Write("two.srt", "1\n00:00:01,000 --> 00:00:02,000\nÉté, <i>été</i>\n\n"
+                                                     "2\n00:00:03,000 --> 00:00:04,000\n日本\n");
+    const bool index = GetParam().mode == std::string("index");
+
+    const Outcome here = RunTool("snapshot '" + text + "' -o '" + folder / "here" +
+                                 "' --plane 400x200 --mode " + (index ? "index" : "palette"));
+    const Outcome there =
+        RunToolUnderX("snapshot '" + text + "' -o '" + folder / "there" + "' --plane 400x200 --layer " +
+                      GetParam().layer + " --mode " + GetParam().mode);
+
+    ASSERT_EQ(here.exit, 0) << here.err;
+    ASSERT_EQ(there.exit, 0) << there.err;
+    EXPECT_EQ(there.out, here.out);
+    for (const std::string name : {"0001.png", "0002.png"}) {
+        EXPECT_TRUE(ReadPng(folder / "here/" + name) == ReadPng(folder / "there/" + name)) << name;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Tool, SnapshotUnderX,
+                         testing::Values(Place{"1", "index"}, Place{"1", "palette"}, Place{"2", "index"},
+                                         Place{"2", "palette"}, Place{"2", "argb"}, Place{"3", "index"},
+                                         Place{"3", "palette"}, Place{"3", "argb"}),
+                         [](const testing::TestParamInfo<Place> &row) {
+                             return std::string("Layer") + row.param.layer + "_" + row.param.mode;
+                         });

@@ -1,0 +1,111 @@
+#include "wrap.h"
+
+#include <gtest/gtest.h>
+
+#include "utf8.h"
+
+using caption::Line;
+
+// Every character is one wide.
+static int Count(const Line &line)
+{
+    return int(caption::Characters(caption::PlainText(line)).size());
+}
+
+static std::vector<std::string> Folded(const std::string &text, int width)
+{
+    std::vector<std::string> lines;
+    for (const Line &line : caption::Wrap({{text, false}}, width, Count)) {
+        lines.push_back(caption::PlainText(line));
+    }
+    return lines;
+}
+
+using Lines = std::vector<std::string>;
+
+TEST(Wrap, LeavesALineThatFits)
+{
+    EXPECT_EQ(Folded("just fits", 9), Lines{"just fits"});
+}
+
+TEST(Wrap, BreaksAtAWordAndDropsTheSpace)
+{
+    EXPECT_EQ(Folded("just fits", 8), (Lines{"just", "fits"}));
+}
+
+TEST(Wrap, MakesLinesAboutEquallyLongInNoMoreLinesThanNeeded)
+{
+    // Filled up it would be "one two three" and "four".
+    EXPECT_EQ(Folded("one two three four", 13), (Lines{"one two", "three four"}));
+}
+
+TEST(Wrap, BreaksAWordInsideThatIsTooLongForALine)
+{
+    EXPECT_EQ(Folded("abcdefghij", 4), (Lines{"abcd", "efgh", "ij"}));
+}
+
+TEST(Wrap, BreaksNoWordThatFitsALineForTheSakeOfEqualLines)
+{
+    EXPECT_EQ(Folded("abcdefgh ij", 8), (Lines{"abcdefgh", "ij"}));
+}
+
+TEST(Wrap, KeepsAtLeastOneCharacterALine)
+{
+    EXPECT_EQ(Folded("ab", 0), (Lines{"a", "b"}));
+}
+
+TEST(Wrap, MakesNoLinesOfNothing)
+{
+    EXPECT_EQ(Folded("", 10), Lines{});
+    EXPECT_EQ(Folded("   ", 10), Lines{});
+}
+
+TEST(Wrap, CountsCharactersAndNotBytes)
+{
+    EXPECT_EQ(Folded("äöüß éèê", 8), Lines{"äöüß éèê"});
+    EXPECT_EQ(Folded("äöüßéèêë", 4), (Lines{"äöüß", "éèêë"}));
+}
+
+TEST(Wrap, BreaksJapaneseBetweenCharactersButNotBeforeAFullStop)
+{
+    EXPECT_EQ(Folded("今夜も光る。", 5), (Lines{"今夜も", "光る。"}));
+    EXPECT_EQ(Folded("今夜。", 2), (Lines{"今", "夜。"}));
+}
+
+TEST(Wrap, KeepsItalicsAcrossABreak)
+{
+    const Line line = {{"plain ", false}, {"all slanted", true}};
+    const auto lines = caption::Wrap(line, 9, Count);
+
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0], (Line{{"plain ", false}, {"all", true}}));
+    EXPECT_EQ(lines[1], (Line{{"slanted", true}}));
+}
+
+TEST(Wrap, DoesNotBreakAtAHardSpace)
+{
+    EXPECT_EQ(Folded("aa 3\u00A0km", 5), (Lines{"aa", "3\u00A0km"}));
+}
+
+TEST(Wrap, DropsWhatIsInvisible)
+{
+    EXPECT_EQ(Folded("a\u200Bb\u202Ac\uFEFF", 3), Lines{"abc"});
+}
+
+TEST(Characters, TurnMalformedBytesIntoReplacements)
+{
+    const auto characters = caption::Characters("a\xFF\xE2\x82z");
+
+    std::u32string codes;
+    for (const auto &character : characters) codes += character.code;
+    EXPECT_EQ(codes, U"a\uFFFD\uFFFD\uFFFDz");
+}
+
+TEST(Characters, TakeFourBytesAsOneCharacter)
+{
+    const auto characters = caption::Characters("\U00020BB7");
+
+    ASSERT_EQ(characters.size(), 1u);
+    EXPECT_EQ(characters[0].code, char32_t(0x20BB7));
+    EXPECT_EQ(characters[0].text, "\xF0\xA0\xAE\xB7");
+}
