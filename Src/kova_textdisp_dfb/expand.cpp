@@ -5,8 +5,8 @@
 namespace textdisp
 {
 
-// What one bit after the other becomes: all ones or all zeros over a whole pixel. Kept as bytes in the order
-// of memory, so that a machine of either endianness may take a word of them.
+// What a few bits look like: all ones or all zeros over each of their pixels. Pixels lie as in memory, so
+// that a machine of either endianness may take a block of them.
 template <typename Pixel, int iBits, int iFactor> struct Masks_t {
     Pixel pixels[1 << iBits][iBits * iFactor];
 
@@ -21,31 +21,75 @@ template <typename Pixel, int iBits, int iFactor> struct Masks_t {
     }
 };
 
-// Eight bytes of pixels at a time: eight or four bits to a word of indexes, two or one to a word of ARGB.
-template <typename Pixel, int iFactor>
-static void ExpandBits(uint64_t uiBits, int iWidth, Pixel fg, Pixel bg, void *pRow)
+// Bits become pixels a block at a time: eight bytes of indexes, sixteen of ARGB.
+template <typename Pixel, int iFactor> class Expander_t
 {
-    constexpr int iBits = int(sizeof(uint64_t) / sizeof(Pixel)) / iFactor;
-    static constexpr Masks_t<Pixel, iBits, iFactor> masks;
-    constexpr uint64_t uiRepeat = sizeof(Pixel) == 1 ? 0x0101010101010101u : 0x0000000100000001u;
-    const uint64_t uiBackground = bg * uiRepeat;
-    const uint64_t uiDifference = Pixel(fg ^ bg) * uiRepeat;
-    auto *pucRow = static_cast<kova_uint8 *>(pRow);
+public:
+    enum {
+        BLOCK = sizeof(Pixel) == 1 ? 8 : 16,
+        BITS = BLOCK / int(sizeof(Pixel)) / iFactor,
+        BYTES_A_BIT = BLOCK / BITS
+    };
 
-    for (int i = 0; i < iWidth; i += iBits, uiBits <<= iBits, pucRow += sizeof(uint64_t)) {
-        uint64_t uiWord;
-        memcpy(&uiWord, masks.pixels[uiBits >> (64 - iBits)], sizeof uiWord);
-        uiWord = uiBackground ^ (uiWord & uiDifference);
-        memcpy(pucRow, &uiWord, sizeof uiWord);
+    Expander_t(kova_sint32 siFgColor, kova_sint32 siBgColor)
+    {
+        Pixel background[BLOCK / sizeof(Pixel)], difference[BLOCK / sizeof(Pixel)];
+
+        for (Pixel &pixel : background) pixel = Pixel(siBgColor);
+        for (Pixel &pixel : difference) pixel = Pixel(siFgColor ^ siBgColor);
+        memcpy(&m_background, background, BLOCK);
+        memcpy(&m_difference, difference, BLOCK);
     }
+
+    // A row of BITS bits or more. Its last block ends where the row ends, and overlaps the one before it
+    // where it must.
+    void Write(uint64_t uiBits, int iWidth, kova_uint8 *pucTo) const
+    {
+        const int iLast = iWidth - BITS;
+
+        for (int iBit = 0; iBit < iLast; iBit += BITS) WriteBlock(uiBits << iBit, pucTo + iBit * BYTES_A_BIT);
+        WriteBlock(uiBits << iLast, pucTo + iLast * BYTES_A_BIT);
+    }
+
+private:
+    typedef uint64_t Block_t __attribute__((vector_size(BLOCK)));
+    static constexpr Masks_t<Pixel, BITS, iFactor> s_masks = {};
+
+    void WriteBlock(uint64_t uiBits, kova_uint8 *pucTo) const
+    {
+        Block_t block;
+        memcpy(&block, s_masks.pixels[uiBits >> (64 - BITS)], BLOCK);
+        block = m_background ^ (block & m_difference);
+        memcpy(pucTo, &block, BLOCK);
+    }
+
+    Block_t m_background, m_difference;
+};
+
+// Rows are short: a loop of words beats the call.
+static void CopyRow(kova_uint8 *pucTo, const kova_uint8 *pucFrom, int iBytes)
+{
+    uint64_t uiWord;
+    int i = 0;
+
+    for (; i + 8 <= iBytes; i += 8) {
+        memcpy(&uiWord, pucFrom + i, 8);
+        memcpy(pucTo + i, &uiWord, 8);
+    }
+    for (; i < iBytes; i++) pucTo[i] = pucFrom[i];
 }
 
-// The first pixel comes to lie in the top bit. No byte is read that holds no pixel of the row.
-static uint64_t GatherBits(const kova_uint8 *pucRow, int iBitOffset, int iWidth)
+// The first pixel comes to lie in the top bit. No byte is read that holds no pixel of the bitmap, which ends
+// at pucEnd.
+static uint64_t GatherBits(const kova_uint8 *pucRow, const kova_uint8 *pucEnd, int iBitOffset, int iWidth)
 {
-    const int iBytes = (iBitOffset + iWidth + 7) / 8;
     uint64_t uiBits = 0;
 
+    if (pucEnd - pucRow >= 8) {
+        for (int i = 0; i < 8; i++) uiBits = uiBits << 8 | pucRow[i];
+        return uiBits << iBitOffset;
+    }
+    const int iBytes = (iBitOffset + iWidth + 7) / 8;
     for (int i = 0; i < iBytes; i++) uiBits = uiBits << 8 | pucRow[i];
     return uiBits << (64 - 8 * iBytes + iBitOffset);
 }
@@ -66,34 +110,53 @@ static int64_t Smaller(int64_t a, int64_t b)
     return a < b ? a : b;
 }
 
-template <typename Pixel>
+template <typename Pixel, int iFactor>
 static void ExpandGlyph(const Target_t &target, const kova_uint8 *pucData, const MonoGlyph_t &glyph)
 {
-    // A row at its widest, and the part of a word by which the last one may overshoot.
-    Pixel row[size_t(MAX_GLYPH_SIZE) * 2 + sizeof(uint64_t)];
+    typedef Expander_t<Pixel, iFactor> Expander;
+    const Expander expander(glyph.siFgColor, glyph.siBgColor);
     const int64_t iLeft = Larger(glyph.siX, target.clip.x1);
-    const int64_t iRight =
-        Smaller(glyph.siX + int64_t(glyph.siWidth) * glyph.siHorizontal - 1, target.clip.x2);
+    const int64_t iRight = Smaller(int64_t(glyph.siX) + glyph.siWidth * iFactor - 1, target.clip.x2);
     const auto uiOffset = kova_uint32(glyph.siBitOffset);
 
-    if (iLeft > iRight) return;
-    const size_t uiBytes = size_t(iRight - iLeft + 1) * sizeof(Pixel);
-    for (int iRow = 0; iRow < glyph.siHeight; iRow++) {
-        const int64_t iY = glyph.siY + int64_t(iRow) * glyph.siVertical;
+    if (iLeft > iRight || glyph.siHeight <= 0) return;
+    const kova_uint8 *pucRow = pucData + uiOffset / 8;
+    const kova_uint8 *const pucEnd = pucRow + ptrdiff_t(glyph.siHeight - 1) * glyph.siRowByte +
+                                     (uiOffset % 8 + kova_uint32(glyph.siWidth) + 7) / 8;
+    const int iBytes = int(iRight - iLeft + 1) * int(sizeof(Pixel));
+    const bool bWhole = iRight - iLeft + 1 == glyph.siWidth * iFactor && glyph.siWidth >= Expander::BITS;
+    kova_uint8 *const pucColumn = target.pucData + iLeft * int64_t(sizeof(Pixel));
+    // Where a row is made that is too narrow for a block, or cut off by the clip.
+    Pixel aside[MAX_GLYPH_SIZE * iFactor];
+
+    for (int iRow = 0; iRow < glyph.siHeight; iRow++, pucRow += glyph.siRowByte) {
+        const int64_t iY = int64_t(glyph.siY) + iRow * glyph.siVertical;
         const int64_t iTop = Larger(iY, target.clip.y1);
         const int64_t iBottom = Smaller(iY + glyph.siVertical - 1, target.clip.y2);
         if (iTop > iBottom) continue;
-        const kova_uint8 *const pucRow = pucData + ptrdiff_t(iRow) * glyph.siRowByte + uiOffset / 8;
-        const uint64_t uiBits = GatherBits(pucRow, int(uiOffset % 8), glyph.siWidth);
-        if (glyph.siHorizontal == 1) {
-            ExpandBits<Pixel, 1>(uiBits, glyph.siWidth, Pixel(glyph.siFgColor), Pixel(glyph.siBgColor), row);
+        const uint64_t uiBits = GatherBits(pucRow, pucEnd, int(uiOffset % 8), glyph.siWidth);
+        kova_uint8 *pucTo = pucColumn + ptrdiff_t(iTop) * target.iPitch;
+        const kova_uint8 *pucFrom = pucTo;
+        int64_t iY2 = iTop;
+        if (bWhole) {
+            expander.Write(uiBits, glyph.siWidth, pucTo);
+            iY2++, pucTo += target.iPitch;
         } else {
-            ExpandBits<Pixel, 2>(uiBits, glyph.siWidth, Pixel(glyph.siFgColor), Pixel(glyph.siBgColor), row);
+            const int iRounded = (glyph.siWidth + Expander::BITS - 1) / Expander::BITS * Expander::BITS;
+            expander.Write(uiBits, iRounded, reinterpret_cast<kova_uint8 *>(aside));
+            pucFrom = reinterpret_cast<kova_uint8 *>(aside + (iLeft - glyph.siX));
         }
-        for (int64_t i = iTop; i <= iBottom; i++) {
-            memcpy(target.pucData + ptrdiff_t(i) * target.iPitch + iLeft * int64_t(sizeof(Pixel)),
-                   row + (iLeft - glyph.siX), uiBytes);
-        }
+        for (; iY2 <= iBottom; iY2++, pucTo += target.iPitch) CopyRow(pucTo, pucFrom, iBytes);
+    }
+}
+
+template <typename Pixel>
+static void ExpandByFactor(const Target_t &target, const kova_uint8 *pucData, const MonoGlyph_t &glyph)
+{
+    if (glyph.siHorizontal == 1) {
+        ExpandGlyph<Pixel, 1>(target, pucData, glyph);
+    } else {
+        ExpandGlyph<Pixel, 2>(target, pucData, glyph);
     }
 }
 
@@ -117,9 +180,9 @@ DFBResult ExpandGlyphs(IDirectFBSurface *pSurface, const kova_uint8 *const *ppuc
     const Target_t target = {static_cast<kova_uint8 *>(pData), iPitch, inside};
     for (int i = 0; i < iCount; i++) {
         if (eFormat == DSPF_LUT8) {
-            ExpandGlyph<kova_uint8>(target, ppucData[i], pGlyphs[i]);
+            ExpandByFactor<kova_uint8>(target, ppucData[i], pGlyphs[i]);
         } else {
-            ExpandGlyph<kova_uint32>(target, ppucData[i], pGlyphs[i]);
+            ExpandByFactor<kova_uint32>(target, ppucData[i], pGlyphs[i]);
         }
     }
     return Call(pSurface, &IDirectFBSurface::Unlock);
