@@ -1,0 +1,362 @@
+// No wake-up of the flip thread may be lost: neither one that comes after the thread has decided to wait and
+// before it waits, nor one that comes before it has even decided. First each of the two moments is held open;
+// then bursts and stops come in real time, with the thread made slow at both.
+#include "expect.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <random>
+#include <unistd.h>
+
+using namespace test;
+using std::chrono::milliseconds;
+using Clock = std::chrono::steady_clock;
+
+// A lost wake-up is lost for good, so a long patience costs nothing but where the library is wrong.
+static const milliseconds PATIENCE(2000), STRESS(2500);
+
+template <typename Condition> static bool InTime(Condition condition)
+{
+    for (const auto end = Clock::now() + PATIENCE; Clock::now() < end;) {
+        if (condition()) return true;
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
+    return condition();
+}
+
+// Ends the process when the test is stuck, for a thread that is never joined cannot be told from outside.
+class Watchdog_t
+{
+public:
+    Watchdog_t()
+        : m_thread([this] {
+              std::unique_lock<std::mutex> guard(m_mutex);
+              for (int iSeen = -1; !m_bDone && iSeen != m_iProgress;) {
+                  iSeen = m_iProgress;
+                  m_changed.wait_for(guard, PATIENCE, [this] { return m_bDone; });
+              }
+              if (m_bDone) return;
+              printf("The flip thread was asked to end and did not (after %d times).\n", m_iProgress.load());
+              fflush(stdout);
+              _exit(1);
+          })
+    {
+    }
+    ~Watchdog_t()
+    {
+        {
+            const std::lock_guard<std::mutex> guard(m_mutex);
+            m_bDone = true;
+        }
+        m_changed.notify_all();
+        m_thread.join();
+    }
+    void Progress()
+    {
+        m_iProgress++;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_bDone = false;
+    std::atomic<int> m_iProgress{0};
+    std::thread m_thread;
+};
+
+static void DestroyInTime(pKovaITextDisplay_t pDisplay)
+{
+    const Watchdog_t watchdog;
+    Destroy(pDisplay);
+}
+
+// Where a thread is held up.
+class Gate_t
+{
+public:
+    void PassThrough()
+    {
+        m_bReached = true;
+        while (!m_bOpen) std::this_thread::sleep_for(milliseconds(1));
+    }
+    bool AwaitReached()
+    {
+        return InTime([this] { return m_bReached.load(); });
+    }
+    void Open()
+    {
+        m_bOpen = true;
+    }
+
+private:
+    std::atomic<bool> m_bReached{false}, m_bOpen{false};
+};
+
+static const pthread_t s_main = pthread_self();
+
+static bool IsFlipThread()
+{
+    return !pthread_equal(pthread_self(), s_main);
+}
+
+// The thread waits for something else than the mutex of its wait here, so the mutex is free.
+static bool IsBeforeItsLock(const KovaDFBDisplay_t *pRecord, const void *pObject)
+{
+    return IsFlipThread() && pObject == &pRecord->flip_thread_mutex;
+}
+
+// Here it has decided to wait, and holds the mutex.
+static bool IsBeforeItsWait(const KovaDFBDisplay_t *pRecord, const void *pObject)
+{
+    return IsFlipThread() && pObject == &pRecord->flip_thread_cond;
+}
+
+static void DeferAFlip(pKovaITextDisplay_t pDisplay)
+{
+    TurnClock(16000);
+    EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0);
+    EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0);
+    EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 0);
+}
+
+// How often the thread has flipped.
+static int ThreadFlips()
+{
+    return CountOf(ThreadTrace(), ".Flip all");
+}
+
+TEST(FlipThread, ServesARequestMadeBeforeItLocksForItsWait)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    Gate_t gate;
+    HoldSleeps(false);
+    EXPECT_TRUE(AwaitIdleThread(pDisplay));
+    BeforeThreadCall([&](const char *, const void *pObject) {
+        if (IsBeforeItsLock(RecordOf(pDisplay), pObject)) gate.PassThrough();
+    });
+    DeferAFlip(pDisplay);
+    ASSERT_TRUE(gate.AwaitReached()); // the first request is served
+    EXPECT_EQ(ThreadFlips(), 1);
+
+    DeferAFlip(pDisplay);
+    gate.Open();
+
+    EXPECT_TRUE(InTime([] { return ThreadFlips() == 2; })) << ThreadTrace();
+    DestroyInTime(pDisplay);
+    BeforeThreadCall(nullptr);
+}
+
+TEST(FlipThread, ServesARequestMadeBetweenItsDecisionToWaitAndItsWait)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    std::atomic<bool> bDecided{false};
+    HoldSleeps(false);
+    EXPECT_TRUE(AwaitIdleThread(pDisplay));
+    BeforeThreadCall([&](const char *, const void *pObject) {
+        if (!IsBeforeItsWait(RecordOf(pDisplay), pObject)) return;
+        bDecided = true;
+        std::this_thread::sleep_for(milliseconds(100)); // whoever posts in time waits for the mutex meanwhile
+    });
+    DeferAFlip(pDisplay);
+    ASSERT_TRUE(InTime([&] { return bDecided.load(); }));
+    EXPECT_EQ(ThreadFlips(), 1);
+
+    DeferAFlip(pDisplay);
+
+    EXPECT_TRUE(InTime([] { return ThreadFlips() == 2; })) << ThreadTrace();
+    DestroyInTime(pDisplay);
+    BeforeThreadCall(nullptr);
+}
+
+TEST(FlipThread, MakesNoPassOfItsOwnForARequestThatItHasJustServed)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    DeferAFlip(pDisplay);
+    EXPECT_TRUE(AwaitSleeper());
+    DeferAFlip(pDisplay); // while it sleeps
+    Gate_t gate;
+    BeforeThreadCall([&](const char *, const void *pObject) {
+        if (IsBeforeItsWait(RecordOf(pDisplay), pObject)) gate.PassThrough();
+    });
+
+    LetSleeperGo();
+
+    EXPECT_TRUE(gate.AwaitReached()); // it waits, instead of sleeping again
+    EXPECT_EQ(CountOf(ThreadTrace(), "usleep"), 1);
+    EXPECT_EQ(ThreadFlips(), 1);
+    gate.Open();
+    DestroyInTime(pDisplay);
+    BeforeThreadCall(nullptr);
+}
+
+TEST(FlipThread, EndsWhenAskedBeforeItHasEvenBegunToWait)
+{
+    pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
+    KovaTextContextParam_t param = ContextParam();
+    Gate_t gate;
+    BeforeThreadCall([&](const char *, const void *pObject) {
+        if (IsBeforeItsLock(RecordOf(pDisplay), pObject)) gate.PassThrough();
+    });
+    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
+    ASSERT_TRUE(gate.AwaitReached());
+    {
+        const Watchdog_t watchdog;
+        std::thread opener([&] {
+            InTime([] { return Contains(Trace(), "pthread_join\n"); });
+            gate.Open();
+        });
+        Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
+        opener.join();
+    }
+    EXPECT_EQ(ThreadTrace(), "enter Flip_last_frame_Thread\nexit Flip_last_frame_Thread\n");
+    BeforeThreadCall(nullptr);
+    DestroyInTime(pDisplay);
+}
+
+TEST(FlipThread, EndsWhenAskedBetweenItsDecisionToWaitAndItsWait)
+{
+    pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
+    KovaTextContextParam_t param = ContextParam();
+    std::atomic<bool> bDecided{false};
+    BeforeThreadCall([&](const char *, const void *pObject) {
+        if (!IsBeforeItsWait(RecordOf(pDisplay), pObject)) return;
+        bDecided = true;
+        std::this_thread::sleep_for(milliseconds(100));
+    });
+    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
+    ASSERT_TRUE(InTime([&] { return bDecided.load(); }));
+    {
+        const Watchdog_t watchdog;
+        Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
+    }
+    EXPECT_EQ(ThreadTrace(), "enter Flip_last_frame_Thread\nexit Flip_last_frame_Thread\n");
+    BeforeThreadCall(nullptr);
+    DestroyInTime(pDisplay);
+}
+
+// ---- in real time
+
+static std::atomic<int> s_iDrawn, s_iShown, s_iFlips, s_iThreadFlips;
+
+// The surface counts instead of recording; it is drawn on and flipped under the display's lock alone.
+static void CountFramesOf(IDirectFBSurface *pSurface)
+{
+    s_iDrawn = s_iShown = s_iFlips = s_iThreadFlips = 0;
+    pSurface->FillRectangle = [](IDirectFBSurface *, int, int, int, int) {
+        s_iDrawn++;
+        return DFB_OK;
+    };
+    pSurface->Flip = [](IDirectFBSurface *, const DFBRegion *, DFBSurfaceFlipFlags) {
+        s_iShown = s_iDrawn.load();
+        s_iFlips++;
+        if (IsFlipThread()) s_iThreadFlips++;
+        return DFB_OK;
+    };
+}
+
+static void SleepUpTo(int iMicroseconds)
+{
+    static thread_local std::minstd_rand s_random(std::random_device{}());
+    std::this_thread::sleep_for(
+        std::chrono::microseconds(std::uniform_int_distribution<int>(0, iMicroseconds)(s_random)));
+}
+
+// The thread hesitates before it locks and before it waits: the moments in which a wake-up can be lost last
+// longer.
+static void SlowTheThreadDown(const KovaDFBDisplay_t *pRecord, int iMicroseconds)
+{
+    BeforeThreadCall([=](const char *, const void *pObject) {
+        if (IsBeforeItsLock(pRecord, pObject) || IsBeforeItsWait(pRecord, pObject)) SleepUpTo(iMicroseconds);
+    });
+}
+
+static void DrawAFrame(pKovaITextDisplay_t pDisplay)
+{
+    KovaTextRect_t rect = {0, 0, 8, 8};
+
+    pDisplay->FillRect(pDisplay, 0, &rect, 1);
+    pDisplay->Flip(pDisplay, 0);
+}
+
+TEST(FlipThread, BringsTheLastFrameOfEveryBurstToTheScreen)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    int iBursts = 0;
+    SetThreshold(0);
+    UseRealClock(true);
+    CountFramesOf(RecordOf(pDisplay)->pActiveSurface);
+    SlowTheThreadDown(RecordOf(pDisplay), 500);
+
+    for (const auto end = Clock::now() + STRESS; Clock::now() < end; iBursts++) {
+        DrawAFrame(pDisplay);
+        DrawAFrame(pDisplay);
+        // The thread is through with the second of the two about now.
+        std::this_thread::sleep_for(std::chrono::microseconds(16000));
+        SleepUpTo(1000);
+        DrawAFrame(pDisplay);
+        DrawAFrame(pDisplay);
+        ASSERT_TRUE(InTime([] { return s_iShown == s_iDrawn; })) << "the last frame of burst " << iBursts;
+        ClearTrace();
+    }
+
+    // Both ways to the screen were taken, or this proved nothing.
+    RecordProperty("bursts", iBursts);
+    EXPECT_GT(iBursts, 10);
+    EXPECT_GT(s_iThreadFlips, 0);
+    EXPECT_GT(s_iFlips, s_iThreadFlips);
+    DestroyInTime(pDisplay);
+    BeforeThreadCall(nullptr);
+}
+
+TEST(FlipThread, EndsEveryTimeItIsAsked)
+{
+    pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
+    KovaTextContextParam_t param = ContextParam();
+    int iCycles = 0;
+    SetThreshold(0);
+    UseRealClock(true);
+    SlowTheThreadDown(RecordOf(pDisplay), 100);
+    {
+        Watchdog_t watchdog;
+        for (const auto end = Clock::now() + STRESS; Clock::now() < end; iCycles++) {
+            ASSERT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
+            if (iCycles % 2) SleepUpTo(400);
+            Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
+            watchdog.Progress();
+            if (iCycles % 64 == 0) ClearTrace();
+        }
+    }
+    RecordProperty("cycles", iCycles);
+    EXPECT_GT(iCycles, 1000);
+    EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 0u);
+    BeforeThreadCall(nullptr);
+    DestroyInTime(pDisplay);
+}
+
+TEST(FlipThread, EndsInTheMiddleOfBurstsToo)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    KovaTextContextParam_t param = ContextParam();
+    int iCycles = 0;
+    SetThreshold(0);
+    UseRealClock(true);
+    CountFramesOf(RecordOf(pDisplay)->pActiveSurface);
+    SlowTheThreadDown(RecordOf(pDisplay), 300);
+    {
+        Watchdog_t watchdog;
+        for (const auto end = Clock::now() + STRESS / 2; Clock::now() < end; iCycles++) {
+            DrawAFrame(pDisplay);
+            DrawAFrame(pDisplay);
+            if (iCycles % 2) SleepUpTo(17000);
+            Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
+            watchdog.Progress();
+            DrawAFrame(pDisplay); // without a thread, which nobody may touch
+            ASSERT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
+            ClearTrace();
+        }
+    }
+    EXPECT_GT(iCycles, 20);
+    BeforeThreadCall(nullptr);
+    DestroyInTime(pDisplay);
+}
