@@ -1269,16 +1269,25 @@ void *calloc(size_t nmemb, size_t size) noexcept
 }
 }
 
+// The address sanitizer looks its own functions up by dlsym before it is ready for instrumented code.
+#define BEFORE_SANITIZERS __attribute__((no_sanitize("address"), no_sanitize("undefined")))
+
+BEFORE_SANITIZERS static void *RealSymbol(void *pHandle, const char *pcName)
+{
+    static void *(*s_pfnSym)(void *, const char *);
+    static const char *const s_versions[] = {"GLIBC_2.34", "GLIBC_2.17", "GLIBC_2.4", "GLIBC_2.2.5",
+                                             "GLIBC_2.0"};
+
+    for (unsigned i = 0; !s_pfnSym && i < sizeof s_versions / sizeof *s_versions; i++) {
+        s_pfnSym =
+            reinterpret_cast<void *(*)(void *, const char *)>(dlvsym(RTLD_NEXT, "dlsym", s_versions[i]));
+    }
+    return s_pfnSym(pHandle, pcName);
+}
+
 template <typename Function> static Function Real(const char *pcName)
 {
-    static void *(*pfnSym)(void *, const char *) = [] {
-        void *pSym = nullptr;
-        for (const char *pcVersion : {"GLIBC_2.34", "GLIBC_2.17", "GLIBC_2.4", "GLIBC_2.2.5", "GLIBC_2.0"}) {
-            if (!pSym) pSym = dlvsym(RTLD_NEXT, "dlsym", pcVersion);
-        }
-        return reinterpret_cast<void *(*)(void *, const char *)>(pSym);
-    }();
-    return reinterpret_cast<Function>(pfnSym(RTLD_NEXT, pcName));
+    return reinterpret_cast<Function>(RealSymbol(RTLD_NEXT, pcName));
 }
 
 static bool IsOurs(void *pCaller)
@@ -1354,17 +1363,24 @@ void *dlopen(const char *file, int mode) noexcept
     return Real<decltype(&dlopen)>("dlopen")(file, mode);
 }
 
-void *dlsym(void *handle, const char *name) noexcept
+static void *SymbolOfDirectFB(void *pHandle, const char *pcName)
 {
-    if (strncmp(name, "DirectFB", 8) == 0) {
-        fake::Note(fake::Format("dlsym %s", name));
-        if (fake::State().symbol == name) {
-            fake::State().dlError = fake::State().symbolError;
-            fake::State().bDlError = true;
-            return nullptr;
-        }
+    fake::Note(fake::Format("dlsym %s", pcName));
+    if (fake::State().symbol == pcName) {
+        fake::State().dlError = fake::State().symbolError;
+        fake::State().bDlError = true;
+        return nullptr;
     }
-    return Real<decltype(&dlsym)>("dlsym")(handle, name);
+    return RealSymbol(pHandle, pcName);
+}
+
+BEFORE_SANITIZERS void *dlsym(void *handle, const char *name) noexcept
+{
+    const char *const pcPrefix = "DirectFB";
+    unsigned ui = 0;
+
+    while (pcPrefix[ui] && name[ui] == pcPrefix[ui]) ui++;
+    return pcPrefix[ui] ? RealSymbol(handle, name) : SymbolOfDirectFB(handle, name);
 }
 
 char *dlerror() noexcept
