@@ -257,7 +257,8 @@ static void CountFramesOf(IDirectFBSurface *pSurface)
 
 static void SleepUpTo(int iMicroseconds)
 {
-    static thread_local std::minstd_rand s_random(std::random_device{}());
+    static std::atomic<unsigned> s_uiSeed{1};
+    static thread_local std::minstd_rand s_random(s_uiSeed++);
     std::this_thread::sleep_for(
         std::chrono::microseconds(std::uniform_int_distribution<int>(0, iMicroseconds)(s_random)));
 }
