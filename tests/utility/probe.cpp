@@ -70,7 +70,8 @@ int main(int argc, char **argv)
         return Kova_TextDisp_Create(KOVA_GRAPHIC_DIRECTFB, &param), 0;
     }
     if (scene == "category") {
-        KovaDebugCategory *const pCategory = kova_debug_category_new("Name", 373, "what it is for");
+        static KovaDebugCategory *pCategory; // never freed
+        pCategory = kova_debug_category_new("Name", 373, "what it is for");
         return kova_debug_log(pCategory, 3, "File", __func__, 10, "text\n"), 0;
     }
     return 2;
