@@ -239,6 +239,7 @@ void ClearTrace()
 __attribute__((constructor)) static void CaptureStandardError()
 {
     State_t &state = State();
+    if (getenv("KOVA_DOUBLE_KEEP_STDERR")) return Reset(); // a fuzzer's own output goes there
     const int iOld = dup(STDERR_FILENO);
 
     if (__sanitizer_set_report_fd) __sanitizer_set_report_fd(reinterpret_cast<void *>(intptr_t(iOld)));
