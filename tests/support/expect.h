@@ -4,6 +4,7 @@
 
 #include "support.h"
 
+#include <cstring>
 #include <thread>
 
 namespace test
@@ -32,6 +33,48 @@ inline int CountOf(const std::string &text, const std::string &part)
     int iCount = 0;
     for (size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += part.size()) iCount++;
     return iCount;
+}
+
+// A trace without the records of the loading of colours and encodings, which are hundreds, and with all
+// palettes under one name: each fetching of one makes an object.
+inline std::string Tidy(const std::string &trace)
+{
+    std::string tidy;
+
+    for (size_t at = 0; at < trace.size();) {
+        const size_t end = trace.find('\n', at) + 1;
+        std::string line = trace.substr(at, end - at);
+        at = end;
+        if (Contains(line, "log SetPaletteInternal: colors[")) continue;
+        if (Contains(line, "log encoding_callback: id:")) continue;
+        const size_t number = line.find("palette") + strlen("palette");
+        if (Contains(line, "palette"))
+            line.erase(number, line.find_first_not_of("0123456789", number) - number);
+        tidy += line;
+    }
+    return tidy;
+}
+
+// A line put into a trace after the first one that contains the call.
+inline std::string PutAfter(const std::string &trace, const std::string &call, const std::string &line)
+{
+    const size_t at = trace.find(call);
+
+    EXPECT_NE(at, std::string::npos) << call;
+    return at == std::string::npos ? trace : std::string(trace).insert(trace.find('\n', at) + 1, line);
+}
+
+// The wipe of showing and hiding, under the lock, on a surface of this name.
+inline std::string Wiped(const std::string &surface, ColorMode_e eMode, const std::string &size)
+{
+    const std::string fetched = "  " + surface +
+                                ".GetPalette\n"
+                                "  palette.SetEntries 1 at 0: 0,0,0,0\n"
+                                "  palette.Release\n";
+
+    return (eMode == INDEX_COLORS ? fetched + "  " + surface + ".SetColorIndex 0\n"
+                                  : "  " + surface + ".SetColor 0,0,0,0\n") +
+           "  " + surface + ".FillRectangle 0,0 " + size + "\n";
 }
 
 } // namespace test
