@@ -1,5 +1,7 @@
 #include "bed.h"
 
+#include "kova_textdisp_dfb/record.h" // for Settle alone: no public call knows what the surface knows
+
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -130,6 +132,20 @@ void DestroyDisplay()
     if (!pDisplay) return;
     while (!contexts.empty()) DestroyContext(pDisplay, *contexts.begin());
     Kova_TextDisp_Destroy(0);
+}
+
+void Settle(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID)
+{
+    const auto *const pRecord = reinterpret_cast<const KovaDFBDisplay_t *>(pDisplay);
+    const bool bSettled = Eventually([=] {
+        int iWidth = 0, iHeight = 0;
+        pRecord->pActiveSurface->GetSize(pRecord->pActiveSurface, &iWidth, &iHeight);
+        return iWidth == int(pRecord->uiPlaneWidth) && iHeight == int(pRecord->uiPlaneHeight);
+    });
+    Demand(bSettled, "a surface as large as the plane");
+    KovaTextRect_t plane = {0, 0, pRecord->uiPlaneWidth, pRecord->uiPlaneHeight};
+    pDisplay->SetClip(pDisplay, scContextID, &plane);
+    pDisplay->Show(pDisplay, scContextID);
 }
 
 IDirectFB *DirectFB()

@@ -53,6 +53,12 @@ void DestroyContext(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID);
 // The contexts that are left and the display, if there is one. Called after every test.
 void DestroyDisplay();
 
+// DirectFB tells a surface of its new size from a thread of its own, some time after the layer was
+// configured; what the library sets meanwhile, the clip above all, still goes by the old size. This waits for
+// the display's surface to know, then lifts the clip and wipes the plane as a caller would. A window is made
+// anew and needs no waiting.
+void Settle(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID);
+
 IDirectFB *DirectFB();
 // The surface the display draws to, as anybody in the process can get at it: the layer's, or that of the one
 // window on the primary layer. To be released.

@@ -122,23 +122,6 @@ TEST(FlipThread, EndsWithItsLastContextAlways)
     EXPECT_TRUE(Eventually([&] { return IsOnScreen(reference); }));
 }
 
-TEST(Display, IsMadeAndDestroyedAgainAndAgain)
-{
-    alarm(90);
-    for (int i = 0; i < 20; i++) {
-        pKovaITextDisplay_t pDisplay = GivenShownDisplay();
-        {
-            Reference reference;
-            FillPlane(pDisplay, reference, kova_uint32(i + 1));
-            pDisplay->Flip(pDisplay, 0);
-            pDisplay->Flip(pDisplay, 0);
-            EXPECT_TRUE(Same(reference.Pixels(), Drawn()));
-        }
-        DestroyDisplay();
-        ASSERT_EQ(Kova_TextDisp_GetDisplayByID(0), nullptr);
-    }
-}
-
 // The X server keeps its screen in a file in XWD format: a header of big-endian words, then the colour map,
 // then the pixels, four bytes each.
 class Screen

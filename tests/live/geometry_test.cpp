@@ -73,7 +73,7 @@ TEST(Create32BitPlane, DrawsPackedColorsAndGivesEverythingBack)
     EXPECT_EQ(Drawn().Pixel(12, 12), 0x44112233u); // red, green, blue, alpha become ARGB
 
     EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 400, 300), 0);
-    pDisplay->Show(pDisplay, 0);
+    Settle(pDisplay, 0);
     ExpectFrame(pDisplay, 400, 300);
 
     EXPECT_EQ(pDisplay->Release32BitPlane(pDisplay), 0);
@@ -112,7 +112,8 @@ TEST(SetSurfaceOsdScaleInfo, IsNeverSilentlyLeftOut)
     testing::internal::CaptureStderr();
     pDisplay->SetSurface_OsdScaleInfo(pDisplay, &info);
     const std::string reported = testing::internal::GetCapturedStderr();
-    printf("reported: %s\n", reported.c_str());
+    EXPECT_NE(reported.find("TextDisp: [thread:"), std::string::npos) << reported;
+    EXPECT_NE(reported.find("err 0x"), std::string::npos) << reported;
 
     // Whatever was said, drawing goes on.
     ExpectFrame(pDisplay, PLANE_WIDTH, PLANE_HEIGHT);

@@ -25,7 +25,7 @@ TEST(Log, WritesErrorsFromThresholdOneOnAndTracesAtFive)
               Threshold() >= 1)
         << said;
     EXPECT_EQ(said.find("TextDisp: FillRect():") != std::string::npos, Threshold() >= 5) << said;
-    if (Threshold() == 0) EXPECT_EQ(said, "");
+    EXPECT_EQ(said.empty(), Threshold() == 0) << said;
 }
 
 TEST(Log, ReportsAFailedCallWhateverTheThreshold)
