@@ -75,7 +75,7 @@ struct State_t {
     std::atomic<bool> bRealClock{false};
 
     std::atomic<bool> bHook{false};
-    std::function<void(const char *, const void *)> hook;
+    std::shared_ptr<std::function<void(const char *, const void *)>> hook;
 };
 
 static State_t &State()
@@ -1078,9 +1078,10 @@ void UseRealClock(bool bReal)
 
 void BeforeThreadCall(std::function<void(const char *pcCall, const void *pObject)> hook)
 {
-    State().bHook = false;
-    State().hook = std::move(hook);
-    State().bHook = State().hook != nullptr;
+    State().bHook = hook != nullptr;
+    std::atomic_store(
+        &State().hook,
+        hook ? std::make_shared<std::function<void(const char *, const void *)>>(std::move(hook)) : nullptr);
 }
 
 void HoldSleeps(bool bHold)
@@ -1308,7 +1309,8 @@ template <typename Function> static Function RealVersioned(const char *pcName)
 
 static void TellHook(const char *pcCall, const void *pObject, void *pCaller)
 {
-    if (fake::State().bHook && IsOurs(pCaller)) fake::State().hook(pcCall, pObject);
+    if (!fake::State().bHook || !IsOurs(pCaller)) return;
+    if (const auto hook = std::atomic_load(&fake::State().hook)) (*hook)(pcCall, pObject);
 }
 
 extern "C" {

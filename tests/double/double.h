@@ -105,7 +105,7 @@ void SetThreshold(int iLevel); // __kova_debug_min; 5 after Reset
 
 // Called in the calling thread before each pthread_mutex_lock, pthread_cond_wait and pthread_cond_signal that
 // the library makes, with that name and the mutex or condition: there a test holds a thread up, or slows it
-// down. Set it and take it back (with nullptr) while the library's thread is not in such a call.
+// down. nullptr takes it back; a call that has begun goes on.
 void BeforeThreadCall(std::function<void(const char *pcCall, const void *pObject)> hook);
 
 } // namespace fake

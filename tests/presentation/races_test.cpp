@@ -358,6 +358,6 @@ TEST(FlipThread, EndsInTheMiddleOfBurstsToo)
         }
     }
     EXPECT_GT(iCycles, 20);
-    BeforeThreadCall(nullptr);
     DestroyInTime(pDisplay);
+    BeforeThreadCall(nullptr);
 }
