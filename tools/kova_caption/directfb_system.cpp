@@ -7,6 +7,7 @@
 #include <dlfcn.h>
 
 #include "failure.h"
+#include "kova/kova_textdisp_dfb.h"
 
 namespace caption
 {
@@ -60,6 +61,16 @@ void ChooseDirectFBSystem(const Options &options)
                                   ",mode=" + std::to_string(options.plane.width) + "x" +
                                   std::to_string(options.plane.height) + ",no-sighandler,no-banner,quiet";
     setenv("DFBARGS", arguments.c_str(), 1);
+}
+
+void KeepDirectFBStarted()
+{
+    static bool kept = false;
+    auto *const directfb = static_cast<IDirectFB *>(Kova_TextDisp_GetDFB());
+
+    if (kept || !directfb) return;
+    // The display closes the shared object too, so that has to be held as well; neither is given back.
+    kept = dlopen("libdirectfb.so", RTLD_NOW | RTLD_NOLOAD) != nullptr && directfb->AddRef(directfb) == DR_OK;
 }
 
 } // namespace caption

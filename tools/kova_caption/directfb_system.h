@@ -11,6 +11,10 @@ namespace caption
 // where the layer asked for needs the X server.
 void ChooseDirectFBSystem(const Options &options);
 
+// Keeps DirectFB, once a display has started it, until the process ends. Published DirectFB forgets to stop
+// one of its threads when its last user goes, and that thread may crash on what was freed.
+void KeepDirectFBStarted();
+
 } // namespace caption
 
 #endif

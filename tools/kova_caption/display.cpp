@@ -4,6 +4,7 @@
 #include <cstring>
 #include <vector>
 
+#include "directfb_system.h"
 #include "failure.h"
 #include "quiet_start.h"
 #include "utf8.h"
@@ -59,6 +60,7 @@ Display::Display(const Options &options) : options_(options), edge_(options.edge
         Kova_TextDisp_Destroy(0);
         throw Failure("DirectFB did not start; its reports stand above. Check DFBARGS, or try --headless");
     }
+    KeepDirectFBStarted();
     KovaTextContextParam_t context = {width, height, width, height, 0, 0, width, height};
     context_ = Kova_TextDisp_CreateContext(display_, &context);
     Kova_TextDisp_SetActive(display_, context_, 1);

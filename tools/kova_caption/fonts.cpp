@@ -57,7 +57,10 @@ struct Fonts::Face {
 
 Fonts::Fonts(const std::string &named)
 {
-    if (FT_Init_FreeType(&library_) != 0) throw Failure("FreeType did not start; is memory short?");
+    FT_Library library = nullptr;
+
+    if (FT_Init_FreeType(&library) != 0) throw Failure("FreeType did not start; is memory short?");
+    library_.reset(library);
     if (named.size() > g_longestName) {
         throw Failure("--font " + named + ": longer than 99 characters; give a shorter path, or a link");
     }
@@ -71,17 +74,18 @@ Fonts::Fonts(const std::string &named)
     }
 }
 
-Fonts::~Fonts()
+Fonts::~Fonts() = default;
+
+void Fonts::DoneLibrary::operator()(FT_LibraryRec_ *library) const
 {
-    families_.clear();
-    if (library_) FT_Done_FreeType(library_);
+    FT_Done_FreeType(library);
 }
 
 std::unique_ptr<Fonts::Face> Fonts::Open(const std::string &file) const
 {
     auto face = std::make_unique<Face>();
 
-    if (file.empty() || FT_New_Face(library_, file.c_str(), 0, &face->face) != 0) return nullptr;
+    if (file.empty() || FT_New_Face(library_.get(), file.c_str(), 0, &face->face) != 0) return nullptr;
     if (!FT_IS_SCALABLE(face->face)) return nullptr;
     FT_Select_Charmap(face->face, FT_ENCODING_UNICODE);
     face->file = file;

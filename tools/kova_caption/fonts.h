@@ -59,7 +59,11 @@ private:
     bool AddFamily(const std::string &upright);
     std::unique_ptr<Face> Open(const std::string &file) const;
 
-    FT_LibraryRec_ *library_ = nullptr;
+    struct DoneLibrary {
+        void operator()(FT_LibraryRec_ *library) const;
+    };
+
+    std::unique_ptr<FT_LibraryRec_, DoneLibrary> library_; // before the faces, which must go first
     std::vector<std::unique_ptr<Face>> families_; // upright faces; an italic one hangs on its upright one
     const Face *preferred_ = nullptr;
     std::set<char32_t> missing_;
