@@ -66,6 +66,8 @@ struct State_t {
     std::map<std::string, int> names;
     std::set<std::string> alive;
     std::vector<DFBColor> lastEntries;
+    DFBDisplayLayerConfig lastConfig = {};
+    DFBWindowDescription lastWindow = {};
 
     std::mutex clockMutex;
     std::condition_variable clockChanged;
@@ -934,6 +936,16 @@ static std::string WindowText(const DFBWindowDescription &d)
            (d.stacking == DWSC_LOWER ? " LOWER" : Format(" %#x", unsigned(d.stacking)));
 }
 
+DFBDisplayLayerConfig LastConfiguration()
+{
+    return State().lastConfig;
+}
+
+DFBWindowDescription LastWindow()
+{
+    return State().lastWindow;
+}
+
 static IDirectFBDisplayLayer *MakeLayer()
 {
     auto *const pLayer = new Layer_t;
@@ -960,6 +972,7 @@ static IDirectFBDisplayLayer *MakeLayer()
     pLayer->iface.SetConfiguration = [](IDirectFBDisplayLayer *pThiz, const DFBDisplayLayerConfig *pConfig) {
         const DFBResult eResult = Called(Of(pThiz), "SetConfiguration", Config(*pConfig));
         DFBDisplayLayerConfig &config = State().config;
+        State().lastConfig = *pConfig;
         if (eResult != DFB_OK) return eResult;
         if (pConfig->flags & DLCONF_WIDTH) config.width = pConfig->width;
         if (pConfig->flags & DLCONF_HEIGHT) config.height = pConfig->height;
@@ -986,6 +999,7 @@ static IDirectFBDisplayLayer *MakeLayer()
                                     IDirectFBWindow **ppWindow) {
         bool bNothing = false;
         const DFBResult eResult = Called(Of(pThiz), "CreateWindow", WindowText(*pDesc), &bNothing);
+        State().lastWindow = *pDesc;
         if (eResult == DFB_OK) *ppWindow = bNothing ? nullptr : MakeWindow(*pDesc);
         return eResult;
     };

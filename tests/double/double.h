@@ -88,6 +88,8 @@ DFBRegion ClipOf(IDirectFBSurface *pSurface);
 std::vector<DFBColor> PaletteOf(IDirectFBSurface *pSurface); // 256 entries
 std::vector<DFBColor> LastEntries();                         // the colours of the last SetEntries
 std::string NameOf(IDirectFBSurface *pSurface);
+DFBDisplayLayerConfig LastConfiguration(); // the last that SetConfiguration was given, every member of it
+DFBWindowDescription LastWindow();         // the last that CreateWindow was given
 
 // ---- the clock, which stands still until it is turned; sleeping turns it by as much
 
