@@ -135,6 +135,7 @@ TEST(SetPalette, LoadsTheSurfacesPaletteAndTheRecordsCopy)
                                    "  palette.SetEntries 2 at 17: 1,2,3,4 250,251,252,253\n"
                                    "  palette.Release\n"
                                    "exit SetPalette\n");
+    EXPECT_EQ(RecordText(1), "colors[0].a:4\n");
     EXPECT_FALSE(HoldsLock());
     EXPECT_TRUE(RecordOf(pDisplay)->palette[17] == colors[0]);
     EXPECT_TRUE(RecordOf(pDisplay)->palette[18] == colors[1]);

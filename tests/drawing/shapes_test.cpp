@@ -133,6 +133,18 @@ TEST(FillRect, HandsEveryRectangleToDirectFBAsSignedNumbers)
     Destroy(pDisplay);
 }
 
+TEST(FillRect, EndsItsEntryTraceWithItsLine)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+
+    pDisplay->FillRect(pDisplay, 0, &s_rect, 7);
+    EXPECT_EQ(RecordText(0), "(10x20)--(110x70)\n");
+    ClearTrace();
+    pDisplay->FillRect(pDisplay, 0, nullptr, 7);
+    EXPECT_EQ(RecordText(0), "pRect:NULL\n");
+    Destroy(pDisplay);
+}
+
 TEST(FillRect, RefusesInOrder)
 {
     enum { NULL_DISPLAY = 1, BAD_CONTEXT = 2, HIDDEN = 4, NULL_RECT = 8, INACTIVE = 16 };

@@ -53,6 +53,20 @@ TEST_P(StateSetter, TracesAndSetsUnderTheLock)
     Destroy(pDisplay);
 }
 
+TEST_P(StateSetter, EndsEachRecordWithItsLine)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+
+    GetParam().call(pDisplay, pDisplay, 0);
+
+    const char *const pcEntry = GetParam().pcEntryText;
+    EXPECT_EQ(RecordText(0), std::string(*pcEntry ? pcEntry + 1 : "") + "\n");
+    EXPECT_EQ(RecordText(1), std::string(GetParam().pcLog) + "\n");
+    EXPECT_EQ(RecordText(2), "\n");
+    EXPECT_EQ(Records().size(), 3u);
+    Destroy(pDisplay);
+}
+
 TEST_P(StateSetter, RefusesANullDisplayBeforeAllElse)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
@@ -246,6 +260,7 @@ TEST(SetClip, WithoutARectangleLiftsTheSurfacesClipAndKeepsTheRecords)
     EXPECT_EQ(Trace(), "enter SetClip pRect:NULL\n"
                        "  base.SetClip all\n"
                        "exit SetClip\n");
+    EXPECT_EQ(RecordText(0), "pRect:NULL\n");
     EXPECT_TRUE(RecordOf(pDisplay)->clip == (DFBRegion{10, 20, 39, 59}));
     EXPECT_TRUE(ClipOf(RecordOf(pDisplay)->pActiveSurface) == (DFBRegion{0, 0, 719, 479}));
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 1);

@@ -164,6 +164,15 @@ LeaksAreMeant_t::~LeaksAreMeant_t()
     if (__lsan_enable) __lsan_enable();
 }
 
+std::string RecordText(size_t i)
+{
+    const std::vector<Record_t> records = Records();
+    if (i >= records.size()) return "no such record";
+    const size_t at = records[i].text.find("tpid:0x");
+    return at == std::string::npos ? records[i].text
+                                   : records[i].text.substr(records[i].text.find(' ', at) + 1);
+}
+
 std::string CheckLine(DFBResult eResult)
 {
     char acLine[32];

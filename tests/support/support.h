@@ -61,6 +61,9 @@ struct LeaksAreMeant_t {
 
 // The lines of a trace that are not traces of the log ("enter", "exit", "log"), each without its indentation.
 std::string CallsOnly(const std::string &trace);
+// What record i of the log says behind its place and thread, if it is an entry or exit trace, or says at all:
+// to the last byte, where the trace leaves the end of a line away.
+std::string RecordText(size_t i);
 // The line of DFB_CHECK that names this result, as the trace writes it.
 std::string CheckLine(DFBResult eResult);
 

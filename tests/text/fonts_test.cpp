@@ -51,6 +51,8 @@ TEST(CreateFont, OpensAFontIntoTheLowestSlotWhileHidden)
                                    "  dfb.CreateFont sans.ttf ATTRIBUTES|HEIGHT attributes 0x4 height 24\n"
                                    "  font.EnumEncodings\n") +
                            ENUMERATED + "exit CreateFont\n");
+    EXPECT_EQ(RecordText(0), "height:24 sans.ttf\n");
+    EXPECT_EQ(RecordText(1), "id:0x1,encoding:Latin1\n");
     EXPECT_EQ(siFont, 0);
     const KovaDFBFont_t &font = RecordOf(pDisplay)->font[0];
     EXPECT_EQ(font.pcFontName, RecordOf(pDisplay)->FontName[0]);

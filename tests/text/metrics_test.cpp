@@ -38,6 +38,7 @@ TEST(SetFont, OnlyAttachesAFontThatIsAsAskedForAndKeepsItsWidth)
     EXPECT_EQ(Trace(), "  enter SetFont FontNumb:0 height:24\n"
                        "  base.SetFont font\n"
                        "exit SetFont\n");
+    EXPECT_EQ(RecordText(0), "FontNumb:0 height:24\n");
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, 0);
     EXPECT_EQ(Slot(pDisplay, 0).ucWidth, 12u);
     DestroyAndCount(pDisplay);
@@ -271,6 +272,8 @@ TEST(GetFontHeight, GivesDirectFBsHeightOfTheActiveFont)
                        "  font2.GetHeight\n"
                        "enter GetFontHeight return height:31\n"
                        "exit GetFontHeight\n");
+    EXPECT_EQ(RecordText(0), "input pHeight:-77\n");
+    EXPECT_EQ(RecordText(1), "return height:31\n");
     EXPECT_EQ(siHeight, 31);
     DestroyAndCount(pDisplay);
 }

@@ -261,6 +261,7 @@ TEST(DrawString, TracesTheAlignmentAndDrawsTopLeft)
                   0);
         EXPECT_EQ(TraceOf("enter"),
                   "enter DrawString string len:4 eEncoding:1, eFlag:" + std::to_string(iFlag) + "\n");
+        EXPECT_EQ(RecordText(0), "string len:4 eEncoding:1, eFlag:" + std::to_string(iFlag) + "\n");
         EXPECT_EQ(TraceOf("base.DrawString"), "  base.DrawString \"Hi\" 10,20 TOPLEFT\n");
     }
     DestroyAndCount(pDisplay);

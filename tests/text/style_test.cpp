@@ -43,6 +43,7 @@ TEST(SetTextForeColor, StoresTheColourUnchangedInEveryMode)
             EXPECT_EQ(pDisplay->SetTextForeColor(pDisplay, 1, VALUES[i]), 0);
             EXPECT_EQ(Trace(), std::string("enter SetTextForeColor color:") + DECIMALS[i] +
                                    "\nexit SetTextForeColor\n");
+            EXPECT_EQ(RecordText(0), std::string("color:") + DECIMALS[i] + "\n");
             EXPECT_TRUE(StyleOf(pDisplay) == (Style_t{VALUES[i], s_before.uiEdge, s_before.iEdge}));
             EXPECT_FALSE(HoldsLock());
         }

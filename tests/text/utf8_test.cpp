@@ -230,6 +230,7 @@ TEST(GetStringWidth, MeasuresInTheFontsUTF8Encoding)
                        "  font2.SetEncoding 9\n"
                        "  font2.GetStringWidth \"A<C3><A9>\"\n"
                        "exit GetStringWidth return width:30\n");
+    EXPECT_EQ(RecordText(1), "return width:30\n");
     EXPECT_EQ(uiWidth, 30u);
     DestroyAndCount(pDisplay);
 }
