@@ -29,6 +29,7 @@ static const struct {
 static const Size g_sample = {92, 46};
 static const int g_scale = 4;
 static const int g_gap = 8;
+static const int g_textHeight = 32;
 static const Size g_label = {190, 40};
 static const int g_labelHeight = 24;
 
@@ -79,7 +80,7 @@ Picture EdgeSheet(const Options &options)
         Display display(each);
         for (int row = 0; row < rows; ++row) {
             display.SetEdge(g_edges[row].edge);
-            const Picture sample = Draw(display, fonts, "Ágy", options.height ? options.height : 32);
+            const Picture sample = Draw(display, fonts, "Ágy", g_textHeight);
             PasteEnlarged(sheet, sample, g_label.width + column * cell.width,
                           g_label.height + row * cell.height, g_scale);
         }

@@ -8,7 +8,7 @@
 namespace caption
 {
 
-// Of the options, the font, its height and the colours count; each colour mode gets a display of its own.
+// Of the options the font and the colours count; each colour mode gets a display of its own.
 Picture EdgeSheet(const Options &options);
 
 } // namespace caption

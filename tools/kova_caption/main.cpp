@@ -69,9 +69,6 @@ void AddLook(CLI::App &command, Arguments &arguments)
 {
     command.add_option("--font", arguments.options.font, "Font to try first (DejaVu Sans)")
         ->type_name("FILE");
-    command.add_option("--height", arguments.options.height, "Height of the letters' em in pixels")
-        ->type_name("PIXELS")
-        ->check(CLI::Range(1, 1080));
     command.add_option("--color", arguments.color, "Text (FFFFFF)")->type_name("RRGGBB");
     command.add_option("--edge-color", arguments.edgeColor, "Edge (000000)")->type_name("RRGGBB");
     command.add_option("--background", arguments.background, "Colour to lay the pictures over")
@@ -121,6 +118,9 @@ int Run(int argc, char **argv)
     AddChoice(snapshot, "--mode", arguments.options.mode, "palette", g_modes,
               "How the display keeps colours");
     AddChoice(snapshot, "--edge", arguments.options.edge, "uniform", g_edges, "Edge around the letters");
+    snapshot.add_option("--height", arguments.options.height, "Height of the letters' em in pixels")
+        ->type_name("PIXELS")
+        ->check(CLI::Range(1, 1080));
     AddLook(snapshot, arguments);
 
     CLI::App &edges = *app.add_subcommand("edges", "Write one PNG with every edge in every colour mode");

@@ -124,7 +124,8 @@ std::vector<Cue> ReadSubtitles(const std::string &file)
         if (packet->stream_index != index) continue;
         const AVRational milliseconds = {1, 1000};
         Cue cue;
-        cue.start = av_rescale_q(packet->pts, stream.time_base, milliseconds);
+        cue.start =
+            av_rescale_q(packet->pts == AV_NOPTS_VALUE ? 0 : packet->pts, stream.time_base, milliseconds);
         cue.end = cue.start +
                   av_rescale_q(std::max<std::int64_t>(packet->duration, 0), stream.time_base, milliseconds);
 
