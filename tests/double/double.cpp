@@ -16,7 +16,6 @@
 #include <map>
 #include <memory>
 #include <mutex>
-#include <set>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <thread>
@@ -64,7 +63,7 @@ struct State_t {
     bool bDlError = false;
 
     std::map<std::string, int> names;
-    std::set<std::string> alive;
+    std::map<std::string, struct Object_t *> alive;
     std::vector<DFBColor> lastEntries;
     DFBDisplayLayerConfig lastConfig = {};
     DFBWindowDescription lastWindow = {};
@@ -450,7 +449,7 @@ static void NameObject(Object_t *pObject, const std::string &kind, const std::st
 
     pObject->kind = kind;
     pObject->name = iCount == 1 ? name : name + std::to_string(iCount);
-    state.alive.insert(pObject->name);
+    state.alive[pObject->name] = pObject;
 }
 
 int LiveObjects()
@@ -463,8 +462,15 @@ std::string LiveObjectNames()
 {
     const std::lock_guard<std::recursive_mutex> guard(State().mutex);
     std::string all;
-    for (const std::string &name : State().alive) all += (all.empty() ? "" : " ") + name;
+    for (const auto &entry : State().alive) all += (all.empty() ? "" : " ") + entry.first;
     return all;
+}
+
+void DropObjects()
+{
+    const std::lock_guard<std::recursive_mutex> guard(State().mutex);
+    for (const auto &entry : State().alive) delete entry.second;
+    State().alive.clear();
 }
 
 // Writes the call down and says what shall become of it. NOTHING is told by *pbNothing, for the calls that

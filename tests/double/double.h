@@ -54,6 +54,7 @@ bool HoldsLock();                        // whether the calling thread holds the
 void WatchLock(pthread_mutex_t *pMutex); // null: none
 int LiveObjects();                       // DirectFB objects not yet released
 std::string LiveObjectNames();
+void DropObjects(); // frees what is left of them; none may be used any more
 int CallCount(); // DirectFB calls since the last Reset, those of all threads
 
 // ---- what shall happen; a method is named "Surface.SetClip", "Layer.GetSurface", "Dfb.CreateFont",
