@@ -288,6 +288,9 @@ TEST(Contexts, DrawAgainAfterADeactivation)
     EXPECT_NE(testing::internal::GetCapturedStderr().find("Inactive context!"), std::string::npos);
 
     Kova_TextDisp_SetActive(pDisplay, 0, 1);
+    if (Colors() == PACKED) { // activation left the 32-bit mode
+        EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, PLANE_WIDTH, PLANE_HEIGHT), 0);
+    }
     kova_sint32 siFont = -1;
     EXPECT_EQ(pDisplay->CreateFont(pDisplay, 0, FONT, 20, KOVA_FONTATTR_NONE, &siFont), 0);
     EXPECT_EQ(siFont, 0); // deactivation gave the fonts back
