@@ -698,7 +698,8 @@ TEST(GuardDrawString, DrawsNothingOfANullStringAndGoesOn)
         EXPECT_EQ(pDisplay->DrawString(pDisplay, 0, nullptr, 4, 1, 2, KOVA_TEXT_UNICODE, KOVA_TEXT_LEFT), 0);
 
         EXPECT_EQ(TraceOf("ERROR"), "  ERROR ConvertUnicode2UTF8: NULL Pointer!\n");
-        EXPECT_EQ(TraceOf("base.DrawString"), "  base.DrawString \"\" 1,2 TOPLEFT\n");
+        const std::string call = NameOf(RecordOf(pDisplay)->pActiveSurface) + ".DrawString";
+        EXPECT_EQ(TraceOf(call), "  " + call + " \"\" 1,2 TOPLEFT\n");
         Destroy(pDisplay);
     }
 }
