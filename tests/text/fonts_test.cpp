@@ -43,6 +43,7 @@ static void DestroyAndCount(pKovaITextDisplay_t pDisplay)
 TEST(CreateFont, OpensAFontIntoTheLowestSlotWhileHidden)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
+    RecordOf(pDisplay)->font[0].ucWidth = 9; // of a free slot, and so it counts for nothing
     kova_sint32 siFont = -5;
 
     EXPECT_EQ(Create(pDisplay, "sans.ttf", 24, &siFont, KOVA_FONTATTR_MONOCHROME), 0);
