@@ -55,7 +55,7 @@ void WatchLock(pthread_mutex_t *pMutex); // null: none
 int LiveObjects();                       // DirectFB objects not yet released
 std::string LiveObjectNames();
 void DropObjects(); // frees what is left of them; none may be used any more
-int CallCount(); // DirectFB calls since the last Reset, those of all threads
+int CallCount();    // DirectFB calls since the last Reset, those of all threads
 
 // ---- what shall happen; a method is named "Surface.SetClip", "Layer.GetSurface", "Dfb.CreateFont",
 // "DirectFBInit"
