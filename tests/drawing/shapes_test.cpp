@@ -118,6 +118,9 @@ TEST(FillRect, HandsEveryRectangleToDirectFBAsSignedNumbers)
         {{5, 6, 0, 3}, "(5x6)--(5x9)", "5,6 0x3"},
         {{5, 6, 3, 0}, "(5x6)--(8x6)", "5,6 3x0"},
         {{5000, 6000, 7000, 8000}, "(5000x6000)--(12000x14000)", "5000,6000 7000x8000"},
+        {{0x7FFFFFFF, 0x7FFFFFFE, 1, 2},
+         "(2147483647x2147483646)--(-2147483648x-2147483648)",
+         "2147483647,2147483646 1x2"},
         {{0xFFFFFFFF, 0x80000000, 2, 0x80000000}, "(-1x-2147483648)--(1x0)", "-1,-2147483648 2x-2147483648"},
     };
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
