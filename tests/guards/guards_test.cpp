@@ -5,6 +5,7 @@
 #include "support.h"
 
 #include <cstring>
+#include <map>
 
 using namespace test;
 
@@ -416,7 +417,8 @@ static const std::vector<Operation_t> &Operations()
 // ---- what is expected
 
 struct Expected_t {
-    bool bEnds; // before the operation acts
+    bool bEnds;      // before the operation acts
+    unsigned uiEnds; // the fault that ends it
     int iResult;
     std::string trace;
 };
@@ -445,17 +447,19 @@ static Expected_t Expect(const Operation_t &operation, unsigned uiFaults)
             bLocked = true;
             break;
         case Step_t::REFUSE:
-            if (bHit) return {true, iResult, trace + indent + "ERROR " + name + ": " + step.text + "\n"};
+            if (bHit)
+                return {true, step.uiFault, iResult,
+                        trace + indent + "ERROR " + name + ": " + step.text + "\n"};
             break;
         case Step_t::ANSWER:
-            if (bHit) return {true, iResult, trace + step.text + exit};
+            if (bHit) return {true, step.uiFault, iResult, trace + step.text + exit};
             break;
         case Step_t::SAY:
             if (bHit) trace += step.text;
             break;
         }
     }
-    return {false, 0, trace};
+    return {false, 0, 0, trace};
 }
 
 static unsigned FaultsOf(const Operation_t &operation)
@@ -534,7 +538,23 @@ protected:
     const Operation_t &operation = Operations()[GetParam()];
 
     void Refuse(pKovaITextDisplay_t pDisplay, unsigned uiFaults, const Variant_t &variant);
+
+    // The source line that reports each fault when it comes alone. Where two faults are reported in the same
+    // words, the line tells which of them was found.
+    std::map<std::pair<unsigned, bool>, int> m_lines;
 };
+
+// Of the last error, or of the last record where there is none.
+static int LineOfReport()
+{
+    int iLine = 0, iErrorLine = 0;
+
+    for (const Record_t &record : Records()) {
+        iLine = record.iLine;
+        if (record.iLevel == 1) iErrorLine = iLine;
+    }
+    return iErrorLine ? iErrorLine : iLine;
+}
 
 void Guards::Refuse(pKovaITextDisplay_t pDisplay, unsigned uiFaults, const Variant_t &variant)
 {
@@ -556,6 +576,8 @@ void Guards::Refuse(pKovaITextDisplay_t pDisplay, unsigned uiFaults, const Varia
 
     EXPECT_EQ(Trace(), expected.trace);
     EXPECT_EQ(iResult, expected.iResult);
+    const int iLine = LineOfReport();
+    EXPECT_EQ(m_lines.insert({{expected.uiEnds, variant.scActive == -2}, iLine}).first->second, iLine);
     EXPECT_FALSE(HoldsLock());
     EXPECT_TRUE(LockIsFree(pDisplay));
     EXPECT_EQ(s_siOut, strcmp(operation.pcName, "GetFontHeight") == 0 ? 0 : UNTOUCHED);
