@@ -172,10 +172,11 @@ TEST(Flip, DefersAlthoughTheClipCannotBeRead)
     RecordOf(pDisplay)->flip_clip = {1, 2, 3, 4};
     FailNth("Surface.GetClip", 1, DFB_FAILURE);
 
-    EXPECT_EQ(TraceOfFlip(pDisplay), "enter Flip\n"
-                                     "  base.GetClip\n" +
-                                         CheckLine(DFB_FAILURE) + "exit Flip\n");
+    TraceOfFlip(pDisplay);
 
+    // The thread that this wakes may be the first to see the report.
+    EXPECT_EQ(CallsOnly(Trace()).rfind("base.GetClip\n", 0), 0u);
+    EXPECT_EQ(CountOf(Trace() + ThreadTrace(), CheckLine(DFB_FAILURE)), 1);
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 0);
     EXPECT_EQ(RecordOf(pDisplay)->flip_clip.x2, 3);
     EXPECT_TRUE(AwaitSleeper()); // the thread was woken all the same
@@ -315,7 +316,9 @@ TEST(Flip, ReportsASurfaceThatIsNotThereAsDestroyed)
                                      "  layer.GetConfiguration\n" +
                                          CheckLine(DFB_DESTROYED) + "exit Flip\n");
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 1);
-    EXPECT_EQ(TraceOfFlip(pDisplay), "enter Flip\n" + CheckLine(DFB_DESTROYED) + "exit Flip\n"); // deferred
+    TraceOfFlip(pDisplay); // deferred; the thread that this wakes may be the first to see the report
+    EXPECT_EQ(CountOf(Trace() + ThreadTrace(), CheckLine(DFB_DESTROYED)), 1);
+    EXPECT_FALSE(Contains(Trace(), "layer.GetConfiguration"));
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 0);
     Destroy(pDisplay);
 }
