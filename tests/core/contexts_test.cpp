@@ -742,7 +742,7 @@ TEST(SetActive, ReportsWhatCannotBeReleasedAndForgetsIt)
     EXPECT_EQ(RecordOf(pDisplay)->pBaseSurface, nullptr);
     EXPECT_EQ(RecordOf(pDisplay)->pLayer, nullptr);
     EXPECT_EQ(RecordOf(pDisplay)->font[0].pFont, nullptr);
-    Destroy(pDisplay);
+    Destroy(pDisplay, "base font layer");
 }
 
 // ---- destruction

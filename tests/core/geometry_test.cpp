@@ -248,7 +248,7 @@ TEST(SetPlane, OpensTheOtherFontsWhenOneCannotBeReleased)
                                       "  dfb.CreateFont a.ttf "));
     EXPECT_NE(RecordOf(pDisplay)->font[1].pFont, nullptr);
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, -1); // as it was
-    Destroy(pDisplay);
+    Destroy(pDisplay, "font");
 }
 
 TEST(SetPlane, GoesOnWhenACallFails)
@@ -273,7 +273,7 @@ TEST(SetPlane, GoesOnWhenACallFails)
         EXPECT_EQ(trace.find("DFB_CHECK"), trace.find('\n', call) + 3);     // on the very next line
         EXPECT_EQ(CountOf(trace, "\n"), CountOf(IndexedPlane(), "\n") + 1); // and nothing is left out
         EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, 1280u);
-        Destroy(pDisplay);
+        Destroy(pDisplay, pcMethod == apcMethods[0] ? "base" : "");
     }
 }
 
@@ -358,7 +358,7 @@ TEST(AdjustDisplaySize, GoesOnWhenACallFails)
         EXPECT_EQ(CountOf(trace, "\n"), 9);
         EXPECT_EQ(trace.find("  " + CheckLine(DFB_FAILURE)),
                   trace.find('\n', trace.find(strchr(pcMethod, '.'))) + 1);
-        Destroy(pDisplay);
+        Destroy(pDisplay, pcMethod == apcMethods[0] ? "base" : "");
     }
 }
 

@@ -246,5 +246,5 @@ TEST(ReleaseOSD1Window, PrintsFailuresAndForgetsWhatItCouldNotRelease)
     EXPECT_EQ(RecordOf(pDisplay)->pBaseSurface, nullptr);
     EXPECT_EQ(RecordOf(pDisplay)->pWindow, nullptr);
     EXPECT_EQ(RecordOf(pDisplay)->pLayer, nullptr);
-    Destroy(pDisplay);
+    Destroy(pDisplay, "base layer window");
 }

@@ -190,7 +190,7 @@ TEST(Create32BitPlane, ReportsAFontThatCannotBeReleasedAndForgetsIt)
     EXPECT_TRUE(
         Contains(Trace(), "  font.Release\n  " + CheckLine(DFB_FAILURE) + "  base.SetColor 0,0,0,0\n"));
     EXPECT_EQ(RecordOf(pDisplay)->font[0].pFont, nullptr);
-    Destroy(pDisplay);
+    Destroy(pDisplay, "font");
 }
 
 TEST(Create32BitPlane, EndsWithoutASurfaceWhenTheLayerGivesNone)
@@ -287,7 +287,7 @@ TEST(Release32BitPlane, ReportsWhatCannotBeReleasedAndForgetsIt)
                                 CheckLine(DFB_FAILURE)));
     EXPECT_EQ(RecordOf(pDisplay)->pLayer, nullptr);
     EXPECT_EQ(RecordOf(pDisplay)->pBaseSurface, nullptr);
-    Destroy(pDisplay);
+    Destroy(pDisplay, "base font layer");
 }
 
 TEST(Release32BitPlane, RefusesADisplayInAnotherMode)

@@ -282,7 +282,7 @@ TEST(SetPalette, PrintsEachFailureAndGoesOn)
         EXPECT_TRUE(RecordOf(pDisplay)->palette[5] == colors[0]);
         EXPECT_FALSE(HoldsLock());
     }
-    Destroy(pDisplay);
+    Destroy(pDisplay, "palette3");
 }
 
 TEST(SetPalette, LeavesOutWhatNeedsAPaletteWhenThereIsNone)

@@ -130,7 +130,7 @@ IDirectFBSurface *GivenBackupSurface(pKovaITextDisplay_t pDisplay)
     return pRecord->pBackupSurface;
 }
 
-void Destroy(pKovaITextDisplay_t pDisplay)
+void Destroy(pKovaITextDisplay_t pDisplay, const std::string &left)
 {
     HoldSleeps(false);
     for (int i = 0; i < MAX_CONTEXTS; i++) {
@@ -138,6 +138,8 @@ void Destroy(pKovaITextDisplay_t pDisplay)
     }
     WatchLock(nullptr);
     Kova_TextDisp_Destroy(0);
+    EXPECT_EQ(LiveObjectNames(), left);
+    DropObjects();
 }
 
 std::string CallsOnly(const std::string &trace)

@@ -48,8 +48,9 @@ bool AwaitIdleThread(pKovaITextDisplay_t pDisplay);
 // Until the thread's lines contain this; false after ten seconds.
 bool AwaitThreadTrace(const std::string &text);
 
-// Destroys all contexts and the display; for tests that end with objects to count.
-void Destroy(pKovaITextDisplay_t pDisplay);
+// Destroys all contexts and the display, and expects that no DirectFB object is left but those named: the
+// ones whose release was made to fail.
+void Destroy(pKovaITextDisplay_t pDisplay, const std::string &left = "");
 
 // While one lives, what is allocated may be lost: for what the library is meant to keep or to lose.
 struct LeaksAreMeant_t {

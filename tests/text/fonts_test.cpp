@@ -299,7 +299,7 @@ TEST(CreateFont, PrintsAReleaseThatFailsAndGoesOn)
               "font.Release\n" + CheckLine(DFB_BUSY) +
                   "dfb.CreateFont sans.ttf ATTRIBUTES|HEIGHT attributes 0 height 30\nfont2.EnumEncodings\n");
     EXPECT_EQ(siFont, 0);
-    Destroy(pDisplay);
+    Destroy(pDisplay, "font");
 }
 
 // ---- a full table, and fonts that cannot be opened

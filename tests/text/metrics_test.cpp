@@ -219,7 +219,7 @@ TEST(SetFont, SaysNothingOfAReleaseThatFails)
                                   "font2.EnumEncodings\n"
                                   "base.SetFont font2\n");
     EXPECT_EQ(StandardError(), "");
-    Destroy(pDisplay);
+    Destroy(pDisplay, "font");
 }
 
 TEST(SetFont, PrintsOtherFailuresAndSelects)
@@ -562,7 +562,7 @@ TEST(ScaleFontWidth, PrintsEveryFailureAndGoesOn)
     EXPECT_EQ(Slot(pDisplay, 0).ucWidth, 24u);
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, 0);
     EXPECT_FALSE(HoldsLock());
-    Destroy(pDisplay);
+    Destroy(pDisplay, "font");
 }
 
 // ---- GetUnderlineInfo
