@@ -61,7 +61,6 @@ struct State_t {
     int iThreadError = 0;
     std::string loadError, symbol, symbolError, dlError;
     bool bDlError = false;
-    void *pLibrary = nullptr; // the handle of DirectFB
 
     std::map<std::string, int> names;
     std::map<std::string, struct Object_t *> alive;
@@ -1217,6 +1216,20 @@ struct KovaDebugCategory {
 
 static KovaDebugCategory s_default = {"default", "", 0};
 
+static void TellHook(const char *pcCall, const void *pObject)
+{
+    if (!fake::State().bHook) return;
+    if (const auto hook = std::atomic_load(&fake::State().hook)) (*hook)(pcCall, pObject);
+}
+
+// What dlerror will say, once. The null it gives is what the failing call gives.
+static void *SetDlError(const std::string &error)
+{
+    fake::State().dlError = error;
+    fake::State().bDlError = true;
+    return nullptr;
+}
+
 extern "C" {
 KovaDebugCategory *KOVA_CAT_DEFAULT = &s_default;
 int __kova_debug_min = 5;
@@ -1259,185 +1272,83 @@ DFBResult DirectFBErrorFatal(const char *msg, DFBResult result)
     return result;
 }
 
-// The C library's services that the library calls, in front of the real ones.
+// The C library's services as the library under test calls them: it is linked so that its NAME is
+// __wrap_NAME here. Nobody else's calls come by.
 
-int gettimeofday(struct timeval *tv, void *) noexcept
+int __wrap_gettimeofday(struct timeval *tv, void *)
 {
-    if (fake::State().bRealClock) {
-        struct timespec now;
-        clock_gettime(CLOCK_REALTIME, &now);
-        *tv = {now.tv_sec, suseconds_t(now.tv_nsec / 1000)};
-        return 0;
-    }
+    if (fake::State().bRealClock) return gettimeofday(tv, nullptr);
     *tv = fake::Now();
     return 0;
 }
 
-int usleep(useconds_t usec)
+int __wrap_usleep(useconds_t usec)
 {
     fake::Sleep(long(usec));
     return 0;
 }
 
-void *__libc_calloc(size_t, size_t);
-
-void *calloc(size_t nmemb, size_t size) noexcept
+void *__wrap_calloc(size_t nmemb, size_t size)
 {
-    // The display's record is by far the largest thing that anyone allocates in one piece.
-    if (nmemb == 1 && size > 2000 && fake::State().bFailAllocation) {
-        fake::State().bFailAllocation = false;
-        return nullptr;
-    }
-    return __libc_calloc(nmemb, size);
-}
-}
-
-// The address sanitizer looks its own functions up by dlsym before it is ready for instrumented code.
-#define BEFORE_SANITIZERS __attribute__((no_sanitize("address"), no_sanitize("undefined")))
-
-BEFORE_SANITIZERS static void *RealSymbol(void *pHandle, const char *pcName)
-{
-    static void *(*s_pfnSym)(void *, const char *);
-    static const char *const s_versions[] = {"GLIBC_2.34", "GLIBC_2.17", "GLIBC_2.4", "GLIBC_2.2.5",
-                                             "GLIBC_2.0"};
-
-    for (unsigned i = 0; !s_pfnSym && i < sizeof s_versions / sizeof *s_versions; i++) {
-        s_pfnSym =
-            reinterpret_cast<void *(*)(void *, const char *)>(dlvsym(RTLD_NEXT, "dlsym", s_versions[i]));
-    }
-    return s_pfnSym(pHandle, pcName);
-}
-
-template <typename Function> static Function Real(const char *pcName)
-{
-    return reinterpret_cast<Function>(RealSymbol(RTLD_NEXT, pcName));
-}
-
-static bool IsOurs(void *pCaller)
-{
-    Dl_info info;
-    return dladdr(pCaller, &info) && info.dli_fname && strstr(info.dli_fname, "libkova_textdisp");
-}
-
-// Every lock of the process comes by here, so what is looked up is looked up once.
-template <typename Function> static Function RealVersioned(const char *pcName)
-{
-    for (const char *pcVersion : {"GLIBC_2.34", "GLIBC_2.3.2", "GLIBC_2.17", "GLIBC_2.4", "GLIBC_2.2.5"}) {
-        if (void *const pSym = dlvsym(RTLD_NEXT, pcName, pcVersion)) return reinterpret_cast<Function>(pSym);
-    }
+    if (!fake::State().bFailAllocation) return calloc(nmemb, size);
+    fake::State().bFailAllocation = false;
     return nullptr;
 }
 
-static void TellHook(const char *pcCall, const void *pObject, void *pCaller)
+int __wrap_pthread_mutex_lock(pthread_mutex_t *mutex)
 {
-    if (!fake::State().bHook || !IsOurs(pCaller)) return;
-    if (const auto hook = std::atomic_load(&fake::State().hook)) (*hook)(pcCall, pObject);
+    TellHook("pthread_mutex_lock", mutex);
+    return pthread_mutex_lock(mutex);
 }
 
-static void *OpenLibrary(const char *pcFile, int iMode)
+int __wrap_pthread_cond_wait(pthread_cond_t *cond, pthread_mutex_t *mutex)
 {
-    const bool bDirectFB = pcFile && strcmp(pcFile, "libdirectfb.so") == 0;
-
-    if (bDirectFB) {
-        fake::Note(fake::Format("dlopen %s %s", pcFile,
-                                iMode == (RTLD_NOW | RTLD_GLOBAL) ? "NOW|GLOBAL" : "other flags"));
-        if (!fake::State().loadError.empty()) {
-            fake::State().dlError = fake::State().loadError;
-            fake::State().bDlError = true;
-            return nullptr;
-        }
-    }
-    void *const pHandle = Real<void *(*)(const char *, int)>("dlopen")(pcFile, iMode);
-    if (bDirectFB) fake::State().pLibrary = pHandle;
-    return pHandle;
+    TellHook("pthread_cond_wait", cond);
+    return pthread_cond_wait(cond, mutex);
 }
 
-static int CloseLibrary(void *pHandle)
+int __wrap_pthread_cond_signal(pthread_cond_t *cond)
 {
-    if (pHandle && pHandle == fake::State().pLibrary) fake::Note("dlclose");
-    return Real<int (*)(void *)>("dlclose")(pHandle);
+    TellHook("pthread_cond_signal", cond);
+    return pthread_cond_signal(cond);
 }
 
-extern "C" {
-
-int pthread_mutex_lock(pthread_mutex_t *mutex) noexcept
+int __wrap_pthread_create(pthread_t *thread, const pthread_attr_t *attr, void *(*start)(void *), void *arg)
 {
-    static const auto pfnReal = RealVersioned<int (*)(pthread_mutex_t *)>("pthread_mutex_lock");
-    TellHook("pthread_mutex_lock", mutex, __builtin_return_address(0));
-    return pfnReal(mutex);
+    fake::Note("pthread_create");
+    const int iError = fake::State().iThreadError;
+    return iError ? iError : pthread_create(thread, attr, start, arg);
 }
 
-int pthread_cond_wait(pthread_cond_t *cond, pthread_mutex_t *mutex)
+int __wrap_pthread_join(pthread_t thread, void **result)
 {
-    static const auto pfnReal =
-        RealVersioned<int (*)(pthread_cond_t *, pthread_mutex_t *)>("pthread_cond_wait");
-    TellHook("pthread_cond_wait", cond, __builtin_return_address(0));
-    return pfnReal(cond, mutex);
+    fake::Note("pthread_join");
+    return pthread_join(thread, result);
 }
 
-int pthread_cond_signal(pthread_cond_t *cond) noexcept
+void *__wrap_dlopen(const char *file, int mode)
 {
-    static const auto pfnReal = RealVersioned<int (*)(pthread_cond_t *)>("pthread_cond_signal");
-    TellHook("pthread_cond_signal", cond, __builtin_return_address(0));
-    return pfnReal(cond);
+    fake::Note(
+        fake::Format("dlopen %s %s", file, mode == (RTLD_NOW | RTLD_GLOBAL) ? "NOW|GLOBAL" : "other flags"));
+    return fake::State().loadError.empty() ? dlopen(file, mode) : SetDlError(fake::State().loadError);
 }
 
-int pthread_create(pthread_t *thread, const pthread_attr_t *attr, void *(*start)(void *), void *arg) noexcept
+void *__wrap_dlsym(void *handle, const char *name)
 {
-    if (IsOurs(__builtin_return_address(0))) {
-        fake::Note("pthread_create");
-        if (const int iError = fake::State().iThreadError) return iError;
-    }
-    return Real<decltype(&pthread_create)>("pthread_create")(thread, attr, start, arg);
+    fake::Note(fake::Format("dlsym %s", name));
+    return fake::State().symbol == name ? SetDlError(fake::State().symbolError) : dlsym(handle, name);
 }
 
-int pthread_join(pthread_t thread, void **result)
+char *__wrap_dlerror()
 {
-    if (IsOurs(__builtin_return_address(0))) fake::Note("pthread_join");
-    return Real<decltype(&pthread_join)>("pthread_join")(thread, result);
+    if (!fake::State().bDlError) return dlerror();
+    fake::State().bDlError = false;
+    return const_cast<char *>(fake::State().dlError.c_str());
 }
 
-void *dlopen(const char *file, int mode) noexcept
+int __wrap_dlclose(void *handle)
 {
-    return OpenLibrary(file, mode);
-}
-
-static void *SymbolOfDirectFB(void *pHandle, const char *pcName)
-{
-    fake::Note(fake::Format("dlsym %s", pcName));
-    if (fake::State().symbol == pcName) {
-        fake::State().dlError = fake::State().symbolError;
-        fake::State().bDlError = true;
-        return nullptr;
-    }
-    return RealSymbol(pHandle, pcName);
-}
-
-BEFORE_SANITIZERS static bool BeginsWith(const char *pcText, const char *pcBeginning)
-{
-    while (*pcBeginning && *pcText == *pcBeginning) pcText++, pcBeginning++;
-    return !*pcBeginning;
-}
-
-BEFORE_SANITIZERS void *dlsym(void *handle, const char *name) noexcept
-{
-    // A sanitizer that stands in front of these two asks what comes behind it.
-    if (handle == RTLD_NEXT && BeginsWith(name, "dlopen")) return reinterpret_cast<void *>(OpenLibrary);
-    if (handle == RTLD_NEXT && BeginsWith(name, "dlclose")) return reinterpret_cast<void *>(CloseLibrary);
-    return BeginsWith(name, "DirectFB") ? SymbolOfDirectFB(handle, name) : RealSymbol(handle, name);
-}
-
-char *dlerror() noexcept
-{
-    if (fake::State().bDlError) {
-        fake::State().bDlError = false;
-        return const_cast<char *>(fake::State().dlError.c_str());
-    }
-    return Real<decltype(&dlerror)>("dlerror")();
-}
-
-int dlclose(void *handle) noexcept
-{
-    return CloseLibrary(handle);
+    fake::Note("dlclose");
+    return dlclose(handle);
 }
 }

@@ -23,25 +23,6 @@ inline bool LockIsFree(pKovaITextDisplay_t pDisplay)
     return bFree;
 }
 
-// A sanitizer stands in front of the double where threads are started, joined and locked: it does not see
-// that.
-inline bool SeesThreads()
-{
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    return false;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-    return false;
-#endif
-#endif
-    return true;
-}
-
-inline std::string ThreadCall(const std::string &line)
-{
-    return SeesThreads() ? line : "";
-}
-
 inline bool Contains(const std::string &text, const std::string &part)
 {
     return text.find(part) != std::string::npos;
