@@ -65,16 +65,21 @@ TEST(FlipThread, FlipsTheLastFrameUnderItsClipAndRestoresTheClipInForce)
     EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
+static bool IsAtWork(pKovaITextDisplay_t pDisplay)
+{
+    return __atomic_load_n(&RecordOf(pDisplay)->has_flipping_req, __ATOMIC_RELAXED) != 0;
+}
+
 TEST(FlipThread, SaysThatItIsAtWorkFromItsWakingUntilItWaitsAgain)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
-    EXPECT_EQ(RecordOf(pDisplay)->has_flipping_req, 0);
+    EXPECT_FALSE(IsAtWork(pDisplay));
 
     GivenDeferredFlip(pDisplay);
-    EXPECT_EQ(RecordOf(pDisplay)->has_flipping_req, 1);
+    EXPECT_TRUE(IsAtWork(pDisplay));
 
     EndSleep(pDisplay);
-    EXPECT_EQ(RecordOf(pDisplay)->has_flipping_req, 0);
+    EXPECT_FALSE(IsAtWork(pDisplay));
     Destroy(pDisplay);
 }
 
@@ -281,7 +286,7 @@ TEST(FlipThread, MakesOnePassForAWakeUpWithoutAReason)
         ClearTrace();
         pRecord->blast_frame_changed = bChanged;
         // The thread holds its mutex but while it waits. Until it says so it may not wait yet.
-        for (int i = 0; i < 1000 && !pRecord->has_flipping_req; i++) {
+        for (int i = 0; i < 1000 && !IsAtWork(pDisplay); i++) {
             pthread_mutex_lock(&pRecord->flip_thread_mutex);
             pthread_cond_signal(&pRecord->flip_thread_cond);
             pthread_mutex_unlock(&pRecord->flip_thread_mutex);
