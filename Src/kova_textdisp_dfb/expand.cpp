@@ -116,7 +116,8 @@ static void ExpandGlyph(const Target_t &target, const kova_uint8 *pucData, const
     typedef Expander_t<Pixel, iFactor> Expander;
     const Expander expander(glyph.siFgColor, glyph.siBgColor);
     const int64_t iLeft = Larger(glyph.siX, target.clip.x1);
-    const int64_t iRight = Smaller(int64_t(glyph.siX) + glyph.siWidth * iFactor - 1, target.clip.x2);
+    const int64_t iWidth = int64_t(glyph.siWidth) * iFactor;
+    const int64_t iRight = Smaller(glyph.siX + iWidth - 1, target.clip.x2);
     const auto uiOffset = kova_uint32(glyph.siBitOffset);
 
     if (iLeft > iRight || glyph.siHeight <= 0) return;
@@ -124,13 +125,13 @@ static void ExpandGlyph(const Target_t &target, const kova_uint8 *pucData, const
     const kova_uint8 *const pucEnd = pucRow + ptrdiff_t(glyph.siHeight - 1) * glyph.siRowByte +
                                      (uiOffset % 8 + kova_uint32(glyph.siWidth) + 7) / 8;
     const int iBytes = int(iRight - iLeft + 1) * int(sizeof(Pixel));
-    const bool bWhole = iRight - iLeft + 1 == glyph.siWidth * iFactor && glyph.siWidth >= Expander::BITS;
+    const bool bWhole = iRight - iLeft + 1 == iWidth && glyph.siWidth >= Expander::BITS;
     kova_uint8 *const pucColumn = target.pucData + iLeft * int64_t(sizeof(Pixel));
     // Where a row is made that is too narrow for a block, or cut off by the clip.
     Pixel aside[MAX_GLYPH_SIZE * iFactor];
 
-    for (int iRow = 0; iRow < glyph.siHeight; iRow++, pucRow += glyph.siRowByte) {
-        const int64_t iY = int64_t(glyph.siY) + iRow * glyph.siVertical;
+    for (int64_t iRow = 0; iRow < glyph.siHeight; iRow++, pucRow += glyph.siRowByte) {
+        const int64_t iY = glyph.siY + iRow * glyph.siVertical;
         const int64_t iTop = Larger(iY, target.clip.y1);
         const int64_t iBottom = Smaller(iY + glyph.siVertical - 1, target.clip.y2);
         if (iTop > iBottom) continue;
