@@ -21,6 +21,18 @@ static int FirstFreeContext(kova_uint8 ucMask)
     return iContext;
 }
 
+static void StoreGeometry(KovaDFBContext_t *pContext, const KovaTextContextParam_t &param)
+{
+    pContext->uiTextWindowWidth = param.uiTextWindowWidth;
+    pContext->uiTextWindowHeight = param.uiTextWindowHeight;
+    Poke(pContext->uiDisplayWindowX, param.uiDisplayWindowX);
+    Poke(pContext->uiDisplayWindowY, param.uiDisplayWindowY);
+    Poke(pContext->uiDisplayWindowWidth, param.uiDisplayWindowWidth);
+    Poke(pContext->uiDisplayWindowHeight, param.uiDisplayWindowHeight);
+    Poke(pContext->uiPlaneWidth, param.uiPlaneWidth);
+    Poke(pContext->uiPlaneHeight, param.uiPlaneHeight);
+}
+
 // KEEPS_DISPLAY: when all contexts are in use the lock stays taken. Callers in the field count on no other
 // thread getting in after that refusal.
 KEEPS_DISPLAY kova_sint8 Kova_TextDFBDisp_CreateContext(pKovaITextDisplay_t pThiz,
@@ -37,15 +49,7 @@ KEEPS_DISPLAY kova_sint8 Kova_TextDFBDisp_CreateContext(pKovaITextDisplay_t pThi
     const bool bPlaneChanges =
         pParam->uiPlaneWidth != pDisplay->uiPlaneWidth || pParam->uiPlaneHeight != pDisplay->uiPlaneHeight;
 
-    KovaDFBContext_t &context = pDisplay->context[iContext];
-    context.uiTextWindowWidth = pParam->uiTextWindowWidth;
-    context.uiTextWindowHeight = pParam->uiTextWindowHeight;
-    Poke(context.uiDisplayWindowX, pParam->uiDisplayWindowX);
-    Poke(context.uiDisplayWindowY, pParam->uiDisplayWindowY);
-    Poke(context.uiDisplayWindowWidth, pParam->uiDisplayWindowWidth);
-    Poke(context.uiDisplayWindowHeight, pParam->uiDisplayWindowHeight);
-    Poke(context.uiPlaneWidth, pParam->uiPlaneWidth);
-    Poke(context.uiPlaneHeight, pParam->uiPlaneHeight);
+    StoreGeometry(&pDisplay->context[iContext], *pParam);
     pDisplay->uiPlaneWidth = pParam->uiPlaneWidth;
     pDisplay->uiPlaneHeight = pParam->uiPlaneHeight;
     pDisplay->ucContextMask = kova_uint8(pDisplay->ucContextMask | 1u << iContext);
@@ -155,15 +159,7 @@ KEEPS_DISPLAY void Kova_TextDFBDisp_DestroyContext(pKovaITextDisplay_t pThiz, ko
     if (!IsContextID(scContextID)) return TEXTDISP_ERROR("Invalid context ID!");
     Lock(pDisplay);
     if (!(pDisplay->ucContextMask >> scContextID & 1)) return TEXTDISP_ERROR("Can't destroy this context!");
-    KovaDFBContext_t &context = pDisplay->context[scContextID];
-    context.uiTextWindowWidth = 0;
-    context.uiTextWindowHeight = 0;
-    Poke(context.uiDisplayWindowX, 0);
-    Poke(context.uiDisplayWindowY, 0);
-    Poke(context.uiDisplayWindowWidth, 0);
-    Poke(context.uiDisplayWindowHeight, 0);
-    Poke(context.uiPlaneWidth, 0);
-    Poke(context.uiPlaneHeight, 0);
+    StoreGeometry(&pDisplay->context[scContextID], KovaTextContextParam_t{});
     const kova_uint32 uiHolders = Peek(pDisplay->flip_thread_ref);
     const bool bLast = uiHolders == 1;
     if (bLast) AskFlipThreadToStop(pDisplay);
