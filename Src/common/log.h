@@ -63,10 +63,7 @@ void LogExit(const char *pcFile, const char *pcFunction, int iLine);
 
 #define TEXTDISP_TRACE(...) TEXTDISP_RECORD(textdisp::LEVEL_LOG, __VA_ARGS__)
 
-// The same with the place first, and text of the operation's own behind it: plain, or a format and its
-// values.
-#define TEXTDISP_TRACE_TEXT(prefix, text)                                                                    \
-    TEXTDISP_TRACE("TextDisp: " prefix "%s():%d tpid:0x%lx " text "\n", __func__, __LINE__, textdisp::Self())
+// The same with the place first, and the operation's own format and values behind it.
 #define TEXTDISP_TRACE_WITH(prefix, text, ...)                                                               \
     TEXTDISP_TRACE("TextDisp: " prefix "%s():%d tpid:0x%lx " text "\n", __func__, __LINE__,                  \
                    textdisp::Self(), __VA_ARGS__)
@@ -74,7 +71,8 @@ void LogExit(const char *pcFile, const char *pcFunction, int iLine);
 #define TEXTDISP_ENTER()                                                                                     \
     (textdisp::IsLogged(textdisp::LEVEL_LOG) ? textdisp::LogEntry(TEXTDISP_SOURCE, __func__, __LINE__)       \
                                              : void())
-#define TEXTDISP_ENTER_TEXT(text) TEXTDISP_TRACE_TEXT("", text)
+#define TEXTDISP_ENTER_TEXT(text)                                                                            \
+    TEXTDISP_TRACE("TextDisp: %s():%d tpid:0x%lx " text "\n", __func__, __LINE__, textdisp::Self())
 #define TEXTDISP_ENTER_WITH(text, ...) TEXTDISP_TRACE_WITH("", text, __VA_ARGS__)
 #define TEXTDISP_EXIT()                                                                                      \
     (textdisp::IsLogged(textdisp::LEVEL_LOG) ? textdisp::LogExit(TEXTDISP_SOURCE, __func__, __LINE__)        \

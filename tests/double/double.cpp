@@ -2,7 +2,6 @@
 
 #include "kova_debug.h"
 
-#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <cstdarg>
@@ -10,7 +9,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <deque>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <map>
@@ -75,7 +73,6 @@ struct State_t {
     int iSleepers = 0, iLetGo = 0;
     std::atomic<bool> bRealClock{false};
 
-    std::atomic<bool> bHook{false};
     std::shared_ptr<std::function<void(const char *, const void *)>> hook;
 };
 
@@ -1098,7 +1095,6 @@ void UseRealClock(bool bReal)
 
 void BeforeThreadCall(std::function<void(const char *pcCall, const void *pObject)> hook)
 {
-    State().bHook = hook != nullptr;
     std::atomic_store(
         &State().hook,
         hook ? std::make_shared<std::function<void(const char *, const void *)>>(std::move(hook)) : nullptr);
@@ -1218,7 +1214,6 @@ static KovaDebugCategory s_default = {"default", "", 0};
 
 static void TellHook(const char *pcCall, const void *pObject)
 {
-    if (!fake::State().bHook) return;
     if (const auto hook = std::atomic_load(&fake::State().hook)) (*hook)(pcCall, pObject);
 }
 
