@@ -259,8 +259,8 @@ TEST(FlipThread, ServesARequestMadeDuringItsSleepInTheSamePass)
                                  "  base.SetClip " +
                                  clip + "\n");
     EXPECT_EQ(clip.rfind("200,100 ", 0), 0u);
-    EXPECT_EQ(RecordOf(pDisplay)->bFlipPosted, 0);
-    EXPECT_EQ(RecordOf(pDisplay)->has_flipping_req, 0);
+    EXPECT_EQ(__atomic_load_n(&RecordOf(pDisplay)->bFlipPosted, __ATOMIC_RELAXED), 0);
+    EXPECT_FALSE(IsAtWork(pDisplay));
     Destroy(pDisplay);
 }
 
@@ -551,7 +551,7 @@ TEST(FlipThread, EndsWhileItWaits)
 
     EXPECT_EQ(Trace(), Stopped());
     EXPECT_EQ(ThreadTrace(), "exit Flip_last_frame_Thread\n"); // without sleeping
-    EXPECT_EQ(RecordOf(pDisplay)->has_flipping_req, 0);
+    EXPECT_FALSE(IsAtWork(pDisplay));
     EXPECT_EQ(RecordOf(pDisplay)->flip_thread_stop, 1);
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
@@ -575,7 +575,7 @@ TEST(FlipThread, EndsAfterItsSleepWithoutFlipping)
 
     EXPECT_EQ(Trace(), Stopped());
     EXPECT_EQ(ThreadTrace(), "exit Flip_last_frame_Thread\n");
-    EXPECT_EQ(RecordOf(pDisplay)->has_flipping_req, 0);
+    EXPECT_FALSE(IsAtWork(pDisplay));
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
 }
