@@ -1,0 +1,64 @@
+#include "common_options.h"
+
+namespace caption
+{
+
+static const std::map<std::string, KovaGraphicLayer_e> g_layers = {
+    {"1", KOVA_GRAPHIC_LAYER1}, {"2", KOVA_GRAPHIC_LAYER2}, {"3", KOVA_GRAPHIC_LAYER3}};
+
+static const std::map<std::string, ColorMode> g_modes = {
+    {"index", ColorMode::INDEX}, {"palette", ColorMode::PALETTE}, {"argb", ColorMode::ARGB}};
+
+static const std::map<std::string, KovaTextEdgeType_e> g_edges = {
+    {"none", KOVA_TEXT_ENONE},
+    {"raised", KOVA_TEXT_ERAISED},
+    {"depressed", KOVA_TEXT_EDEPRESSED},
+    {"uniform", KOVA_TEXT_EUNIFORM},
+    {"left-shadow", KOVA_TEXT_ELEFTDROPSHADOW},
+    {"right-shadow", KOVA_TEXT_ERIGTHDROPSHADOW}};
+
+// Any place that a colour can be put into takes it.
+template <class Target>
+static void AddColor(CLI::App &command, const std::string &name, Target &target, const std::string &help)
+{
+    command
+        .add_option_function<std::string>(
+            name, [&target, name](const std::string &text) { target = ParseColor(name, text); }, help)
+        ->type_name("RRGGBB");
+}
+
+void AddPlace(CLI::App &command, Options &options)
+{
+    command
+        .add_option_function<std::string>(
+            "--plane", [&options](const std::string &text) { options.plane = ParsePlane(text); },
+            "Size of the plane (1280x720)")
+        ->type_name("WIDTHxHEIGHT");
+    AddChoice(command, "--layer", options.layer, "1", g_layers, "Layer to draw on");
+    AddChoice(command, "--mode", options.mode, "palette", g_modes, "How the display keeps colours");
+}
+
+void AddLetters(CLI::App &command, Options &options)
+{
+    AddChoice(command, "--edge", options.edge, "uniform", g_edges, "Edge around the letters");
+    command
+        .add_option("--height", options.height,
+                    "Height of the letters' em in pixels (a sixteenth of the plane)")
+        ->type_name("PIXELS")
+        ->check(CLI::Range(1, 1080).description(""));
+}
+
+void AddLook(CLI::App &command, Options &options)
+{
+    command.add_option("--font", options.font, "Font to try first (DejaVu Sans)")->type_name("FILE");
+    AddColor(command, "--color", options.color, "Text (FFFFFF)");
+    AddColor(command, "--edge-color", options.edgeColor, "Edge (000000)");
+    command.add_flag("--headless", options.headless, "Draw without a window, X server or not");
+}
+
+void AddBackground(CLI::App &command, Options &options)
+{
+    AddColor(command, "--background", options.background, "Colour to lay the picture over (none)");
+}
+
+} // namespace caption

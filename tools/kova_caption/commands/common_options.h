@@ -1,0 +1,53 @@
+// Options that several commands have.
+#ifndef KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
+#define KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
+
+#include <map>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "options.h"
+
+namespace caption
+{
+
+// The words are looked up by hand: CLI11 would take the numbers behind them too.
+template <class Value>
+void AddChoice(CLI::App &command, const std::string &name, Value &value, const std::string &preset,
+               const std::map<std::string, Value> &choices, const std::string &help)
+{
+    std::string words;
+    for (const auto &choice : choices) words += (words.empty() ? "" : "|") + choice.first;
+
+    command
+        .add_option_function<std::string>(
+            name,
+            [&value, choices, name, words](const std::string &word) {
+                const auto found = choices.find(word);
+                if (found == choices.end()) {
+                    throw CLI::ValidationError(name, "'" + word + "' is none of " + words);
+                }
+                value = found->second;
+            },
+            help + " (" + preset + ")")
+        ->type_name(words);
+}
+
+// All of these keep a reference to the options, which must live until the command line is parsed.
+
+// --plane, --layer, --mode: where captions are drawn.
+void AddPlace(CLI::App &command, Options &options);
+
+// --edge, --height: how captions are drawn, besides AddLook's.
+void AddLetters(CLI::App &command, Options &options);
+
+// --font, --color, --edge-color, --headless.
+void AddLook(CLI::App &command, Options &options);
+
+// --background, for what becomes a picture.
+void AddBackground(CLI::App &command, Options &options);
+
+} // namespace caption
+
+#endif
