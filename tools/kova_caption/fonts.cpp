@@ -48,7 +48,7 @@ struct Fonts::Face {
     {
         for (const Run &run : line) {
             for (const Character &character : Characters(run.text)) {
-                if (!IsInvisible(character.code) && !For(run.italic).Has(character.code)) return false;
+                if (!IsInvisible(character.code) && !For(run.style.italic).Has(character.code)) return false;
             }
         }
         return true;
@@ -149,7 +149,8 @@ std::vector<Piece> Fonts::Split(const Line &line)
     for (const Face *const family : candidates) {
         if (!family->HasAll(line)) continue;
         for (const Run &run : line) {
-            pieces.push_back({run.text, family->For(run.italic).file, run.italic && !family->italic});
+            pieces.push_back(
+                {run.text, family->For(run.style.italic).file, run.style.italic && !family->italic});
         }
         return pieces;
     }
@@ -158,15 +159,15 @@ std::vector<Piece> Fonts::Split(const Line &line)
         for (const Character &character : Characters(run.text)) {
             const Face *chosen = nullptr;
             for (const auto &family : families_) {
-                if (!chosen && family->For(run.italic).Has(character.code)) chosen = family.get();
+                if (!chosen && family->For(run.style.italic).Has(character.code)) chosen = family.get();
             }
             if (!chosen) missing_.insert(character.code);
             if (!chosen) chosen = families_.front().get();
-            const std::string &file = chosen->For(run.italic).file;
+            const std::string &file = chosen->For(run.style.italic).file;
             if (joins && (pieces.back().font == file || IsSpace(character.code))) {
                 pieces.back().text += character.text;
             } else {
-                pieces.push_back({character.text, file, run.italic && !chosen->italic});
+                pieces.push_back({character.text, file, run.style.italic && !chosen->italic});
                 joins = true;
             }
         }

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "styled_text.h"
+#include "cue.h"
 
 struct FT_LibraryRec_;
 struct FT_FaceRec_;

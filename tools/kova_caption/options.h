@@ -2,27 +2,16 @@
 #ifndef KOVA_CAPTION_OPTIONS_H
 #define KOVA_CAPTION_OPTIONS_H
 
-#include <cstdint>
 #include <optional>
 #include <string>
 
 #include "kova/kova_textdisp_types.h"
+#include "types.h"
 
 namespace caption
 {
 
 enum class ColorMode { INDEX, PALETTE, ARGB };
-
-struct Color {
-    std::uint8_t red = 0;
-    std::uint8_t green = 0;
-    std::uint8_t blue = 0;
-};
-
-struct Size {
-    int width = 0;
-    int height = 0;
-};
 
 struct Options {
     KovaGraphicLayer_e layer = KOVA_GRAPHIC_LAYER1;

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <vector>
 
-#include "options.h"
+#include "types.h"
 
 namespace caption
 {

@@ -7,7 +7,7 @@
 #include "display.h"
 #include "fonts.h"
 #include "options.h"
-#include "styled_text.h"
+#include "cue.h"
 
 namespace caption
 {

@@ -29,10 +29,8 @@ static void MakeFolder(const std::filesystem::path &folder)
 
 static bool NeedsShaping(const Cue &cue)
 {
-    for (const Line &line : cue.lines) {
-        for (const Character &character : Characters(PlainText(line))) {
-            if (NeedsShaping(character.code)) return true;
-        }
+    for (const Character &character : Characters(PlainText(cue))) {
+        if (NeedsShaping(character.code)) return true;
     }
     return false;
 }
@@ -60,7 +58,7 @@ void Snapshot(const std::string &subtitles, const std::filesystem::path &folder,
 {
     // Whatever can be refused is refused before anything is made.
     Check(options);
-    const std::vector<Cue> cues = ReadSubtitles(subtitles);
+    const std::vector<Cue> cues = ReadSubtitles({subtitles}).cues;
     Fonts fonts(options.font);
     ChooseDirectFBSystem(options);
     MakeFolder(folder);
@@ -74,7 +72,7 @@ void Snapshot(const std::string &subtitles, const std::filesystem::path &folder,
         std::snprintf(name, sizeof name, "%04zu.png", ++number);
 
         display.Clear();
-        const Drawn drawn = renderer.Draw(cue.lines);
+        const Drawn drawn = renderer.Draw(cue.blocks.front().lines);
         if (drawn.lines == 0) {
             throw Failure("--height " + std::to_string(options.TextHeight()) +
                           ": a line of text finds no room " + "on a plane " +
@@ -83,10 +81,8 @@ void Snapshot(const std::string &subtitles, const std::filesystem::path &folder,
         const Picture picture = display.Present();
         WritePng(options.background ? Over(picture, *options.background) : picture, folder / name);
 
-        std::string text;
-        for (const Line &line : cue.lines) text += (text.empty() ? "" : " / ") + PlainText(line);
         std::fprintf(listing, "%s  %s --> %s  %dx%d  %s\n", name, Timestamp(cue.start).c_str(),
-                     Timestamp(cue.end).c_str(), drawn.size.width, drawn.size.height, text.c_str());
+                     Timestamp(cue.end).c_str(), drawn.size.width, drawn.size.height, PlainText(cue).c_str());
         std::fflush(listing);
 
         if (drawn.left > 0) {

@@ -12,6 +12,7 @@ extern "C" {
 #include <libavformat/avformat.h>
 }
 
+#include "ass_text.h"
 #include "failure.h"
 #include "timestamp.h"
 
@@ -95,7 +96,7 @@ static bool IsBlank(const Line &line)
     return PlainText(line).find_first_not_of(" \t") == std::string::npos;
 }
 
-static void AddLines(Cue &cue, const AVSubtitle &subtitle, const std::string &file)
+static void AddLines(Block &block, const AVSubtitle &subtitle, const std::string &file)
 {
     for (unsigned i = 0; i < subtitle.num_rects; ++i) {
         if (subtitle.rects[i]->type == SUBTITLE_BITMAP) {
@@ -103,13 +104,14 @@ static void AddLines(Cue &cue, const AVSubtitle &subtitle, const std::string &fi
         }
         if (!subtitle.rects[i]->ass) continue;
         for (Line &line : FromAss(TextOfEvent(subtitle.rects[i]->ass))) {
-            if (!IsBlank(line)) cue.lines.push_back(std::move(line));
+            if (!IsBlank(line)) block.lines.push_back(std::move(line));
         }
     }
 }
 
-std::vector<Cue> ReadSubtitles(const std::string &file)
+Subtitles ReadSubtitles(const SourceOptions &options)
 {
+    const std::string &file = options.file;
     av_log_set_level(AV_LOG_QUIET);
 
     const Input input = Open(file);
@@ -118,7 +120,7 @@ std::vector<Cue> ReadSubtitles(const std::string &file)
     const AVStream &stream = *input->streams[index];
     const Decoder decoder = OpenDecoder(stream, file);
     const Packet packet(av_packet_alloc());
-    std::vector<Cue> cues;
+    Subtitles subtitles;
 
     for (; av_read_frame(input.get(), packet.get()) >= 0; av_packet_unref(packet.get())) {
         if (packet->stream_index != index) continue;
@@ -137,11 +139,44 @@ std::vector<Cue> ReadSubtitles(const std::string &file)
         }
         if (!decoded) continue;
         const std::unique_ptr<AVSubtitle, void (*)(AVSubtitle *)> owner(&subtitle, avsubtitle_free);
-        AddLines(cue, subtitle, file);
-        if (!cue.lines.empty()) cues.push_back(std::move(cue));
+        Block block;
+        AddLines(block, subtitle, file);
+        if (block.lines.empty()) continue;
+        cue.blocks.push_back(std::move(block));
+        subtitles.cues.push_back(std::move(cue));
     }
-    if (cues.empty()) throw Failure(file + ": has no cue with text in it" + g_advice);
-    return cues;
+    if (subtitles.cues.empty()) throw Failure(file + ": has no cue with text in it" + g_advice);
+    return subtitles;
+}
+
+static std::string Tag(const AVStream &stream, const char *name)
+{
+    const AVDictionaryEntry *const entry = av_dict_get(stream.metadata, name, nullptr, 0);
+    return entry ? entry->value : "";
+}
+
+static StreamKind KindOf(AVCodecID codec)
+{
+    const AVCodecDescriptor *const descriptor = avcodec_descriptor_get(codec);
+
+    if (!descriptor || !avcodec_find_decoder(codec)) return StreamKind::UNSUPPORTED;
+    return descriptor->props & AV_CODEC_PROP_TEXT_SUB ? StreamKind::TEXT : StreamKind::BITMAP;
+}
+
+std::vector<StreamInfo> ListStreams(const SourceOptions &options)
+{
+    av_log_set_level(AV_LOG_QUIET);
+
+    const Input input = Open(options.file);
+    std::vector<StreamInfo> streams;
+    for (unsigned i = 0; i < input->nb_streams; ++i) {
+        const AVStream &stream = *input->streams[i];
+        if (stream.codecpar->codec_type != AVMEDIA_TYPE_SUBTITLE) continue;
+        const AVCodecID codec = stream.codecpar->codec_id;
+        streams.push_back(
+            {int(i), KindOf(codec), avcodec_get_name(codec), Tag(stream, "language"), Tag(stream, "title")});
+    }
+    return streams;
 }
 
 } // namespace caption

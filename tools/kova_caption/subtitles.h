@@ -1,25 +1,37 @@
-// Reads subtitle files of every kind that libavformat and libavcodec know as text.
+// Reads subtitles of every kind that libavformat and libavcodec know.
 #ifndef KOVA_CAPTION_SUBTITLES_H
 #define KOVA_CAPTION_SUBTITLES_H
 
-#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "styled_text.h"
+#include "cue.h"
 
 namespace caption
 {
 
-struct Cue {
-    std::int64_t start = 0; // milliseconds
-    std::int64_t end = 0;
-    std::vector<Line> lines;
+struct SourceOptions {
+    std::string file;
+    std::optional<int> stream = {}; // none: the first of subtitles, else the first video with captions in it
+    std::string charset = {};       // of a text file, a name that iconv knows; empty: found out
 };
 
-// The cues of the file's first text subtitle stream, in the file's order, those without text left out. A
-// Failure if there are none.
-std::vector<Cue> ReadSubtitles(const std::string &file);
+enum class StreamKind { TEXT, BITMAP, EMBEDDED_CAPTIONS, UNSUPPORTED };
+
+struct StreamInfo {
+    int index = 0; // what SourceOptions::stream takes
+    StreamKind kind = StreamKind::UNSUPPORTED;
+    std::string codec;    // as libavcodec names it
+    std::string language; // as the file says, mostly three letters; may be empty
+    std::string title;    // may be empty
+};
+
+// Everything a source shows. A Failure if that is nothing, or if it cannot be read.
+Subtitles ReadSubtitles(const SourceOptions &options);
+
+// The streams that could be read, and those with subtitles that cannot.
+std::vector<StreamInfo> ListStreams(const SourceOptions &options);
 
 } // namespace caption
 

@@ -13,7 +13,7 @@ namespace
 struct Letter {
     char32_t code;
     std::string text;
-    bool italic;
+    Style style;
 };
 
 using Letters = std::vector<Letter>;
@@ -27,9 +27,9 @@ static Letters Spread(const Line &line)
     for (const Run &run : line) {
         for (const Character &character : Characters(run.text)) {
             if (character.code == '\t') {
-                letters.push_back({' ', " ", run.italic});
+                letters.push_back({' ', " ", run.style});
             } else if (!IsInvisible(character.code)) {
-                letters.push_back({character.code, character.text, run.italic});
+                letters.push_back({character.code, character.text, run.style});
             }
         }
     }
@@ -43,7 +43,7 @@ static Line Gather(const Letters &letters, std::size_t begin, std::size_t end)
 
     while (begin < end && IsSpace(letters[begin].code)) ++begin;
     while (begin < end && IsSpace(letters[end - 1].code)) --end;
-    for (std::size_t i = begin; i < end; ++i) Append(line, letters[i].text, letters[i].italic);
+    for (std::size_t i = begin; i < end; ++i) Append(line, letters[i].text, letters[i].style);
     return line;
 }
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <vector>
 
-#include "styled_text.h"
+#include "cue.h"
 
 namespace caption
 {

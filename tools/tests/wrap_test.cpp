@@ -15,7 +15,7 @@ static int Count(const Line &line)
 static std::vector<std::string> Folded(const std::string &text, int width)
 {
     std::vector<std::string> lines;
-    for (const Line &line : caption::Wrap({{text, false}}, width, Count)) {
+    for (const Line &line : caption::Wrap({{text, {}}}, width, Count)) {
         lines.push_back(caption::PlainText(line));
     }
     return lines;

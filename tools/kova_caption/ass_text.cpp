@@ -1,31 +1,14 @@
-#include "styled_text.h"
+#include "ass_text.h"
 
 #include <cstdlib>
 
 namespace caption
 {
 
-void Append(Line &line, const std::string &text, bool italic)
-{
-    if (text.empty()) return;
-    if (!line.empty() && line.back().italic == italic) {
-        line.back().text += text;
-    } else {
-        line.push_back({text, italic});
-    }
-}
-
-std::string PlainText(const Line &line)
-{
-    std::string text;
-    for (const Run &run : line) text += run.text;
-    return text;
-}
-
 namespace
 {
 
-struct Style {
+struct State {
     bool italic = false;
     bool drawing = false;
 };
@@ -34,7 +17,7 @@ struct Style {
 
 // One block of tags, what stands between braces: \i1, \i0, \p1 and \r count. A tag is its name and a number,
 // so \iclip and \pos are others.
-static void ReadTags(const std::string &tags, Style &style)
+static void ReadTags(const std::string &tags, State &state)
 {
     for (std::size_t at = tags.find('\\'); at != std::string::npos; at = tags.find('\\', at + 1)) {
         const std::size_t end = tags.find('\\', at + 1);
@@ -42,9 +25,9 @@ static void ReadTags(const std::string &tags, Style &style)
         const bool numbered = tag.size() == 1 || (tag.size() > 1 && tag[1] >= '0' && tag[1] <= '9');
         const int number = std::atoi(tag.c_str() + (tag.empty() ? 0 : 1));
 
-        if (!tag.empty() && tag[0] == 'i' && numbered) style.italic = number != 0;
-        if (!tag.empty() && tag[0] == 'p' && numbered) style.drawing = number != 0;
-        if (!tag.empty() && tag[0] == 'r' && tag.compare(0, 3, "rnd") != 0) style.italic = false;
+        if (!tag.empty() && tag[0] == 'i' && numbered) state.italic = number != 0;
+        if (!tag.empty() && tag[0] == 'p' && numbered) state.drawing = number != 0;
+        if (!tag.empty() && tag[0] == 'r' && tag.compare(0, 3, "rnd") != 0) state.italic = false;
     }
 }
 
@@ -53,7 +36,7 @@ std::vector<Line> FromAss(const std::string &text)
     static const std::string hardSpace = "\xC2\xA0";
     static const std::string wordJoiner = "\xE2\x81\xA0"; // stands after a backslash that is meant as one
     std::vector<Line> lines(1);
-    Style style;
+    State state;
 
     for (std::size_t at = 0; at < text.size();) {
         const char next = at + 1 < text.size() ? text[at + 1] : '\0';
@@ -61,7 +44,7 @@ std::vector<Line> FromAss(const std::string &text)
         std::string shown;
 
         if (close != std::string::npos) {
-            ReadTags(text.substr(at + 1, close - at - 1), style);
+            ReadTags(text.substr(at + 1, close - at - 1), state);
             at = close + 1;
         } else if (text[at] == '\\' && next == 'N') {
             lines.emplace_back();
@@ -82,7 +65,7 @@ std::vector<Line> FromAss(const std::string &text)
             if (text[at] != '\r' && text[at] != '\n') shown = text[at];
             ++at;
         }
-        if (!style.drawing) Append(lines.back(), shown, style.italic);
+        if (!state.drawing) Append(lines.back(), shown, {state.italic});
     }
     return lines;
 }
