@@ -4,12 +4,9 @@
 #include <set>
 #include <vector>
 
-#include "directfb_system.h"
-#include "display.h"
 #include "failure.h"
-#include "fonts.h"
 #include "picture.h"
-#include "renderer.h"
+#include "stage.h"
 #include "subtitles.h"
 #include "timestamp.h"
 #include "utf8.h"
@@ -57,28 +54,24 @@ void Snapshot(const std::string &subtitles, const std::filesystem::path &folder,
               std::FILE *listing)
 {
     // Whatever can be refused is refused before anything is made.
-    Check(options);
     const std::vector<Cue> cues = ReadSubtitles({subtitles}).cues;
-    Fonts fonts(options.font);
-    ChooseDirectFBSystem(options);
+    Stage stage(options);
     MakeFolder(folder);
 
-    Display display(options);
-    Renderer renderer(options, display, fonts);
     std::set<char32_t> told;
     std::size_t number = 0;
     for (const Cue &cue : cues) {
         char name[32];
         std::snprintf(name, sizeof name, "%04zu.png", ++number);
 
-        display.Clear();
-        const Drawn drawn = renderer.Draw(cue.blocks.front().lines);
+        stage.display.Clear();
+        const Drawn drawn = stage.renderer.Draw(cue.blocks.front().lines);
         if (drawn.lines == 0) {
             throw Failure("--height " + std::to_string(options.TextHeight()) +
                           ": a line of text finds no room " + "on a plane " +
                           std::to_string(options.plane.height) + " pixels high; choose a smaller one");
         }
-        const Picture picture = display.Present();
+        const Picture picture = stage.display.Present();
         WritePng(options.background ? Over(picture, *options.background) : picture, folder / name);
 
         std::fprintf(listing, "%s  %s --> %s  %dx%d  %s\n", name, Timestamp(cue.start).c_str(),
@@ -93,12 +86,12 @@ void Snapshot(const std::string &subtitles, const std::filesystem::path &folder,
             Advise(number, "its script joins or reorders letters, which is not done: they stand one by one, "
                            "left to right");
         }
-        const std::string missing = MissingCharacters(fonts.Missing(), told);
+        const std::string missing = MissingCharacters(stage.fonts.Missing(), told);
         if (!missing.empty()) {
             Advise(number, "no font here has" + missing + "; name one that has with --font FILE");
         }
     }
-    display.Clear();
+    stage.display.Clear();
 }
 
 } // namespace caption
