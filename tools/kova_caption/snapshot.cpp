@@ -50,11 +50,11 @@ static std::string MissingCharacters(const std::set<char32_t> &missing, std::set
     return list;
 }
 
-void Snapshot(const std::string &subtitles, const std::filesystem::path &folder, const Options &options,
+void Snapshot(const SourceOptions &source, const std::filesystem::path &folder, const Options &options,
               std::FILE *listing)
 {
     // Whatever can be refused is refused before anything is made.
-    const std::vector<Cue> cues = ReadSubtitles({subtitles}).cues;
+    const std::vector<Cue> cues = ReadSubtitles(source).cues;
     Stage stage(options);
     MakeFolder(folder);
 

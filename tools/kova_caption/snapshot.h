@@ -4,15 +4,15 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <string>
 
 #include "options.h"
+#include "subtitles.h"
 
 namespace caption
 {
 
 // Writes 0001.png and so on into the folder, which is made if need be, and a line for each to the listing.
-void Snapshot(const std::string &subtitles, const std::filesystem::path &folder, const Options &options,
+void Snapshot(const SourceOptions &source, const std::filesystem::path &folder, const Options &options,
               std::FILE *listing);
 
 } // namespace caption

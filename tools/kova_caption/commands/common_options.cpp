@@ -27,6 +27,19 @@ static void AddColor(CLI::App &command, const std::string &name, Target &target,
         ->type_name("RRGGBB");
 }
 
+void AddSource(CLI::App &command, SourceOptions &source)
+{
+    command.add_option("FILE", source.file, "Subtitles, or a recording that has some")
+        ->type_name("")
+        ->required();
+    command.add_option("--stream", source.stream, "Which of its streams (the first of subtitles)")
+        ->type_name("NUMBER");
+    command
+        .add_option("--charset", source.charset,
+                    "How a text file is encoded, by a name that iconv knows (found out)")
+        ->type_name("NAME");
+}
+
 void AddPlace(CLI::App &command, Options &options)
 {
     command

@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "options.h"
+#include "subtitles.h"
 
 namespace caption
 {
@@ -35,6 +36,9 @@ void AddChoice(CLI::App &command, const std::string &name, Value &value, const s
 }
 
 // All of these keep a reference to the options, which must live until the command line is parsed.
+
+// FILE, --stream, --charset: what is read.
+void AddSource(CLI::App &command, SourceOptions &source);
 
 // --plane, --layer, --mode: where captions are drawn.
 void AddPlace(CLI::App &command, Options &options);

@@ -10,8 +10,8 @@ namespace caption
 Command AddSnapshot(CLI::App &tool)
 {
     struct Arguments {
+        SourceOptions source;
         Options options;
-        std::string file;
         std::string folder;
     };
     const auto arguments = std::make_shared<Arguments>();
@@ -21,7 +21,7 @@ Command AddSnapshot(CLI::App &tool)
                     "kova-caption snapshot film.srt -o pictures --edge right-shadow --color FFFF00",
                     "kova-caption snapshot film.srt -o pictures --plane 1920x1080 --background 204060"});
 
-    command.add_option("FILE", arguments->file, "SRT, WebVTT or ASS")->type_name("")->required();
+    AddSource(command, arguments->source);
     command.add_option("-o", arguments->folder, "Folder for 0001.png and so on")
         ->type_name("DIR")
         ->required();
@@ -30,7 +30,7 @@ Command AddSnapshot(CLI::App &tool)
     AddLook(command, arguments->options);
     AddBackground(command, arguments->options);
     return {&command, [arguments](std::FILE *out) {
-                Snapshot(arguments->file, arguments->folder, arguments->options, out);
+                Snapshot(arguments->source, arguments->folder, arguments->options, out);
             }};
 }
 
