@@ -9,6 +9,7 @@ int main()
     KovaTextRect_t area = {10, 10, 100, 50};
 
     param.eLayer = KOVA_GRAPHIC_LAYER1;
+    param.bTextDisp_Palette = 1;
     param.uiPlaneWidth = geometry.uiPlaneWidth = 640;
     param.uiPlaneHeight = geometry.uiPlaneHeight = 360;
     Kova_TextDisp_Create(KOVA_GRAPHIC_DIRECTFB, &param);
@@ -18,7 +19,7 @@ int main()
     const kova_sint8 context = Kova_TextDisp_CreateContext(display, &geometry);
     Kova_TextDisp_SetActive(display, context, 1);
     display->Show(display, context);
-    const int filled = display->FillRect(display, context, &area, 0xFFFFFFFF);
+    const int filled = display->FillRect(display, context, &area, 0);
     Kova_TextDisp_DestroyContext(display, context);
     Kova_TextDisp_Destroy(0);
     std::printf("context %d, FillRect %d\n", context, filled);
