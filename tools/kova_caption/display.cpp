@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "directfb_system.h"
@@ -12,7 +13,7 @@
 namespace caption
 {
 
-enum { PALETTE_TRANSPARENT, PALETTE_EDGE, PALETTE_TEXT, PALETTE_SIZE };
+static const Color g_transparent = {0, 0, 0, 0}; // entry 0 of the palette, and 0 in 32-bit mode
 
 static const std::size_t g_mostBytes = 255; // of one string in one call
 
@@ -72,8 +73,9 @@ Display::Display(const Options &options) : options_(options), edge_(options.edge
         Kova_TextDisp_Destroy(0);
         throw;
     }
+    slots_ = std::make_unique<FontSlots>(display_, context_);
     display_->Show(display_, context_);
-    LoadColors();
+    Clear();
 }
 
 Display::~Display()
@@ -83,34 +85,45 @@ Display::~Display()
     Kova_TextDisp_Destroy(0);
 }
 
-static KovaTextColor_t Opaque(Color color)
+bool Display::HasPalette() const
 {
-    return {color.red, color.green, color.blue, 255};
+    return options_.mode != ColorMode::ARGB;
 }
 
-void Display::LoadColors()
+bool Display::CanCopy() const
 {
-    if (options_.mode == ColorMode::ARGB) return;
-    KovaTextColor_t palette[PALETTE_SIZE] = {};
-    palette[PALETTE_EDGE] = Opaque(options_.edgeColor);
-    palette[PALETTE_TEXT] = Opaque(options_.color);
-    display_->SetPalette(display_, context_, palette, PALETTE_SIZE, 0);
+    return options_.mode == ColorMode::INDEX;
 }
 
-static kova_uint32 Packed(Color color)
+static int Distance(Color one, Color other)
 {
-    return kova_uint32(color.red) << 24 | kova_uint32(color.green) << 16 | kova_uint32(color.blue) << 8 |
-           0xFF;
+    const auto square = [](int difference) { return difference * difference; };
+
+    return square(one.red - other.red) + square(one.green - other.green) + square(one.blue - other.blue) +
+           square(one.alpha - other.alpha);
 }
 
-kova_uint32 Display::TextColor() const
+// What the operations take for a colour. Palettes are filled as colours are met.
+kova_uint32 Display::Value(Color color)
 {
-    return options_.mode == ColorMode::ARGB ? Packed(options_.color) : kova_uint32(PALETTE_TEXT);
-}
-
-kova_uint32 Display::EdgeColor() const
-{
-    return options_.mode == ColorMode::ARGB ? Packed(options_.edgeColor) : kova_uint32(PALETTE_EDGE);
+    if (!HasPalette()) {
+        return kova_uint32(color.red) << 24 | kova_uint32(color.green) << 16 | kova_uint32(color.blue) << 8 |
+               color.alpha;
+    }
+    auto entry = std::find(palette_.begin(), palette_.end(), color);
+    if (entry == palette_.end() && palette_.size() < 256) {
+        KovaTextColor_t loaded = {color.red, color.green, color.blue, color.alpha};
+        display_->SetPalette(display_, context_, &loaded, 1, kova_uint8(palette_.size()));
+        palette_.push_back(color);
+        entry = palette_.end() - 1;
+    }
+    if (entry == palette_.end()) {
+        ranOutOfColors_ = true;
+        entry = std::min_element(palette_.begin(), palette_.end(), [&](Color one, Color other) {
+            return Distance(one, color) < Distance(other, color);
+        });
+    }
+    return kova_uint32(entry - palette_.begin());
 }
 
 void Display::SetEdge(KovaTextEdgeType_e edge)
@@ -118,30 +131,28 @@ void Display::SetEdge(KovaTextEdgeType_e edge)
     edge_ = edge;
 }
 
-int Display::CreateFont(const std::string &file, int height)
+static bool LookAlike(const Letter &one, const Letter &other)
 {
-    kova_sint32 slot = -1;
-
-    display_->CreateFont(display_, context_, file.c_str(), kova_uint32(height), KOVA_FONTATTR_NONE, &slot);
-    if (slot < 0) {
-        throw Failure(file +
-                      ": DirectFB cannot open this font; is libdirectfb-extra, its FreeType module, there?");
-    }
-    return slot;
+    return one.face == other.face && one.slanted == other.slanted && one.style == other.style;
 }
 
-// The slot keeps its font from call to call; only another height or slant opens the file again.
+std::vector<Piece> Pieces(const Letters &visual)
+{
+    std::vector<Piece> pieces;
+
+    for (std::size_t i = 0; i < visual.size(); ++i) {
+        const Letter &letter = visual[i];
+        if (i == 0 || !LookAlike(visual[i - 1], letter)) {
+            pieces.push_back({"", letter.face, letter.slanted, letter.style});
+        }
+        AppendUtf8(pieces.back().text, letter.code);
+    }
+    return pieces;
+}
+
 void Display::Select(const Piece &piece, int height)
 {
-    const auto known = slots_.find(piece.font);
-    const kova_sint32 slot = known != slots_.end() ? known->second : CreateFont(piece.font, height);
-
-    slots_[piece.font] = slot;
-    display_->SetFont(display_, context_, slot, kova_uint32(height),
-                      piece.slanted ? KOVA_FONTATTR_ITALIC : KOVA_FONTATTR_NONE);
-    display_->SetTextForeColor(display_, context_, TextColor());
-    display_->SetEdgeColor(display_, context_, EdgeColor());
-    display_->SetEdgeType(display_, context_, edge_);
+    slots_->Select(FileOf(*piece.face), height, piece.slanted);
 }
 
 // What one call takes, cut between characters. The library takes 16-bit units whatever the encoding, so the
@@ -182,12 +193,67 @@ int Display::Width(const Piece &piece, int height)
     return total;
 }
 
+// Where an edge draws its strings, and the text on top of them, from the place that is asked for.
+struct EdgeOffsets {
+    std::vector<std::pair<int, int>> edge;
+    std::pair<int, int> text;
+};
+
+static EdgeOffsets OffsetsOf(KovaTextEdgeType_e edge)
+{
+    switch (edge) {
+    case KOVA_TEXT_ERAISED:
+        return {{{0, -2}}, {2, 0}};
+    case KOVA_TEXT_EDEPRESSED:
+        return {{{0, 1}, {1, 1}}, {0, 0}};
+    case KOVA_TEXT_EUNIFORM:
+        return {{{0, 1}, {2, 1}, {1, 0}, {1, 2}}, {1, 1}};
+    case KOVA_TEXT_ELEFTDROPSHADOW:
+        return {{{-2, 2}}, {0, 0}};
+    case KOVA_TEXT_ERIGTHDROPSHADOW:
+        return {{{2, 2}}, {0, 0}};
+    default:
+        return {};
+    }
+}
+
+// Published DirectFB knows no underline of any font and answers 0 and 0; then the font file itself is asked.
+Stroke Display::Underline(const Piece &piece, int height)
+{
+    kova_sint32 position = 0;
+    kova_sint32 thickness = 0;
+
+    display_->GetUnderlineInfo(display_, context_, 0, 0, 0, &position, &thickness);
+    return thickness > 0 ? Stroke{position, thickness} : UnderlineOf(*piece.face, height);
+}
+
+// A line has the edge of the text that it belongs to.
+void Display::DrawStroke(const Piece &piece, Rect rect)
+{
+    const EdgeOffsets offsets = OffsetsOf(edge_);
+    const auto draw = [&](const std::pair<int, int> &offset, Color color) {
+        Fill({rect.x + offset.first, rect.y + offset.second, rect.width, rect.height}, color);
+    };
+
+    for (const auto &offset : offsets.edge) draw(offset, piece.style.edgeColor.value_or(options_.edgeColor));
+    draw(offsets.text, piece.style.color.value_or(options_.color));
+}
+
 void Display::Draw(const Piece &piece, int height, int x, int y)
 {
+    const int baseline = y + ReachOf(*piece.face, height).ascent;
     std::vector<kova_uint8> lengths;
     const auto portions = Portions(piece.text, lengths);
+    const auto drawStroke = [&](Stroke stroke) {
+        DrawStroke(piece, {x, baseline + stroke.top, Width(piece, height), stroke.thickness});
+    };
 
+    if (piece.style.color && piece.style.color->alpha == 0) return; // DirectFB would draw it opaque
     Select(piece, height);
+    if (piece.style.underline) drawStroke(Underline(piece, height));
+    display_->SetTextForeColor(display_, context_, Value(piece.style.color.value_or(options_.color)));
+    display_->SetEdgeColor(display_, context_, Value(piece.style.edgeColor.value_or(options_.edgeColor)));
+    display_->SetEdgeType(display_, context_, edge_);
     for (std::size_t i = 0; i < portions.size(); ++i) {
         kova_uint32 width = 0;
         display_->DrawString(display_, context_, portions[i].data(), lengths[i], kova_uint32(x),
@@ -195,13 +261,65 @@ void Display::Draw(const Piece &piece, int height, int x, int y)
         display_->GetStringWidth(display_, context_, portions[i].data(), lengths[i], KOVA_TEXT_UTF8, &width);
         x += int(width);
     }
+    if (piece.style.strikeout) drawStroke(StrikeoutOf(*piece.face, height));
 }
 
+// DirectFB leaves smooth letters multiplied by their opacity in a true-colour surface, and writes a rectangle
+// as it is told; so that the two go together the rectangle's colour is multiplied beforehand.
+static Color Multiplied(Color color)
+{
+    const auto times = [&](std::uint8_t value) { return std::uint8_t((value * color.alpha + 127) / 255); };
+
+    return {times(color.red), times(color.green), times(color.blue), color.alpha};
+}
+
+static Rect Common(Rect rect, Size plane)
+{
+    const int left = std::max(rect.x, 0);
+    const int top = std::max(rect.y, 0);
+
+    return {left, top, std::min(rect.x + rect.width, plane.width) - left,
+            std::min(rect.y + rect.height, plane.height) - top};
+}
+
+void Display::Fill(Rect rect, Color color)
+{
+    const Rect seen = Common(rect, options_.plane);
+    KovaTextRect_t filled = {kova_uint32(seen.x), kova_uint32(seen.y), kova_uint32(seen.width),
+                             kova_uint32(seen.height)};
+
+    if (seen.width <= 0 || seen.height <= 0) return;
+    display_->FillRect(display_, context_, &filled, Value(CanCopy() ? color : Multiplied(color)));
+}
+
+void Display::Copy(const Picture &picture, Rect rect)
+{
+    const Rect seen = Common(rect, options_.plane);
+    if (seen.width <= 0 || seen.height <= 0) return;
+    std::vector<kova_uint8> indexes;
+    Pixel last;
+    kova_uint8 index = 0;
+
+    for (int y = seen.y; y < seen.y + seen.height; ++y) {
+        for (int x = seen.x; x < seen.x + seen.width; ++x) {
+            const Pixel &pixel = picture.At(x, y);
+            if (!(pixel == last))
+                index = kova_uint8(Value({pixel.red, pixel.green, pixel.blue, pixel.alpha}));
+            last = pixel;
+            indexes.push_back(index);
+        }
+    }
+    display_->DrawPixel(display_, context_, indexes.data(), kova_uint32(seen.x), kova_uint32(seen.y),
+                        kova_uint32(seen.width), kova_uint32(seen.height), kova_uint32(seen.width));
+}
+
+// Colours stay in their entries as long as there is room for more: in index mode what is on the screen would
+// change with them.
 void Display::Clear()
 {
-    KovaTextRect_t plane = {0, 0, kova_uint32(options_.plane.width), kova_uint32(options_.plane.height)};
-
-    display_->FillRect(display_, context_, &plane, PALETTE_TRANSPARENT); // 0 in 32-bit mode too
+    if (palette_.size() > 64) palette_.clear();
+    ranOutOfColors_ = false;
+    Fill({0, 0, options_.plane.width, options_.plane.height}, g_transparent); // entry 0 from now on
 }
 
 Picture Display::Present()

@@ -2,10 +2,11 @@
 #ifndef KOVA_CAPTION_DISPLAY_H
 #define KOVA_CAPTION_DISPLAY_H
 
-#include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "font_slots.h"
 #include "fonts.h"
 #include "kova/kova_textdisp.h"
 #include "options.h"
@@ -25,6 +26,25 @@ struct Margins {
 
 Margins MarginsOf(KovaTextEdgeType_e edge);
 
+// A rectangle of the plane.
+struct Rect {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+};
+
+// Text of one look, as it is seen from left to right.
+struct Piece {
+    std::string text; // UTF-8
+    const Face *face = nullptr;
+    bool slanted = false;
+    Style style;
+};
+
+// Letters that lie side by side, from left to right.
+std::vector<Piece> Pieces(const Letters &visual);
+
 class Display
 {
 public:
@@ -36,31 +56,44 @@ public:
 
     void SetEdge(KovaTextEdgeType_e edge);
     int Width(const Piece &piece, int height);
+
+    // From the top left corner of its font, lines under and through it included.
     void Draw(const Piece &piece, int height, int x, int y);
+
+    // Replaces what is there.
+    void Fill(Rect rect, Color color);
+
+    // The part of a picture as large as the plane that lies in the rectangle, pixel for pixel. Index mode has
+    // 255 colours for all that is drawn since the last Clear.
+    void Copy(const Picture &picture, Rect rect);
+    bool CanCopy() const;
+
     void Clear();
 
     // Flips, and reads back what is on the screen then.
     Picture Present();
 
-private:
-    struct Slot {
-        kova_sint32 number = -1;
-        int height = 0;
-        KovaTextFontAttr_e attributes = KOVA_FONTATTR_NONE;
-    };
+    // Whether more colours than the palette holds were asked for since the last Clear, and near ones taken.
+    bool RanOutOfColors() const
+    {
+        return ranOutOfColors_;
+    }
 
-    void LoadColors();
+private:
+    bool HasPalette() const;
     void Select(const Piece &piece, int height);
-    int CreateFont(const std::string &file, int height);
-    kova_uint32 TextColor() const;
-    kova_uint32 EdgeColor() const;
+    Stroke Underline(const Piece &piece, int height);
+    void DrawStroke(const Piece &piece, Rect rect);
+    kova_uint32 Value(Color color);
 
     Options options_;
     pKovaITextDisplay_t display_ = nullptr;
     kova_sint8 context_ = -1;
     KovaTextEdgeType_e edge_;
-    std::map<std::string, kova_sint32> slots_;
+    std::unique_ptr<FontSlots> slots_;
     std::unique_ptr<Readback> readback_;
+    std::vector<Color> palette_; // loaded since the last Clear
+    bool ranOutOfColors_ = false;
 };
 
 } // namespace caption

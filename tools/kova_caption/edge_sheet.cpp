@@ -35,10 +35,12 @@ static const int g_labelHeight = 24;
 
 static Picture Draw(Display &display, Fonts &fonts, const std::string &text, int height)
 {
+    std::vector<Letters> lines = {Prepare({{text, {}}})};
     int x = 4;
 
     display.Clear();
-    for (const Piece &piece : fonts.Split({{text, false}})) {
+    fonts.Choose(lines);
+    for (const Piece &piece : Pieces(lines.front())) {
         display.Draw(piece, height, x, 4);
         x += display.Width(piece, height);
     }
@@ -51,7 +53,7 @@ Picture EdgeSheet(const Options &options)
     const int rows = int(std::size(g_edges));
     const Size cell = {g_sample.width * g_scale + g_gap, g_sample.height * g_scale + g_gap};
     const Color background = options.background.value_or(Color{112, 128, 144});
-    Fonts fonts(options.font);
+    Fonts fonts(options);
     ChooseDirectFBSystem(options);
     Picture sheet({g_label.width + columns * cell.width, g_label.height + rows * cell.height},
                   {background.red, background.green, background.blue, 255});

@@ -1,5 +1,5 @@
-// Which font file draws which characters. FreeType answers whether a font has a character, and how far it
-// reaches above and below its baseline; the drawing itself is the library's.
+// Which font file draws which characters. FreeType answers whether a font has a character and how its lines
+// are measured, fontconfig which other font has one; the drawing itself is the library's.
 #ifndef KOVA_CAPTION_FONTS_H
 #define KOVA_CAPTION_FONTS_H
 
@@ -8,44 +8,51 @@
 #include <string>
 #include <vector>
 
-#include "cue.h"
+#include "letters.h"
+#include "options.h"
 
 struct FT_LibraryRec_;
-struct FT_FaceRec_;
 
 namespace caption
 {
-
-// Text in one font.
-struct Piece {
-    std::string text;
-    std::string font;     // file name
-    bool slanted = false; // italic, but the font file is upright: DirectFB is asked to slant it
-};
 
 struct Reach {
     int ascent = 0;  // pixels above the baseline
     int descent = 0; // pixels below it
 };
 
+// A line under or through letters.
+struct Stroke {
+    int top = 0; // pixels below the baseline; above it where negative
+    int thickness = 0;
+};
+
+// A font file. Its definition is the fonts' own.
+struct Face;
+const std::string &FileOf(const Face &face);
+Reach ReachOf(const Face &face, int height);
+Stroke UnderlineOf(const Face &face, int height);
+Stroke StrikeoutOf(const Face &face, int height);
+
 class Fonts
 {
 public:
-    // The user's font first, if one is named, then those that an ordinary machine has. A Failure where the
-    // named one cannot be opened or none is left.
-    explicit Fonts(const std::string &named);
+    enum class Reserve { MACHINE, NONE };
+
+    // The fonts that the options name come first. With Reserve::MACHINE those that an ordinary machine has
+    // follow, and whatever fontconfig finds for a character that is in none. A Failure where a named one
+    // cannot be opened or none is left.
+    explicit Fonts(const Options &options, Reserve reserve = Reserve::MACHINE);
     ~Fonts();
     Fonts(const Fonts &) = delete;
     Fonts &operator=(const Fonts &) = delete;
 
-    // Lines of one caption look alike: prefers, from now on, the first font that has all their characters.
-    void Prefer(const std::vector<Line> &lines);
+    // Finds a face for every letter: the first font that has them all, else the first that has all of a line,
+    // else for each letter the first that has it.
+    void Choose(std::vector<Letters> &lines);
 
-    // The whole line in the preferred or first font that has all its characters; where none has, each
-    // character in the first that has it.
-    std::vector<Piece> Split(const Line &line);
-
-    Reach ReachOf(const std::string &font, int height) const;
+    // What draws letters that no font has, and measures lines without any.
+    const Face &First() const;
 
     // Characters met so far that no font has.
     const std::set<char32_t> &Missing() const
@@ -53,20 +60,33 @@ public:
         return missing_;
     }
 
-private:
-    struct Face;
+    // Fonts met so far that should have drawn bold letters and have no bold file.
+    const std::set<std::string> &WithoutBold() const
+    {
+        return withoutBold_;
+    }
 
+private:
+    struct Family;
+    struct Choice;
+
+    void Add(const std::string &option, const std::string &file);
     bool AddFamily(const std::string &upright);
     std::unique_ptr<Face> Open(const std::string &file) const;
+    void FindInMachine(char32_t code);
+    const Family *WithAll(const Letters &letters) const;
+    void Assign(Letter &letter, const Face *face);
+    void ChooseForEach(Letters &letters);
 
     struct DoneLibrary {
         void operator()(FT_LibraryRec_ *library) const;
     };
 
+    Reserve reserve_;
     std::unique_ptr<FT_LibraryRec_, DoneLibrary> library_; // before the faces, which must go first
-    std::vector<std::unique_ptr<Face>> families_; // upright faces; an italic one hangs on its upright one
-    const Face *preferred_ = nullptr;
+    std::vector<std::unique_ptr<Family>> families_;
     std::set<char32_t> missing_;
+    std::set<std::string> withoutBold_;
 };
 
 } // namespace caption

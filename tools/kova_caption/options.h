@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "kova/kova_textdisp_types.h"
 #include "types.h"
@@ -17,8 +18,9 @@ struct Options {
     KovaGraphicLayer_e layer = KOVA_GRAPHIC_LAYER1;
     ColorMode mode = ColorMode::PALETTE;
     Size plane = {1280, 720};
-    std::string font; // empty: the first of the usual ones that is there
-    int height = 0;   // pixels of a line of text; 0: a sixteenth of the plane
+    std::string font;                   // empty: the first of the usual ones that is there
+    std::vector<std::string> fallbacks; // fonts to look into next
+    int height = 0;                     // pixels of a line of text; 0: a sixteenth of the plane
     KovaTextEdgeType_e edge = KOVA_TEXT_EUNIFORM;
     Color color = {255, 255, 255};
     Color edgeColor = {0, 0, 0};

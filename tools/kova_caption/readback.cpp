@@ -115,7 +115,7 @@ static Picture Read(IDirectFBSurface *surface, Size plane, DFBSurfaceLockFlags f
         const auto *const row = static_cast<const std::uint8_t *>(memory) + std::ptrdiff_t(y) * pitch;
         for (int x = 0; x < plane.width; ++x) {
             if (format == DSPF_LUT8) {
-                picture.At(x, y) = Unpremultiply(palette[row[x]]);
+                picture.At(x, y) = palette[row[x]]; // which nothing was multiplied into
                 continue;
             }
             std::uint32_t argb;

@@ -1,83 +1,285 @@
 #include "renderer.h"
 
 #include <algorithm>
+#include <cmath>
+#include <map>
 
-#include "wrap.h"
+#include "bitmaps.h"
 
 namespace caption
 {
 
 // What television sets are sure to show: 5 % off at each side.
-static int Safe(int length)
+static Rect SafeArea(Size plane)
 {
-    return length / 20;
+    const int x = plane.width / 20;
+    const int y = plane.height / 20;
+
+    return {x, y, plane.width - 2 * x, plane.height - 2 * y};
+}
+
+static int Right(Rect rect)
+{
+    return rect.x + rect.width;
+}
+
+static int Bottom(Rect rect)
+{
+    return rect.y + rect.height;
+}
+
+static Rect Around(Rect one, Rect other)
+{
+    const int x = std::min(one.x, other.x);
+    const int y = std::min(one.y, other.y);
+
+    return {x, y, std::max(Right(one), Right(other)) - x, std::max(Bottom(one), Bottom(other)) - y};
+}
+
+static bool Overlap(Rect one, Rect other)
+{
+    return one.x < Right(other) && other.x < Right(one) && one.y < Bottom(other) && other.y < Bottom(one);
+}
+
+Rect Bounds(const Drawn &drawn)
+{
+    std::vector<Rect> rects = drawn.blocks;
+
+    rects.insert(rects.end(), drawn.bitmaps.begin(), drawn.bitmaps.end());
+    if (rects.empty()) return {};
+    Rect bounds = rects.front();
+    for (const Rect &rect : rects) bounds = Around(bounds, rect);
+    return bounds;
 }
 
 Renderer::Renderer(const Options &options, Display &display, Fonts &fonts)
-    : options_(options), display_(display), fonts_(fonts)
+    : options_(options), safe_(SafeArea(options.plane)), margins_(MarginsOf(options.edge)), display_(display),
+      fonts_(fonts)
 {
 }
 
-Renderer::Row Renderer::Prepare(const Line &line)
+int Renderer::WidthOf(const Letters &letters, Span span, int enough)
 {
+    const std::size_t step = 128; // so many are measured in one go, so that a line without end is not
+    int width = 0;
+
+    for (std::size_t at = span.begin; at < span.end && width <= enough; at += step) {
+        const auto begin = letters.begin() + std::ptrdiff_t(at);
+        const auto end = letters.begin() + std::ptrdiff_t(std::min(at + step, span.end));
+        for (const Piece &piece : Pieces({begin, end})) width += display_.Width(piece, options_.TextHeight());
+    }
+    return width;
+}
+
+Renderer::Row Renderer::MakeRow(const Letters &letters, Span span)
+{
+    const Letters visual = InVisualOrder(letters, span.begin, span.end);
     Row row;
 
-    row.pieces = fonts_.Split(line);
+    if (visual.empty()) row.reach = ReachOf(fonts_.First(), options_.TextHeight());
+    row.pieces = Pieces(visual);
     for (const Piece &piece : row.pieces) {
-        const Reach reach = fonts_.ReachOf(piece.font, options_.TextHeight());
-        row.width += display_.Width(piece, options_.TextHeight());
+        const Reach reach = ReachOf(*piece.face, options_.TextHeight());
+        row.widths.push_back(display_.Width(piece, options_.TextHeight()));
+        row.width += row.widths.back();
         row.reach.ascent = std::max(row.reach.ascent, reach.ascent);
         row.reach.descent = std::max(row.reach.descent, reach.descent);
     }
+    row.width += margins_.left + margins_.right;
+    row.height = row.reach.ascent + row.reach.descent + 1 + margins_.top + margins_.bottom;
     return row;
 }
 
-int Renderer::Width(const Line &line)
+// A roll-up shows its last rows, all of one height, so that they move up by whole rows. Elsewhere the first
+// rows stay when the safe area is full.
+void Renderer::LimitRows(const Block &block, Layout &layout, Drawn &drawn) const
 {
-    return Prepare(line).width;
+    std::vector<Row> &rows = layout.rows;
+    const auto lower = [](const Row &one, const Row &other) { return one.height < other.height; };
+    std::size_t fitting = 0;
+
+    if (block.rollUp > 0) {
+        const int height = std::max(1, std::max_element(rows.begin(), rows.end(), lower)->height);
+        const auto window = std::min(std::size_t(block.rollUp), std::size_t(safe_.height / height));
+        const auto shown = std::min(rows.size(), window);
+        drawn.left += std::min(rows.size(), std::size_t(block.rollUp)) - shown;
+        rows.erase(rows.begin(), rows.end() - std::ptrdiff_t(shown));
+        for (Row &row : rows) row.height = height;
+        layout.rect.height = height * int(shown);
+        layout.windowHeight = height * int(window);
+        return;
+    }
+    while (fitting < rows.size() && layout.rect.height + rows[fitting].height <= safe_.height) {
+        layout.rect.height += rows[fitting++].height;
+    }
+    drawn.left += rows.size() - fitting;
+    rows.erase(rows.begin() + std::ptrdiff_t(fitting), rows.end());
+    layout.windowHeight = layout.rect.height;
+}
+
+Renderer::Layout Renderer::LayOut(const Block &block, const std::vector<Letters> &lines, Drawn &drawn)
+{
+    const int widest = (block.width ? int(std::lround(*block.width * options_.plane.width)) : safe_.width) -
+                       margins_.left - margins_.right;
+    const Measure measure = [this](const Letters &letters, Span span, int enough) {
+        return WidthOf(letters, span, enough);
+    };
+    Layout layout;
+
+    for (const Letters &line : lines) {
+        if (line.empty()) layout.rows.push_back(MakeRow(line, {}));
+        for (const Span span : Wrap(line, widest, measure)) layout.rows.push_back(MakeRow(line, span));
+    }
+    if (!layout.rows.empty()) LimitRows(block, layout, drawn);
+    for (const Row &row : layout.rows) layout.rect.width = std::max(layout.rect.width, row.width);
+    return layout;
+}
+
+// How much of what is left over lies before: nothing, half of it, or all.
+static int Before(int choice, int left)
+{
+    return choice * left / 2;
+}
+
+// What is too long begins where the room does.
+static int Within(int at, int length, int begin, int room)
+{
+    return std::max(std::min(at, begin + room - length), begin);
+}
+
+Rect Renderer::PlaceOf(const Block &block, const Layout &layout) const
+{
+    const int across = int(block.horizontal);
+    const int down = int(block.vertical);
+    const int height = layout.windowHeight;
+    Rect rect = {safe_.x + Before(across, safe_.width - layout.rect.width),
+                 safe_.y + Before(down, safe_.height - height), layout.rect.width, height};
+
+    if (block.anchor) {
+        rect.x = int(std::lround(block.anchor->x * options_.plane.width)) - Before(across, rect.width);
+        rect.y = int(std::lround(block.anchor->y * options_.plane.height)) - Before(down, rect.height);
+    }
+    if (!block.pinned) {
+        rect.x = Within(rect.x, rect.width, safe_.x, safe_.width);
+        rect.y = Within(rect.y, rect.height, safe_.y, safe_.height);
+    }
+    return rect;
+}
+
+// Blocks at the bottom move up, others down, past everything in their way. Where that leads out of the safe
+// area the block stays where it is asked to be.
+Rect Renderer::MakeRoom(const Block &block, Rect wanted, const std::vector<Rect> &taken, Drawn &drawn) const
+{
+    Rect rect = wanted;
+
+    if (block.pinned) return wanted;
+    for (std::size_t moves = 0; moves <= taken.size(); ++moves) {
+        const auto inTheWay =
+            std::find_if(taken.begin(), taken.end(), [&](const Rect &other) { return Overlap(rect, other); });
+        if (inTheWay == taken.end()) break;
+        rect.y = block.vertical == Vertical::BOTTOM ? inTheWay->y - rect.height : Bottom(*inTheWay);
+    }
+    if (rect.y >= safe_.y && Bottom(rect) <= Bottom(safe_)) return rect;
+    drawn.notices.push_back(
+        "there is no room left beside what stands on the plane; a block lies over another");
+    return wanted;
 }
 
 // Fonts of different reach share the baseline: a string is drawn from the top of its font.
 void Renderer::DrawRow(const Row &row, int x, int y)
 {
-    for (const Piece &piece : row.pieces) {
-        const Reach reach = fonts_.ReachOf(piece.font, options_.TextHeight());
-        display_.Draw(piece, options_.TextHeight(), x, y + row.reach.ascent - reach.ascent);
-        x += display_.Width(piece, options_.TextHeight());
+    x += margins_.left;
+    for (std::size_t i = 0; i < row.pieces.size(); x += row.widths[i++]) {
+        const Piece &piece = row.pieces[i];
+        const Reach reach = ReachOf(*piece.face, options_.TextHeight());
+        display_.Draw(piece, options_.TextHeight(), x, y + margins_.top + row.reach.ascent - reach.ascent);
     }
 }
 
-Drawn Renderer::Draw(const std::vector<Line> &lines)
+// Backgrounds come first, so that none covers the edge of a letter in the row above.
+void Renderer::DrawRows(const Block &block, const Layout &layout)
 {
-    const Margins margins = MarginsOf(options_.edge);
-    const Size safe = {options_.plane.width - 2 * Safe(options_.plane.width),
-                       options_.plane.height - 2 * Safe(options_.plane.height)};
-    const auto measure = [this](const Line &line) { return Width(line); };
-    const auto heightOf = [&](const Row &row) {
-        return row.reach.ascent + row.reach.descent + 1 + margins.top + margins.bottom;
+    const auto xOf = [&](const Row &row) {
+        return layout.rect.x + Before(int(block.horizontal), layout.rect.width - row.width);
     };
-    std::vector<Row> rows;
-    Drawn drawn;
+    int y = layout.rect.y;
 
-    fonts_.Prefer(lines);
-    for (const Line &line : lines) {
-        for (const Line &part : Wrap(line, safe.width - margins.left - margins.right, measure)) {
-            Row row = Prepare(part);
-            if (drawn.left > 0 || drawn.size.height + heightOf(row) > safe.height) {
-                ++drawn.left;
-                continue;
-            }
-            drawn.size.height += heightOf(row);
-            drawn.size.width = std::max(drawn.size.width, row.width + margins.left + margins.right);
-            rows.push_back(std::move(row));
+    for (const Row &row : layout.rows) {
+        int x = xOf(row);
+        for (std::size_t i = 0; i < row.pieces.size(); ++i) {
+            const int width = row.widths[i] + (i == 0 ? margins_.left : 0) +
+                              (i + 1 == row.pieces.size() ? margins_.right : 0);
+            const auto &background = row.pieces[i].style.background;
+            if (background && background->alpha > 0) display_.Fill({x, y, width, row.height}, *background);
+            x += width;
+        }
+        y += row.height;
+    }
+    y = layout.rect.y;
+    for (const Row &row : layout.rows) {
+        DrawRow(row, xOf(row), y);
+        y += row.height;
+    }
+}
+
+void Renderer::DrawBitmaps(const std::vector<const Cue *> &cues, Drawn &drawn)
+{
+    const auto hasBlocks = [](const Cue *cue) { return !cue->blocks.empty(); };
+    const bool text = std::any_of(cues.begin(), cues.end(), hasBlocks);
+    const std::size_t colors = text ? 223 : 255; // entry 0 is transparent, and text needs some too
+
+    for (const Cue *const cue : cues) {
+        for (const Bitmap &bitmap : cue->bitmaps) {
+            drawn.bitmaps.push_back(PlaceOnPlane(bitmap, cue->canvas, options_.plane));
         }
     }
-    drawn.lines = rows.size();
-    int y = options_.plane.height - Safe(options_.plane.height) - drawn.size.height;
-    for (const Row &row : rows) {
-        const int width = row.width + margins.left + margins.right;
-        DrawRow(row, std::max(0, (options_.plane.width - width) / 2) + margins.left, y + margins.top);
-        y += heightOf(row);
+    if (drawn.bitmaps.empty()) return;
+    const Picture picture = Compose(cues, options_.plane, colors);
+    for (const Rect &rect : drawn.bitmaps) display_.Copy(picture, rect);
+}
+
+std::vector<Letters> Renderer::Prepared(const Cue &cue, Drawn &drawn)
+{
+    std::vector<Letters> lines;
+
+    for (const Block &block : cue.blocks) {
+        for (const Line &line : block.lines) lines.push_back(Prepare(line));
+    }
+    if (std::any_of(lines.begin(), lines.end(), [](const Letters &line) { return NeedsShaping(line); })) {
+        drawn.notices.push_back(
+            "its script joins or stacks letters in a way that is not done here: they stand "
+            "one by one");
+    }
+    fonts_.Choose(lines);
+    return lines;
+}
+
+Drawn Renderer::Draw(const std::vector<const Cue *> &cues)
+{
+    std::map<int, std::vector<Rect>> taken; // by layer
+    Drawn drawn;
+
+    DrawBitmaps(cues, drawn);
+    for (const Cue *const cue : cues) {
+        const std::vector<Letters> lines = Prepared(*cue, drawn);
+        auto next = lines.begin();
+        for (const Block &block : cue->blocks) {
+            const auto first = next;
+            next += std::ptrdiff_t(block.lines.size());
+            Layout layout = LayOut(block, {first, next}, drawn);
+            if (layout.rows.empty()) continue;
+            const Rect window = MakeRoom(block, PlaceOf(block, layout), taken[cue->layer], drawn);
+            layout.rect.x = window.x;
+            layout.rect.y = Bottom(window) - layout.rect.height; // a roll-up's rows stand at its bottom
+            DrawRows(block, layout);
+            taken[cue->layer].push_back(window);
+            drawn.blocks.push_back(layout.rect);
+            drawn.lines += layout.rows.size();
+        }
+    }
+    if (display_.RanOutOfColors()) {
+        drawn.notices.push_back(
+            "it has more colours than a palette holds, so some are drawn in one that is near");
     }
     return drawn;
 }

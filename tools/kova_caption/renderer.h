@@ -1,44 +1,67 @@
-// Lays a caption out on the plane and has the display draw it.
+// Lays captions out on the plane and has the display draw them.
 #ifndef KOVA_CAPTION_RENDERER_H
 #define KOVA_CAPTION_RENDERER_H
 
+#include <string>
 #include <vector>
 
+#include "cue.h"
 #include "display.h"
 #include "fonts.h"
 #include "options.h"
-#include "cue.h"
+#include "wrap.h"
 
 namespace caption
 {
 
 struct Drawn {
-    Size size;             // of the block of text, edges included
-    std::size_t lines = 0; // drawn
-    std::size_t left = 0;  // lines that found no room
+    std::vector<Rect> blocks;  // in the order of the cues; edges included, and cut off at the plane nowhere
+    std::vector<Rect> bitmaps; // likewise
+    std::size_t lines = 0;     // drawn
+    std::size_t left = 0;      // lines that found no room
+    std::vector<std::string> notices; // what is not as it was asked for, without a full stop
 };
+
+Rect Bounds(const Drawn &drawn);
 
 class Renderer
 {
 public:
     Renderer(const Options &options, Display &display, Fonts &fonts);
 
-    // Draws the lines bottom centre within the safe area, breaking those that are too wide. Lines that do not
-    // fit the height are left out from the end, and counted.
-    Drawn Draw(const std::vector<Line> &lines);
+    // Draws cues that are shown together, in this order; those of cue.h's Screen are. Lines that are too wide
+    // are broken. Lines that do not fit the height are left out from the end, and counted. Clears nothing.
+    Drawn Draw(const std::vector<const Cue *> &cues);
 
 private:
     struct Row {
-        std::vector<Piece> pieces;
-        int width = 0;
+        std::vector<Piece> pieces; // from left to right
+        std::vector<int> widths;   // theirs
         Reach reach;
+        int width = 0;
+        int height = 0;
     };
 
-    Row Prepare(const Line &line);
+    struct Layout {
+        std::vector<Row> rows;
+        Rect rect;
+        int windowHeight = 0; // of a roll-up's window, whose last rows these are; of the rows elsewhere
+    };
+
+    void DrawBitmaps(const std::vector<const Cue *> &cues, Drawn &drawn);
+    std::vector<Letters> Prepared(const Cue &cue, Drawn &drawn);
+    int WidthOf(const Letters &letters, Span span, int enough);
+    Row MakeRow(const Letters &letters, Span span);
+    Layout LayOut(const Block &block, const std::vector<Letters> &lines, Drawn &drawn);
+    void LimitRows(const Block &block, Layout &layout, Drawn &drawn) const;
+    Rect PlaceOf(const Block &block, const Layout &layout) const;
+    Rect MakeRoom(const Block &block, Rect wanted, const std::vector<Rect> &taken, Drawn &drawn) const;
+    void DrawRows(const Block &block, const Layout &layout);
     void DrawRow(const Row &row, int x, int y);
-    int Width(const Line &line);
 
     Options options_;
+    Rect safe_;
+    Margins margins_;
     Display &display_;
     Fonts &fonts_;
 };

@@ -9,7 +9,6 @@
 #include "stage.h"
 #include "subtitles.h"
 #include "timestamp.h"
-#include "utf8.h"
 
 namespace caption
 {
@@ -22,14 +21,6 @@ static void MakeFolder(const std::filesystem::path &folder)
     if (!std::filesystem::is_directory(folder, error)) {
         throw Failure("-o " + folder.string() + ": is no folder and cannot be made one; choose another");
     }
-}
-
-static bool NeedsShaping(const Cue &cue)
-{
-    for (const Character &character : Characters(PlainText(cue))) {
-        if (NeedsShaping(character.code)) return true;
-    }
-    return false;
 }
 
 static void Advise(std::size_t number, const std::string &text)
@@ -65,8 +56,8 @@ void Snapshot(const SourceOptions &source, const std::filesystem::path &folder, 
         std::snprintf(name, sizeof name, "%04zu.png", ++number);
 
         stage.display.Clear();
-        const Drawn drawn = stage.renderer.Draw(cue.blocks.front().lines);
-        if (drawn.lines == 0) {
+        const Drawn drawn = stage.renderer.Draw({&cue});
+        if (drawn.lines == 0 && drawn.bitmaps.empty()) {
             throw Failure("--height " + std::to_string(options.TextHeight()) +
                           ": a line of text finds no room " + "on a plane " +
                           std::to_string(options.plane.height) + " pixels high; choose a smaller one");
@@ -75,17 +66,15 @@ void Snapshot(const SourceOptions &source, const std::filesystem::path &folder, 
         WritePng(options.background ? Over(picture, *options.background) : picture, folder / name);
 
         std::fprintf(listing, "%s  %s --> %s  %dx%d  %s\n", name, Timestamp(cue.start).c_str(),
-                     Timestamp(cue.end).c_str(), drawn.size.width, drawn.size.height, PlainText(cue).c_str());
+                     Timestamp(cue.end).c_str(), Bounds(drawn).width, Bounds(drawn).height,
+                     PlainText(cue).c_str());
         std::fflush(listing);
 
         if (drawn.left > 0) {
             Advise(number, std::to_string(drawn.left) + " of " + std::to_string(drawn.left + drawn.lines) +
                                " lines found no room and are left out; a smaller --height shows more");
         }
-        if (NeedsShaping(cue)) {
-            Advise(number, "its script joins or reorders letters, which is not done: they stand one by one, "
-                           "left to right");
-        }
+        for (const std::string &notice : drawn.notices) Advise(number, notice);
         const std::string missing = MissingCharacters(stage.fonts.Missing(), told);
         if (!missing.empty()) {
             Advise(number, "no font here has" + missing + "; name one that has with --font FILE");

@@ -18,7 +18,7 @@ static const Options &Checked(const Options &options)
 }
 
 Stage::Stage(const Options &options)
-    : fonts(Checked(options).font), display(Prepare(options)), renderer(options, display, fonts)
+    : fonts(Checked(options)), display(Prepare(options)), renderer(options, display, fonts)
 {
 }
 

@@ -54,38 +54,4 @@ bool IsSpace(char32_t code)
            (code >= 0x2000 && code <= 0x200A && code != 0x2007);
 }
 
-bool NeedsShaping(char32_t code)
-{
-    return (code >= 0x0590 && code <= 0x08FF) || (code >= 0x0900 && code <= 0x0DFF) ||
-           (code >= 0x0F00 && code <= 0x109F) || (code >= 0x1780 && code <= 0x17FF) ||
-           (code >= 0xFB1D && code <= 0xFDFF) || (code >= 0xFE70 && code <= 0xFEFE);
-}
-
-// Written without spaces, so that a line may break at nearly every character. Korean has spaces.
-static bool IsIdeographic(char32_t code)
-{
-    return (code >= 0x2E80 && code <= 0x30FF) || (code >= 0x31C0 && code <= 0x9FFF) ||
-           (code >= 0xF900 && code <= 0xFAFF) || (code >= 0xFF00 && code <= 0xFFEF) ||
-           (code >= 0x20000 && code <= 0x3FFFF);
-}
-
-static bool IsOneOf(const char32_t *set, char32_t code)
-{
-    for (; *set; ++set) {
-        if (*set == code) return true;
-    }
-    return false;
-}
-
-bool MayBreakBetween(char32_t left, char32_t right)
-{
-    static const char32_t closing[] =
-        U"、。，．・：；？！）」』】〕》〉］｝ーぁぃぅぇぉっゃゅょァィゥェォッャュョ々!?,.:;)]}…”’";
-    static const char32_t opening[] = U"（「『【〔《〈［｛([{“‘";
-
-    if (IsSpace(left) || IsSpace(right)) return true;
-    if (!IsIdeographic(left) && !IsIdeographic(right)) return false;
-    return !IsOneOf(closing, right) && !IsOneOf(opening, left);
-}
-
 } // namespace caption

@@ -22,12 +22,6 @@ bool IsInvisible(char32_t code);
 
 bool IsSpace(char32_t code); // one at which a line may break
 
-// Scripts that need reordering or joining of letters, which is not done here.
-bool NeedsShaping(char32_t code);
-
-// Whether a line may break between the two.
-bool MayBreakBetween(char32_t left, char32_t right);
-
 } // namespace caption
 
 #endif

@@ -2,110 +2,95 @@
 
 #include <algorithm>
 
-#include "utf8.h"
-
 namespace caption
 {
 
-namespace
+static Span WithoutSpaces(const Letters &letters, Span span)
 {
-
-struct Letter {
-    char32_t code;
-    std::string text;
-    Style style;
-};
-
-using Letters = std::vector<Letter>;
-
-} // namespace
-
-static Letters Spread(const Line &line)
-{
-    Letters letters;
-
-    for (const Run &run : line) {
-        for (const Character &character : Characters(run.text)) {
-            if (character.code == '\t') {
-                letters.push_back({' ', " ", run.style});
-            } else if (!IsInvisible(character.code)) {
-                letters.push_back({character.code, character.text, run.style});
-            }
-        }
-    }
-    return letters;
+    while (span.begin < span.end && IsSpace(letters[span.begin])) ++span.begin;
+    while (span.begin < span.end && IsSpace(letters[span.end - 1])) --span.end;
+    return span;
 }
 
-// The letters from begin to end as a line, without the spaces at its ends.
-static Line Gather(const Letters &letters, std::size_t begin, std::size_t end)
+static int WidthOf(const Letters &letters, Span span, int enough, const Measure &measure)
 {
-    Line line;
-
-    while (begin < end && IsSpace(letters[begin].code)) ++begin;
-    while (begin < end && IsSpace(letters[end - 1].code)) --end;
-    for (std::size_t i = begin; i < end; ++i) Append(line, letters[i].text, letters[i].style);
-    return line;
+    return measure(letters, WithoutSpaces(letters, span), enough);
 }
 
-// Where the line that starts at begin ends: after the last word that fits, or inside the first.
-static std::size_t EndOfLine(const Letters &letters, std::size_t begin, int maxWidth, const Measure &measure)
+static bool MayEndAt(const Letters &letters, std::size_t end)
 {
-    const auto fits = [&](std::size_t end) { return measure(Gather(letters, begin, end)) <= maxWidth; };
+    return end == letters.size() || letters[end].mayBreak;
+}
+
+static std::size_t AfterLetter(const Letters &letters, std::size_t at)
+{
+    do ++at;
+    while (at < letters.size() && IsAccent(letters[at]));
+    return at;
+}
+
+// Where the row that starts at begin ends: after the last word that fits, or inside the first.
+static std::size_t EndOfRow(const Letters &letters, std::size_t begin, int maxWidth, const Measure &measure)
+{
+    const auto fits = [&](std::size_t end) {
+        return WidthOf(letters, {begin, end}, maxWidth, measure) <= maxWidth;
+    };
     std::size_t end = begin;
 
     for (std::size_t i = begin + 1; i <= letters.size(); ++i) {
-        if (i < letters.size() && !MayBreakBetween(letters[i - 1].code, letters[i].code)) continue;
+        if (!MayEndAt(letters, i)) continue;
         if (!fits(i)) break;
         end = i;
     }
     if (end > begin) return end;
-    for (end = begin + 1; end < letters.size() && fits(end + 1);) ++end;
+    for (end = AfterLetter(letters, begin); end < letters.size() && fits(AfterLetter(letters, end));) {
+        end = AfterLetter(letters, end);
+    }
     return end;
 }
 
-static std::vector<Line> Fill(const Letters &letters, int maxWidth, const Measure &measure)
+static std::vector<Span> Fill(const Letters &letters, int maxWidth, const Measure &measure)
 {
-    std::vector<Line> lines;
+    std::vector<Span> rows;
 
     for (std::size_t begin = 0; begin < letters.size();) {
-        if (IsSpace(letters[begin].code)) {
+        if (IsSpace(letters[begin])) {
             ++begin;
             continue;
         }
-        const std::size_t end = EndOfLine(letters, begin, maxWidth, measure);
-        lines.push_back(Gather(letters, begin, end));
+        const std::size_t end = EndOfRow(letters, begin, maxWidth, measure);
+        rows.push_back(WithoutSpaces(letters, {begin, end}));
         begin = end;
     }
-    return lines;
+    return rows;
 }
 
-// The widest stretch in which no line may break.
-static int WidestWord(const Letters &letters, const Measure &measure)
+// The widest stretch in which no row may break.
+static int WidestWord(const Letters &letters, int enough, const Measure &measure)
 {
     int widest = 0;
 
     for (std::size_t begin = 0, i = 1; i <= letters.size(); ++i) {
-        if (i < letters.size() && !MayBreakBetween(letters[i - 1].code, letters[i].code)) continue;
-        widest = std::max(widest, measure(Gather(letters, begin, i)));
+        if (!MayEndAt(letters, i)) continue;
+        widest = std::max(widest, WidthOf(letters, {begin, i}, enough, measure));
         begin = i;
     }
     return widest;
 }
 
-std::vector<Line> Wrap(const Line &line, int maxWidth, const Measure &measure)
+std::vector<Span> Wrap(const Letters &letters, int maxWidth, const Measure &measure)
 {
-    const Letters letters = Spread(line);
-    std::vector<Line> lines = Fill(letters, maxWidth, measure);
+    std::vector<Span> rows = Fill(letters, maxWidth, measure);
 
-    if (lines.size() < 2) return lines;
-    // The narrowest width that takes no more lines makes them about equally long; narrower than its widest
+    if (rows.size() < 2) return rows;
+    // The narrowest width that takes no more rows makes them about equally long; narrower than its widest
     // word it would break that word.
-    int tooNarrow = WidestWord(letters, measure) - 1;
+    int tooNarrow = WidestWord(letters, maxWidth, measure) - 1;
     int enough = maxWidth;
-    if (tooNarrow >= enough) return lines;
+    if (tooNarrow >= enough) return rows;
     while (enough - tooNarrow > 1) {
         const int width = tooNarrow + (enough - tooNarrow) / 2;
-        if (Fill(letters, width, measure).size() > lines.size()) {
+        if (Fill(letters, width, measure).size() > rows.size()) {
             tooNarrow = width;
         } else {
             enough = width;

@@ -2,20 +2,28 @@
 #ifndef KOVA_CAPTION_WRAP_H
 #define KOVA_CAPTION_WRAP_H
 
+#include <cstddef>
 #include <functional>
 #include <vector>
 
-#include "cue.h"
+#include "letters.h"
 
 namespace caption
 {
 
-using Measure = std::function<int(const Line &)>;
+// Letters of a line that stand in one row, from begin to before end.
+struct Span {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
 
-// Breaks at words so that every line measures at most maxWidth, in as few lines as that takes and about
-// equally long ones. A word too wide for a line of its own is broken inside; a line keeps at least one
-// character. Spaces at the ends of lines go, and so do invisible characters.
-std::vector<Line> Wrap(const Line &line, int maxWidth, const Measure &measure);
+// How wide the letters of the span are. What is wider than `enough` may be answered with any width above it.
+using Measure = std::function<int(const Letters &letters, Span span, int enough)>;
+
+// Breaks where words end, so that every row measures at most maxWidth, in as few rows as that takes and about
+// equally long ones. A word too wide for a row of its own is broken inside; a row keeps at least one letter
+// with its accents. Spaces at the ends of rows belong to none.
+std::vector<Span> Wrap(const Letters &letters, int maxWidth, const Measure &measure);
 
 } // namespace caption
 

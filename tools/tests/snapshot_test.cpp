@@ -186,15 +186,17 @@ TEST(Snapshot, NamesCharactersThatNoFontHasAndScriptsThatItDoesNotShape)
 {
     const Folder folder;
     const std::string text =
-        folder.Write("odd.srt", "1\n00:00:01,000 --> 00:00:02,000\nPrivate \xEE\xBF\xBF use\n\n"
-                                "2\n00:00:03,000 --> 00:00:04,000\nשלום\n");
+        folder.Write("odd.srt", "1\n00:00:01,000 --> 00:00:02,000\nPrivate \U0010ABCD use\n\n"
+                                "2\n00:00:03,000 --> 00:00:04,000\nनमस्ते\n\n"
+                                "3\n00:00:05,000 --> 00:00:06,000\nשלום, سلام\n");
 
     const Outcome outcome = RunTool("snapshot '" + text + "' -o '" + folder / "made" + "'");
 
     EXPECT_EQ(outcome.exit, 0);
-    EXPECT_NE(outcome.err.find("cue 1: no font here has U+EFFF"), std::string::npos) << outcome.err;
-    EXPECT_NE(outcome.err.find("cue 2: its script joins or reorders letters"), std::string::npos)
+    EXPECT_NE(outcome.err.find("cue 1: no font here has U+10ABCD"), std::string::npos) << outcome.err;
+    EXPECT_NE(outcome.err.find("cue 2: its script joins or stacks letters"), std::string::npos)
         << outcome.err;
+    EXPECT_EQ(outcome.err.find("cue 3"), std::string::npos) << outcome.err;
 }
 
 TEST(Snapshot, SlantsItalics)

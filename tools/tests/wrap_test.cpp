@@ -4,19 +4,27 @@
 
 #include "utf8.h"
 
+using caption::Letters;
 using caption::Line;
+using caption::Span;
 
-// Every character is one wide.
-static int Count(const Line &line)
+// Every letter is one wide, and accents are nothing.
+static int Count(const Letters &letters, Span span, int)
 {
-    return int(caption::Characters(caption::PlainText(line)).size());
+    int count = 0;
+    for (std::size_t i = span.begin; i < span.end; ++i) count += !caption::IsAccent(letters[i]);
+    return count;
 }
 
 static std::vector<std::string> Folded(const std::string &text, int width)
 {
+    const Letters letters = caption::Prepare({{text, {}}});
     std::vector<std::string> lines;
-    for (const Line &line : caption::Wrap({{text, {}}}, width, Count)) {
-        lines.push_back(caption::PlainText(line));
+    for (const Span span : caption::Wrap(letters, width, Count)) {
+        lines.emplace_back();
+        for (std::size_t i = span.begin; i < span.end; ++i) {
+            caption::AppendUtf8(lines.back(), letters[i].code);
+        }
     }
     return lines;
 }
@@ -72,14 +80,15 @@ TEST(Wrap, BreaksJapaneseBetweenCharactersButNotBeforeAFullStop)
     EXPECT_EQ(Folded("今夜。", 2), (Lines{"今", "夜。"}));
 }
 
-TEST(Wrap, KeepsItalicsAcrossABreak)
+TEST(Wrap, KeepsAccentsWithTheirLetterInABrokenWord)
 {
-    const Line line = {{"plain ", false}, {"all slanted", true}};
-    const auto lines = caption::Wrap(line, 9, Count);
+    // No character is an x with an acute accent, so the two stay two.
+    EXPECT_EQ(Folded("x\u0301x\u0301x\u0301", 2), (Lines{"x\u0301x\u0301", "x\u0301"}));
+}
 
-    ASSERT_EQ(lines.size(), 2u);
-    EXPECT_EQ(lines[0], (Line{{"plain ", false}, {"all", true}}));
-    EXPECT_EQ(lines[1], (Line{{"slanted", true}}));
+TEST(Wrap, BreaksKoreanAtItsSpacesAlone)
+{
+    EXPECT_EQ(Folded("고양이는 배를", 5), (Lines{"고양이는", "배를"}));
 }
 
 TEST(Wrap, DoesNotBreakAtAHardSpace)

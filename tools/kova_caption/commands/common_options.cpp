@@ -64,6 +64,9 @@ void AddLetters(CLI::App &command, Options &options)
 void AddLook(CLI::App &command, Options &options)
 {
     command.add_option("--font", options.font, "Font to try first (DejaVu Sans)")->type_name("FILE");
+    command.add_option("--fallback", options.fallbacks, "Font to look into next; may be given several times")
+        ->type_name("FILE")
+        ->allow_extra_args(false);
     AddColor(command, "--color", options.color, "Text (FFFFFF)");
     AddColor(command, "--edge-color", options.edgeColor, "Edge (000000)");
     command.add_flag("--headless", options.headless, "Draw without a window, X server or not");

@@ -46,7 +46,7 @@ void AddPlace(CLI::App &command, Options &options);
 // --edge, --height: how captions are drawn, besides AddLook's.
 void AddLetters(CLI::App &command, Options &options);
 
-// --font, --color, --edge-color, --headless.
+// --font, --fallback, --color, --edge-color, --headless.
 void AddLook(CLI::App &command, Options &options);
 
 // --background, for what becomes a picture.

@@ -1,0 +1,186 @@
+#include "letters.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <new>
+
+#include <fribidi.h>
+#include <unilbrk.h>
+#include <uninorm.h>
+#include <unistr.h>
+
+#include "utf8.h"
+
+namespace caption
+{
+
+// As one character wherever there is one: a font draws its own accented letters better than it stacks
+// accents.
+static std::string Composed(const std::string &text)
+{
+    std::size_t length = 0;
+    const std::unique_ptr<std::uint8_t, void (*)(void *)> composed(
+        u8_normalize(UNINORM_NFC, reinterpret_cast<const std::uint8_t *>(text.data()), text.size(), nullptr,
+                     &length),
+        std::free);
+
+    // Malformed UTF-8 is not composed; it is drawn as what Characters makes of it.
+    return composed ? std::string(reinterpret_cast<const char *>(composed.get()), length) : text;
+}
+
+static Letters Spread(const Line &line)
+{
+    Letters letters;
+
+    for (const Run &run : line) {
+        for (const Character &character : Characters(Composed(run.text))) {
+            Letter letter;
+            letter.code = character.code == '\t' ? U' ' : character.code;
+            letter.style = run.style;
+            letters.push_back(letter);
+        }
+    }
+    return letters;
+}
+
+static std::vector<FriBidiChar> Codes(const Letters &letters)
+{
+    std::vector<FriBidiChar> codes;
+
+    for (const Letter &letter : letters) codes.push_back(letter.code);
+    return codes;
+}
+
+static bool IsHangul(char32_t code)
+{
+    return code >= 0xAC00 && code <= 0xD7A3;
+}
+
+// Korean is written with spaces and breaks at them, as subtitles do; the general rules would let it break
+// between any two syllables.
+static void FindBreaks(Letters &letters)
+{
+    const std::vector<FriBidiChar> codes = Codes(letters);
+    std::vector<char> breaks(codes.size());
+
+    u32_possible_linebreaks(codes.data(), codes.size(), "UTF-8", breaks.data());
+    for (std::size_t i = 1; i < letters.size(); ++i) {
+        letters[i].mayBreak =
+            breaks[i] == UC_BREAK_POSSIBLE && !(IsHangul(letters[i - 1].code) && IsHangul(letters[i].code));
+    }
+}
+
+// The direction of the line is that of its first strong character.
+static void FindDirections(Letters &letters)
+{
+    std::vector<FriBidiChar> codes = Codes(letters);
+    const auto length = FriBidiStrIndex(codes.size());
+    std::vector<FriBidiCharType> kinds(codes.size());
+    std::vector<FriBidiBracketType> brackets(codes.size());
+    std::vector<FriBidiLevel> levels(codes.size());
+    std::vector<FriBidiArabicProp> joining(codes.size());
+    FriBidiParType direction = FRIBIDI_PAR_ON;
+
+    fribidi_get_bidi_types(codes.data(), length, kinds.data());
+    fribidi_get_bracket_types(codes.data(), length, kinds.data(), brackets.data());
+    if (!fribidi_get_par_embedding_levels_ex(kinds.data(), brackets.data(), length, &direction,
+                                             levels.data())) {
+        throw std::bad_alloc();
+    }
+    fribidi_get_joining_types(codes.data(), length, joining.data());
+    fribidi_join_arabic(kinds.data(), length, levels.data(), joining.data());
+    fribidi_shape(FRIBIDI_FLAGS_DEFAULT | FRIBIDI_FLAGS_ARABIC, levels.data(), length, joining.data(),
+                  codes.data());
+    for (std::size_t i = 0; i < letters.size(); ++i) {
+        // What ought to take another form beside its neighbours, and has none.
+        letters[i].unjoined = codes[i] == letters[i].code && FRIBIDI_JOIN_SHAPE(joining[i]) != 0 &&
+                              FRIBIDI_ARAB_SHAPES(joining[i]) != 0 && !FRIBIDI_IS_JOINING_TYPE_T(joining[i]);
+        letters[i].code = codes[i];
+        letters[i].level = levels[i];
+        letters[i].kind = kinds[i];
+    }
+}
+
+Letters Prepare(const Line &line)
+{
+    Letters letters = Spread(line);
+
+    if (letters.empty()) return letters;
+    FindBreaks(letters);
+    FindDirections(letters);
+    // Direction marks have done their work, and a letter that was joined into the one before it is gone.
+    letters.erase(std::remove_if(letters.begin(), letters.end(),
+                                 [](const Letter &letter) { return IsInvisible(letter.code); }),
+                  letters.end());
+    return letters;
+}
+
+// Fonts expect their accents to be placed by tables that DirectFB does not read. By themselves most are drawn
+// leftwards, over the letter before them; those of scripts from right to left are drawn rightwards, over the
+// letter that comes next.
+static void PutAccentsToTheirSide(Letters &visual)
+{
+    for (auto letter = visual.begin(); letter != visual.end();) {
+        const auto next = std::find_if_not(letter + 1, visual.end(), IsAccent);
+        const auto after = std::stable_partition(letter + 1, next, IsDrawnRightwards);
+        std::rotate(letter, letter + 1, after);
+        letter = next;
+    }
+}
+
+Letters InVisualOrder(const Letters &letters, std::size_t begin, std::size_t end)
+{
+    const auto length = FriBidiStrIndex(end - begin);
+    std::vector<FriBidiCharType> kinds;
+    std::vector<FriBidiLevel> levels;
+    std::vector<FriBidiStrIndex> order;
+    Letters visual;
+
+    for (std::size_t i = begin; i < end; ++i) {
+        kinds.push_back(letters[i].kind);
+        levels.push_back(letters[i].level);
+        order.push_back(FriBidiStrIndex(i));
+    }
+    if (fribidi_reorder_line(FRIBIDI_FLAGS_DEFAULT | FRIBIDI_FLAG_REORDER_NSM, kinds.data(), length, 0,
+                             FRIBIDI_PAR_LTR, levels.data(), nullptr, order.data()) == 0) {
+        throw std::bad_alloc();
+    }
+    for (const FriBidiStrIndex i : order) visual.push_back(letters[std::size_t(i)]);
+    PutAccentsToTheirSide(visual);
+    return visual;
+}
+
+// Scripts whose vowels stand round their consonants and whose consonants melt into one: of India, Tibet,
+// Myanmar and Cambodia.
+static bool HasConjuncts(char32_t code)
+{
+    return (code >= 0x0900 && code <= 0x0DFF) || (code >= 0x0F00 && code <= 0x109F) ||
+           (code >= 0x1780 && code <= 0x17FF);
+}
+
+bool NeedsShaping(const Letters &letters)
+{
+    return std::any_of(letters.begin(), letters.end(),
+                       [](const Letter &letter) { return letter.unjoined || HasConjuncts(letter.code); });
+}
+
+bool IsSpace(const Letter &letter)
+{
+    return IsSpace(letter.code);
+}
+
+bool IsAccent(const Letter &letter)
+{
+    return letter.kind == FRIBIDI_TYPE_NSM;
+}
+
+void AppendUtf8(std::string &text, char32_t code)
+{
+    std::uint8_t bytes[6];
+    const int length = u8_uctomb(bytes, code, sizeof bytes);
+
+    if (length > 0) text.append(reinterpret_cast<const char *>(bytes), std::size_t(length));
+}
+
+} // namespace caption
