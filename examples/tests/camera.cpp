@@ -1,0 +1,50 @@
+// Takes a picture wherever an example pauses, and does not wait. It is linked into the example's own object
+// by -Wl,--wrap=sleep, so that the example stays what a user would write. KOVA_PICTURE names the files
+// without their ending: NAME.png, then NAME_2.png and so on; without it no picture is taken. With
+// KOVA_PICTURE_SHOWN the plane is laid over a plain colour and enlarged by a whole number, as a page can show
+// it.
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <string>
+
+#include "kova_textdisp_dfb/record.h"
+#include "options.h"
+#include "readback.h"
+
+extern "C" unsigned int __wrap_sleep(unsigned int seconds);
+
+static std::string NextFile(const char *name)
+{
+    static int taken = 0;
+    return name + (++taken == 1 ? "" : "_" + std::to_string(taken)) + ".png";
+}
+
+static caption::Picture Shown(const caption::Picture &plane)
+{
+    const int scale = std::max(1, 960 / plane.size().width);
+    caption::Picture shown({plane.size().width * scale, plane.size().height * scale},
+                           {0x3A, 0x4A, 0x5A, 255});
+
+    caption::PasteEnlarged(shown, plane, 0, 0, scale);
+    return shown;
+}
+
+unsigned int __wrap_sleep(unsigned int)
+{
+    const auto *const display = reinterpret_cast<KovaDFBDisplay_t *>(Kova_TextDisp_GetDisplayByID(0));
+    const char *const name = std::getenv("KOVA_PICTURE");
+    if (!name) return 0;
+    caption::Options options;
+    options.layer = display->eLayer;
+    options.plane = {int(display->uiPlaneWidth), int(display->uiPlaneHeight)};
+    try {
+        const caption::Picture plane = caption::Readback(options).Presented();
+        caption::WritePng(std::getenv("KOVA_PICTURE_SHOWN") ? Shown(plane) : plane, NextFile(name));
+    } catch (const std::exception &failure) {
+        std::fprintf(stderr, "camera: %s\n", failure.what());
+        std::exit(1);
+    }
+    return 0;
+}

@@ -1,0 +1,203 @@
+// What the examples show: ink where it is expected, in its colour, and none elsewhere. The examples run as a
+// user runs them, but for a camera in place of their pauses.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+#include <png.h>
+#include <unistd.h>
+
+#include "picture.h"
+
+using caption::Picture;
+using caption::Pixel;
+
+namespace
+{
+
+struct Box {
+    int left = 0, top = 0, right = 0, bottom = 0; // the far edges are not in it
+};
+
+constexpr Pixel NOTHING = {};
+constexpr Pixel BLACK = {0, 0, 0, 255};
+constexpr Pixel WHITE = {255, 255, 255, 255};
+constexpr Pixel YELLOW = {255, 230, 80, 255};
+
+} // namespace
+
+static Picture ReadPng(const std::filesystem::path &file)
+{
+    png_image image = {};
+    image.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_file(&image, file.c_str()))
+        throw std::runtime_error(file.string() + image.message);
+    image.format = PNG_FORMAT_RGBA;
+    Picture picture({int(image.width), int(image.height)});
+    png_image_finish_read(&image, nullptr, &picture.At(0, 0), 0, nullptr);
+    return picture;
+}
+
+// The picture of the pause of this number, from one.
+static Picture Run(const std::string &example, int pause = 1, const std::string &before = "")
+{
+    const std::string system = before.empty() ? "dummy" : "x11";
+    std::string folder = (std::filesystem::temp_directory_path() / "kova-example-XXXXXX").string();
+    if (!mkdtemp(folder.data())) throw std::runtime_error("no temporary folder");
+    const std::string command = "env -u DISPLAY ASAN_OPTIONS=detect_leaks=0 KOVA_PICTURE='" + folder +
+                                "/shot' DFBARGS=system=" + system +
+                                ",mode=1280x720,no-sighandler,no-banner,quiet " + before +
+                                " '" KOVA_EXAMPLES_FOLDER "/" + example + "_pictured' 2>&1";
+    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    const Picture picture =
+        ReadPng(folder + (pause == 1 ? "/shot.png" : "/shot_" + std::to_string(pause) + ".png"));
+    std::filesystem::remove_all(folder);
+    return picture;
+}
+
+static int Count(const Picture &picture, const Pixel &color, const Box &box)
+{
+    int count = 0;
+    for (int y = box.top; y < box.bottom; ++y) {
+        for (int x = box.left; x < box.right; ++x) count += picture.At(x, y) == color;
+    }
+    return count;
+}
+
+static int Ink(const Picture &picture, const Box &box)
+{
+    return (box.right - box.left) * (box.bottom - box.top) - Count(picture, NOTHING, box);
+}
+
+static Box Whole(const Picture &picture)
+{
+    return {0, 0, picture.size().width, picture.size().height};
+}
+
+// The smallest box that holds every pixel of the colour.
+static Box Around(const Picture &picture, const Pixel &color, const Box &within)
+{
+    Box box = {within.right, within.bottom, 0, 0};
+    for (int y = within.top; y < within.bottom; ++y) {
+        for (int x = within.left; x < within.right; ++x) {
+            if (!(picture.At(x, y) == color)) continue;
+            box = {std::min(box.left, x), std::min(box.top, y), std::max(box.right, x + 1),
+                   std::max(box.bottom, y + 1)};
+        }
+    }
+    return box;
+}
+
+TEST(HelloCaption, ShowsTwoCentredLinesInTheirColours)
+{
+    const Picture picture = Run("hello_caption");
+
+    ASSERT_EQ(picture.size().width, 1280);
+    EXPECT_EQ(Ink(picture, {0, 0, 1280, 575}), 0);
+    EXPECT_GT(Count(picture, WHITE, {400, 580, 880, 640}), 1000);
+    EXPECT_EQ(Count(picture, WHITE, {0, 640, 1280, 720}), 0);
+    EXPECT_GT(Count(picture, YELLOW, {400, 640, 880, 710}), 1000);
+    EXPECT_EQ(Count(picture, YELLOW, {0, 0, 1280, 640}), 0);
+    EXPECT_GT(Count(picture, BLACK, {400, 580, 880, 710}), 500);
+    for (const Pixel &color : {WHITE, YELLOW}) {
+        const Box line = Around(picture, color, Whole(picture));
+        EXPECT_NEAR(line.left + line.right, 1280, 12);
+    }
+}
+
+TEST(RollUp, KeepsThreeRowsOfTheSameLines)
+{
+    const Picture picture = Run("roll_up");
+    const Box window = {240, 500, 1040, 644};
+
+    EXPECT_EQ(Ink(picture, window), 800 * 144);
+    EXPECT_EQ(Ink(picture, Whole(picture)), 800 * 144);
+    // Three lines of text with a row of box alone between them, and nothing of the two that rolled out.
+    const Pixel box = {0, 0, 0, 200};
+    int lines = 0;
+    bool inLine = false;
+    for (int y = window.top; y < window.bottom; ++y) {
+        const bool text = Count(picture, box, {240, y, 1040, y + 1}) != 800;
+        lines += text && !inLine;
+        inLine = text;
+    }
+    EXPECT_EQ(lines, 3);
+    // "There, behind the lighthouse." is much longer than ">> Look again." above it.
+    EXPECT_GT(Around(picture, WHITE, {240, 596, 1040, 644}).right, 700);
+    EXPECT_LT(Around(picture, WHITE, {240, 548, 1040, 596}).right, 600);
+}
+
+TEST(BitmapSubtitle, ShowsTheBitmapInItsOwnColours)
+{
+    const Picture picture = Run("bitmap_subtitle");
+    const Pixel box = {20, 40, 90, 160};
+    const Pixel letters = {255, 235, 130, 255};
+    const Box place = {20, 37, 75, 50};
+
+    ASSERT_EQ(picture.size().width, 96);
+    EXPECT_EQ(Ink(picture, place), 55 * 13);
+    EXPECT_EQ(Ink(picture, Whole(picture)), 55 * 13);
+    EXPECT_EQ(Count(picture, box, {20, 37, 75, 39}), 2 * 55);
+    // The stem of the L, its foot, and the outline on its left.
+    EXPECT_EQ(Count(picture, letters, {23, 40, 24, 47}), 7);
+    EXPECT_EQ(Count(picture, letters, {23, 46, 28, 47}), 5);
+    EXPECT_EQ(Count(picture, BLACK, {22, 39, 23, 48}), 9);
+    EXPECT_EQ(Count(picture, box, place) + Count(picture, letters, place) + Count(picture, BLACK, place),
+              55 * 13);
+}
+
+TEST(TeletextPage, EnlargesEachLineByItsOwnFactors)
+{
+    const Picture picture = Run("teletext_page");
+    const Pixel yellow = {255, 255, 0, 255};
+    const Pixel cyan = {0, 255, 255, 255};
+    const Pixel blue = {0, 0, 160, 255};
+
+    EXPECT_EQ(Ink(picture, Whole(picture)), 480 * 272);
+    const Box title = Around(picture, blue, Whole(picture));
+    EXPECT_EQ(title.left, 16);
+    EXPECT_EQ(title.right, 16 + 12 * 16);
+    EXPECT_EQ(title.top, 16);
+    EXPECT_EQ(title.bottom, 16 + 32);
+    // The first T: seven rows of letter, four times as high; its stem two pixels wide.
+    const Box t = Around(picture, yellow, {32, 16, 48, 48});
+    EXPECT_EQ(t.bottom - t.top, 28);
+    EXPECT_EQ(Count(picture, yellow, {32, 36, 48, 37}), 2);
+    EXPECT_EQ(Around(picture, WHITE, {0, 80, 480, 96}).bottom, 94);   // twice as high
+    EXPECT_EQ(Around(picture, cyan, {0, 160, 480, 176}).bottom, 174); // twice as high, not as wide
+    EXPECT_EQ(Around(picture, cyan, {0, 192, 480, 208}).bottom, 199); // as it is
+    EXPECT_EQ(Around(picture, cyan, {0, 160, 24, 176}).right, 22);    // a T of five pixels from the second on
+    EXPECT_EQ(Around(picture, WHITE, {0, 80, 32, 96}).right, 28);     // an H of ten from the third on
+}
+
+TEST(TwoContexts, ShowsTheActiveOneAlone)
+{
+    const Picture subtitle = Run("two_contexts", 1);
+    const Picture menu = Run("two_contexts", 2);
+
+    ASSERT_EQ(subtitle.size().width, 1280);
+    EXPECT_EQ(Ink(subtitle, {0, 0, 1280, 615}), 0);
+    EXPECT_GT(Count(subtitle, WHITE, {290, 620, 700, 690}), 1000);
+    EXPECT_GT(Count(subtitle, BLACK, {290, 620, 700, 690}), 500);
+    ASSERT_EQ(menu.size().width, 640);
+    EXPECT_EQ(Ink(menu, {40, 40, 430, 170}), 390 * 130);
+    EXPECT_EQ(Ink(menu, Whole(menu)), 390 * 130); // nor does the text leave its box
+    EXPECT_GT(Count(menu, WHITE, {50, 45, 420, 105}), 500);
+    EXPECT_GT(Count(menu, WHITE, {50, 105, 420, 165}), 500);
+}
+
+TEST(Plane32, MixesColourAndOpacityInEveryColumn)
+{
+    const Picture picture = Run("plane32", 1, "'" WITH_XVFB "'");
+
+    ASSERT_EQ(picture.size().width, 1280);
+    EXPECT_EQ(Ink(picture, {0, 0, 1280, 540}), 0);
+    EXPECT_EQ(Ink(picture, {0, 660, 1280, 720}), 0);
+    for (int i = 0; i < 256; ++i) EXPECT_EQ(picture.At(i * 5, 541).alpha, i);
+    EXPECT_EQ(Count(picture, {0, 40, 255, 255}, {1275, 540, 1280, 660}), 5 * 120);
+    EXPECT_GT(Count(picture, WHITE, {200, 560, 980, 650}), 1000);
+    EXPECT_GT(Count(picture, BLACK, {200, 560, 980, 650}), 500);
+}
