@@ -45,7 +45,7 @@ static kova_uint8 *Unpack(void)
 static int Subtitle(pKovaITextDisplay_t pThiz, kova_sint8 scID, kova_uint8 *pixels)
 {
     const kova_uint32 width = (kova_uint32)strlen(received[0]);
-    KovaTextColor_t colors[COLORS] = {{20, 40, 90, 160}, {0, 0, 0, 255}, {255, 235, 130, 255}};
+    KovaTextColor_t colors[COLORS] = {{0, 0, 0, 140}, {0, 0, 0, 255}, {255, 235, 130, 255}};
 
     Kova_TextDisp_SetActive(pThiz, scID, 1);
     pThiz->Show(pThiz, scID);

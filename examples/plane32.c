@@ -7,22 +7,24 @@
 #include <string.h>
 #include <unistd.h>
 
-enum { WIDTH = 1280, HEIGHT = 720, BAR_HEIGHT = 120 };
+enum { WIDTH = 1280, HEIGHT = 720, BAR = 60 };
 
 static kova_uint32 Rgba(kova_uint32 r, kova_uint32 g, kova_uint32 b, kova_uint32 a)
 {
     return r << 24 | g << 16 | b << 8 | a;
 }
 
-/* A bar that grows more opaque from left to right. */
-static int Bar(pKovaITextDisplay_t pThiz, kova_sint8 scID, kova_uint32 uiY)
+/* Two bars: one goes through 256 colours, the one below it grows opaque. */
+static int Bars(pKovaITextDisplay_t pThiz, kova_sint8 scID, kova_uint32 uiY)
 {
-    KovaTextRect_t column = {0, uiY, WIDTH / 256, BAR_HEIGHT};
+    const kova_uint32 uiStep = WIDTH / 256;
     kova_uint32 i;
 
     for (i = 0; i < 256; i++) {
-        column.uiX = i * column.uiWidth;
-        if (pThiz->FillRect(pThiz, scID, &column, Rgba(255 - i, 40, i, i))) return -1;
+        KovaTextRect_t upper = {i * uiStep, uiY, uiStep, BAR};
+        KovaTextRect_t lower = {i * uiStep, uiY + BAR, uiStep, BAR};
+        if (pThiz->FillRect(pThiz, scID, &upper, Rgba(255 - i, 60, i, 255))) return -1;
+        if (pThiz->FillRect(pThiz, scID, &lower, Rgba(0, 0, 0, i))) return -1;
     }
     return 0;
 }
@@ -35,13 +37,13 @@ static int Draw(pKovaITextDisplay_t pThiz, kova_sint8 scID, const char *pcFontFi
     /* Makes the context the active one, closes all fonts, and is left by an activation: so it comes first. */
     if (pThiz->Create32BitPlane(pThiz, scID, 0, 0, WIDTH, HEIGHT)) return -1;
     pThiz->Show(pThiz, scID);
-    if (Bar(pThiz, scID, 540)) return -1;
+    if (Bars(pThiz, scID, 540)) return -1;
     if (pThiz->CreateFont(pThiz, scID, pcFontFile, 56, KOVA_FONTATTR_NONE, &siFont)) return -1;
     if (pThiz->SetFont(pThiz, scID, siFont, 56, KOVA_FONTATTR_NONE)) return -1;
     if (pThiz->SetEdgeType(pThiz, scID, KOVA_TEXT_ERIGTHDROPSHADOW)) return -1;
     if (pThiz->SetEdgeColor(pThiz, scID, Rgba(0, 0, 0, 255))) return -1;
     if (pThiz->SetTextForeColor(pThiz, scID, Rgba(255, 255, 255, 255))) return -1;
-    return pThiz->DrawString(pThiz, scID, (const void *)pcText, (kova_uint8)strlen(pcText), 200, 566,
+    return pThiz->DrawString(pThiz, scID, (const void *)pcText, (kova_uint8)strlen(pcText), 220, 566,
                              KOVA_TEXT_UTF8, 0);
 }
 

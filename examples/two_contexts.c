@@ -34,7 +34,7 @@ static int Menu(pKovaITextDisplay_t pThiz, kova_sint8 scID)
 static int Use(pKovaITextDisplay_t pThiz, kova_sint8 scSubtitles, kova_sint8 scMenu, const char *pcFontFile,
                unsigned int uiSeconds)
 {
-    KovaTextColor_t colors[] = {{0, 0, 0, 0}, {0, 60, 120, 225}, {255, 255, 255, 255}, {0, 0, 0, 255}};
+    KovaTextColor_t colors[] = {{0, 0, 0, 0}, {0, 60, 120, 255}, {255, 255, 255, 255}, {0, 0, 0, 255}};
     kova_sint32 siFont = -1;
 
     Kova_TextDisp_SetActive(pThiz, scSubtitles, 1);
@@ -47,13 +47,12 @@ static int Use(pKovaITextDisplay_t pThiz, kova_sint8 scSubtitles, kova_sint8 scM
     if (Subtitle(pThiz, scSubtitles)) return -1;
     sleep(uiSeconds);
 
-    /* Palette, fonts, colours and the shown state are the display's: they outlast the change of context. */
+    /* Palette, fonts and colours are the display's: they outlast the change. What was drawn does not. */
     Kova_TextDisp_SetActive(pThiz, scMenu, 1);
     if (Menu(pThiz, scMenu)) return -1;
     if (!Subtitle(pThiz, scSubtitles)) return -1; /* refused now: only the active context draws */
     sleep(uiSeconds);
-
-    Kova_TextDisp_SetActive(pThiz, scSubtitles, 1); /* the plane comes back wiped */
+    Kova_TextDisp_SetActive(pThiz, scSubtitles, 1);
     return Subtitle(pThiz, scSubtitles);
 }
 

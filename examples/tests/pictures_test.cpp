@@ -2,15 +2,11 @@
 // user runs them, but for a camera in place of their pauses.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <stdexcept>
 #include <string>
 
-#include <png.h>
-#include <unistd.h>
-
-#include "picture.h"
+#include "tool.h"
 
 using caption::Picture;
 using caption::Pixel;
@@ -29,33 +25,17 @@ constexpr Pixel YELLOW = {255, 230, 80, 255};
 
 } // namespace
 
-static Picture ReadPng(const std::filesystem::path &file)
-{
-    png_image image = {};
-    image.version = PNG_IMAGE_VERSION;
-    if (!png_image_begin_read_from_file(&image, file.c_str()))
-        throw std::runtime_error(file.string() + image.message);
-    image.format = PNG_FORMAT_RGBA;
-    Picture picture({int(image.width), int(image.height)});
-    png_image_finish_read(&image, nullptr, &picture.At(0, 0), 0, nullptr);
-    return picture;
-}
-
 // The picture of the pause of this number, from one.
-static Picture Run(const std::string &example, int pause = 1, const std::string &before = "")
+static Picture PictureOf(const std::string &example, int pause = 1)
 {
-    const std::string system = before.empty() ? "dummy" : "x11";
-    std::string folder = (std::filesystem::temp_directory_path() / "kova-example-XXXXXX").string();
-    if (!mkdtemp(folder.data())) throw std::runtime_error("no temporary folder");
-    const std::string command = "env -u DISPLAY ASAN_OPTIONS=detect_leaks=0 KOVA_PICTURE='" + folder +
-                                "/shot' DFBARGS=system=" + system +
-                                ",mode=1280x720,no-sighandler,no-banner,quiet " + before +
-                                " '" KOVA_EXAMPLES_FOLDER "/" + example + "_pictured' 2>&1";
+    const Folder folder;
+    const bool layer2 = example == "plane32"; // which the dummy system lacks
+    const std::string command =
+        std::string("env -u DISPLAY ASAN_OPTIONS=detect_leaks=0 KOVA_PICTURE='") + folder / "shot" +
+        "' DFBARGS=system=" + (layer2 ? "x11" : "dummy") + ",mode=1280x720,no-sighandler,no-banner,quiet " +
+        (layer2 ? "'" WITH_XVFB "' " : "") + "'" KOVA_EXAMPLES_FOLDER "/" + example + "_pictured' 2>&1";
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
-    const Picture picture =
-        ReadPng(folder + (pause == 1 ? "/shot.png" : "/shot_" + std::to_string(pause) + ".png"));
-    std::filesystem::remove_all(folder);
-    return picture;
+    return ReadPng(folder / (pause == 1 ? "shot.png" : "shot_" + std::to_string(pause) + ".png"));
 }
 
 static int Count(const Picture &picture, const Pixel &color, const Box &box)
@@ -93,7 +73,7 @@ static Box Around(const Picture &picture, const Pixel &color, const Box &within)
 
 TEST(HelloCaption, ShowsTwoCentredLinesInTheirColours)
 {
-    const Picture picture = Run("hello_caption");
+    const Picture picture = PictureOf("hello_caption");
 
     ASSERT_EQ(picture.size().width, 1280);
     EXPECT_EQ(Ink(picture, {0, 0, 1280, 575}), 0);
@@ -110,7 +90,7 @@ TEST(HelloCaption, ShowsTwoCentredLinesInTheirColours)
 
 TEST(RollUp, KeepsThreeRowsOfTheSameLines)
 {
-    const Picture picture = Run("roll_up");
+    const Picture picture = PictureOf("roll_up");
     const Box window = {240, 500, 1040, 644};
 
     EXPECT_EQ(Ink(picture, window), 800 * 144);
@@ -132,8 +112,8 @@ TEST(RollUp, KeepsThreeRowsOfTheSameLines)
 
 TEST(BitmapSubtitle, ShowsTheBitmapInItsOwnColours)
 {
-    const Picture picture = Run("bitmap_subtitle");
-    const Pixel box = {20, 40, 90, 160};
+    const Picture picture = PictureOf("bitmap_subtitle");
+    const Pixel box = {0, 0, 0, 140};
     const Pixel letters = {255, 235, 130, 255};
     const Box place = {20, 37, 75, 50};
 
@@ -151,7 +131,7 @@ TEST(BitmapSubtitle, ShowsTheBitmapInItsOwnColours)
 
 TEST(TeletextPage, EnlargesEachLineByItsOwnFactors)
 {
-    const Picture picture = Run("teletext_page");
+    const Picture picture = PictureOf("teletext_page");
     const Pixel yellow = {255, 255, 0, 255};
     const Pixel cyan = {0, 255, 255, 255};
     const Pixel blue = {0, 0, 160, 255};
@@ -175,13 +155,13 @@ TEST(TeletextPage, EnlargesEachLineByItsOwnFactors)
 
 TEST(TwoContexts, ShowsTheActiveOneAlone)
 {
-    const Picture subtitle = Run("two_contexts", 1);
-    const Picture menu = Run("two_contexts", 2);
+    const Picture subtitle = PictureOf("two_contexts", 1);
+    const Picture menu = PictureOf("two_contexts", 2);
 
     ASSERT_EQ(subtitle.size().width, 1280);
     EXPECT_EQ(Ink(subtitle, {0, 0, 1280, 615}), 0);
     EXPECT_GT(Count(subtitle, WHITE, {290, 620, 700, 690}), 1000);
-    EXPECT_GT(Count(subtitle, BLACK, {290, 620, 700, 690}), 500);
+    EXPECT_GT(Count(subtitle, BLACK, {290, 620, 700, 690}), 100);
     ASSERT_EQ(menu.size().width, 640);
     EXPECT_EQ(Ink(menu, {40, 40, 430, 170}), 390 * 130);
     EXPECT_EQ(Ink(menu, Whole(menu)), 390 * 130); // nor does the text leave its box
@@ -191,13 +171,17 @@ TEST(TwoContexts, ShowsTheActiveOneAlone)
 
 TEST(Plane32, MixesColourAndOpacityInEveryColumn)
 {
-    const Picture picture = Run("plane32", 1, "'" WITH_XVFB "'");
+    const Picture picture = PictureOf("plane32");
 
     ASSERT_EQ(picture.size().width, 1280);
     EXPECT_EQ(Ink(picture, {0, 0, 1280, 540}), 0);
     EXPECT_EQ(Ink(picture, {0, 660, 1280, 720}), 0);
-    for (int i = 0; i < 256; ++i) EXPECT_EQ(picture.At(i * 5, 541).alpha, i);
-    EXPECT_EQ(Count(picture, {0, 40, 255, 255}, {1275, 540, 1280, 660}), 5 * 120);
+    for (int i = 0; i < 256; ++i) {
+        EXPECT_EQ(
+            Count(picture, {std::uint8_t(255 - i), 60, std::uint8_t(i), 255}, {5 * i, 540, 5 * i + 5, 560}),
+            100);
+        EXPECT_EQ(picture.At(5 * i, 659).alpha, i);
+    }
     EXPECT_GT(Count(picture, WHITE, {200, 560, 980, 650}), 1000);
     EXPECT_GT(Count(picture, BLACK, {200, 560, 980, 650}), 500);
 }
