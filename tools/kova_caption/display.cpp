@@ -322,6 +322,16 @@ void Display::Clear()
     Fill({0, 0, options_.plane.width, options_.plane.height}, g_transparent); // entry 0 from now on
 }
 
+void Display::Hold()
+{
+    display_->SetFlip(display_, 0);
+}
+
+void Display::Release()
+{
+    display_->SetFlip(display_, 1);
+}
+
 Picture Display::Present()
 {
     display_->Flip(display_, context_);

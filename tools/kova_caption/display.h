@@ -70,6 +70,11 @@ public:
 
     void Clear();
 
+    // What is drawn between the two is shown by the second, all at once. Layer 1 cannot wait: there every
+    // string is shown as it is drawn.
+    void Hold();
+    void Release();
+
     // Flips, and reads back what is on the screen then.
     Picture Present();
 

@@ -1,4 +1,5 @@
 // kova-caption: draws subtitles through the display library. Its commands stand in commands/.
+#include <csignal>
 #include <cstdio>
 #include <exception>
 
@@ -7,6 +8,7 @@
 
 #include "commands/command.h"
 #include "failure.h"
+#include "keys.h"
 
 namespace
 {
@@ -59,6 +61,9 @@ int main(int argc, char **argv)
 {
     try {
         return Run(argc, argv);
+    } catch (const caption::Interrupted &interrupted) {
+        std::signal(interrupted.signal, SIG_DFL);
+        return std::raise(interrupted.signal);
     } catch (const caption::WrongUsage &error) {
         std::fprintf(stderr, "kova-caption: %s.\n", error.what());
         return EXIT_USAGE;

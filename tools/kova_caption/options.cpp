@@ -2,6 +2,7 @@
 
 #include <cctype>
 #include <cstdio>
+#include <regex>
 #include <string>
 
 #include "failure.h"
@@ -33,6 +34,19 @@ Size ParsePlane(const std::string &text)
                       ": a plane is WIDTHxHEIGHT, from 1x1 to 1920x1080, such as 1280x720");
     }
     return plane;
+}
+
+std::int64_t ParseTime(const std::string &option, const std::string &text)
+{
+    static const std::regex form(R"((?:(?:(\d{1,3}):)?([0-5]?\d):)?(\d{1,6})(?:[.,](\d{1,3}))?)");
+    std::smatch parts;
+
+    if (!std::regex_match(text, parts, form)) {
+        throw WrongUsage(option + " " + text + ": a time is [[HH:]MM:]SS[.mmm], such as 1:02:03.5 or 90");
+    }
+    const auto number = [&](std::size_t part) { return parts[part].length() ? std::stoll(parts[part]) : 0; };
+    const std::string thousandths = (parts[4].str() + "000").substr(0, 3);
+    return ((number(1) * 60 + number(2)) * 60 + number(3)) * 1000 + std::stoll(thousandths);
 }
 
 void Check(const Options &options)

@@ -39,6 +39,9 @@ Color ParseColor(const std::string &option, const std::string &text);
 // "WIDTHxHEIGHT", 1x1 to 1920x1080.
 Size ParsePlane(const std::string &text);
 
+// "[[HH:]MM:]SS[.mmm]" in milliseconds.
+std::int64_t ParseTime(const std::string &option, const std::string &text);
+
 // Refuses what the display cannot do: 32-bit colours in the window of layer 1, text higher than the plane.
 void Check(const Options &options);
 

@@ -8,23 +8,10 @@
 
 #include "failure.h"
 #include "kova/kova_textdisp_dfb.h"
+#include "owned.h"
 
 namespace caption
 {
-
-namespace
-{
-
-template <class Interface> struct ReleaseInterface {
-    void operator()(Interface *thing) const
-    {
-        thing->Release(thing);
-    }
-};
-
-template <class Interface> using Owned = std::unique_ptr<Interface, ReleaseInterface<Interface>>;
-
-} // namespace
 
 void Readback::Release::operator()(_IDirectFBSurface *surface) const
 {

@@ -23,6 +23,7 @@ struct Command {
 
 // Each stands in a file of its own, with its options, its help and its examples.
 Command AddEdges(CLI::App &tool);
+Command AddPlay(CLI::App &tool);
 Command AddSnapshot(CLI::App &tool);
 
 // Every command, in the order in which the help lists them.
