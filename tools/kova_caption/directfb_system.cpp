@@ -59,7 +59,8 @@ void ChooseDirectFBSystem(const Options &options)
     }
     const std::string arguments = std::string("system=") + (reason.empty() ? "x11" : "dummy") +
                                   ",mode=" + std::to_string(options.plane.width) + "x" +
-                                  std::to_string(options.plane.height) + ",no-sighandler,no-banner,quiet";
+                                  std::to_string(options.plane.height) +
+                                  ",no-sighandler,no-banner,no-cursor,quiet";
     setenv("DFBARGS", arguments.c_str(), 1);
 }
 

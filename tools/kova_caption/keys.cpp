@@ -119,14 +119,23 @@ public:
                 return meaning.key;
             }
             const bool escape = given_ == g_escape;
-            given_.erase(0,
-                         given_[0] == *g_escape ? given_.npos : 1); // a function key sends a whole sequence
+            given_.erase(0, LengthOfUnknown());
             if (escape) return Key::END;
         }
         return {};
     }
 
 private:
+    // A character, or what a function key sends.
+    std::size_t LengthOfUnknown() const
+    {
+        if (given_.compare(0, 1, g_escape) != 0) return 1;
+        if (given_.compare(1, 1, "[") != 0) return given_.compare(1, 1, "O") == 0 ? 3 : 2;
+        std::size_t end = 2;
+        while (end < given_.size() && given_[end] < '@') ++end;
+        return end + 1;
+    }
+
     termios before_ = {};
     int file_ = -1;
     std::string given_;

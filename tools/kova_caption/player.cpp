@@ -214,7 +214,10 @@ bool Player::Obey(Key key)
                      Timestamp(std::int64_t(clock_.Position())).c_str());
         std::fflush(out_);
     } else if (key != Key::END) {
-        if (const std::optional<std::size_t> change = Beside(key)) Seek(changes_[*change].time);
+        if (const std::optional<std::size_t> change = Beside(key)) {
+            Seek(changes_[*change].time);
+            Show();
+        }
     }
     return key != Key::END;
 }
