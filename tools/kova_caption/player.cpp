@@ -81,8 +81,8 @@ public:
 
 private:
     void Seek(std::int64_t time);
-    void Draw();
     void Prepare();
+    void Draw();
     void Show();
     void Say(const std::vector<std::size_t> &cues);
     bool Obey(Key key);
@@ -93,11 +93,12 @@ private:
     std::vector<Change> changes_;
     const Playback playback_;
     std::FILE *const out_;
-    const bool ahead_; // the next change is drawn before its time
+    const bool ahead_; // the next change is drawn before its time, unseen
     Stage stage_;
     Keys keys_;
     Clock clock_;
     std::size_t next_ = 0; // of the changes
+    Renderer::Plan plan_;  // of the next change
     SteadyTime flipped_;
     std::vector<std::size_t> shown_; // cues
     std::size_t count_ = 0;          // of the cues shown so far
@@ -121,8 +122,8 @@ static std::vector<Change> Changes(const std::vector<Screen> &screens)
 
 Player::Player(const std::vector<Cue> &cues, const Playback &playback, const Options &options, std::FILE *out)
     : cues_(cues), screens_(Screens(cues)), changes_(Changes(screens_)), playback_(playback), out_(out),
-      ahead_(options.layer != KOVA_GRAPHIC_LAYER1), stage_(options), keys_(!options.headless),
-      clock_(playback.speed)
+      ahead_(options.layer != KOVA_GRAPHIC_LAYER1 && options.mode != ColorMode::INDEX), stage_(options),
+      keys_(!options.headless), clock_(playback.speed)
 {
     if (changes_.empty() || changes_.back().time <= playback.start) {
         throw Failure("--start " + Timestamp(playback.start) +
@@ -155,22 +156,26 @@ void Player::Seek(std::int64_t time)
     clock_.Set(double(time));
 }
 
+// All that can be done before the time of the next change. Layers 2 and 3 have a back buffer, in which its
+// picture waits; the window of layer 1 would show it string by string. Index mode loads the colours of a
+// picture as it draws, and those that are seen would change.
+void Player::Prepare()
+{
+    if (next_ == changes_.size()) return;
+    std::vector<const Cue *> cues;
+    if (changes_[next_].screen) {
+        for (const std::size_t cue : changes_[next_].screen->cues) cues.push_back(&cues_[cue]);
+    }
+    plan_ = stage_.renderer.LayOut(cues);
+    if (!ahead_) return;
+    stage_.display.Hold();
+    Draw();
+}
+
 void Player::Draw()
 {
     stage_.display.Clear();
-    if (!changes_[next_].screen) return;
-    for (const std::size_t cue : changes_[next_].screen->cues) {
-        stage_.renderer.Draw(cues_[cue].blocks.front().lines);
-    }
-}
-
-// Layers 2 and 3 have a back buffer, in which the next picture waits for its time. The window of layer 1
-// would show it string by string.
-void Player::Prepare()
-{
-    if (!ahead_ || next_ == changes_.size()) return;
-    stage_.display.Hold();
-    Draw();
+    stage_.renderer.Draw(plan_);
 }
 
 void Player::Show()

@@ -222,7 +222,7 @@ void Renderer::DrawRows(const Block &block, const Layout &layout)
     }
 }
 
-void Renderer::DrawBitmaps(const std::vector<const Cue *> &cues, Drawn &drawn)
+void Renderer::LayOutBitmaps(const std::vector<const Cue *> &cues, Plan &plan) const
 {
     const auto hasBlocks = [](const Cue *cue) { return !cue->blocks.empty(); };
     const bool text = std::any_of(cues.begin(), cues.end(), hasBlocks);
@@ -230,12 +230,10 @@ void Renderer::DrawBitmaps(const std::vector<const Cue *> &cues, Drawn &drawn)
 
     for (const Cue *const cue : cues) {
         for (const Bitmap &bitmap : cue->bitmaps) {
-            drawn.bitmaps.push_back(PlaceOnPlane(bitmap, cue->canvas, options_.plane));
+            plan.drawn.bitmaps.push_back(PlaceOnPlane(bitmap, cue->canvas, options_.plane));
         }
     }
-    if (drawn.bitmaps.empty()) return;
-    const Picture picture = Compose(cues, options_.plane, colors);
-    for (const Rect &rect : drawn.bitmaps) display_.Copy(picture, rect);
+    if (!plan.drawn.bitmaps.empty()) plan.bitmaps = Compose(cues, options_.plane, colors);
 }
 
 std::vector<Letters> Renderer::Prepared(const Cue &cue, Drawn &drawn)
@@ -254,29 +252,38 @@ std::vector<Letters> Renderer::Prepared(const Cue &cue, Drawn &drawn)
     return lines;
 }
 
-Drawn Renderer::Draw(const std::vector<const Cue *> &cues)
+Renderer::Plan Renderer::LayOut(const std::vector<const Cue *> &cues)
 {
     std::map<int, std::vector<Rect>> taken; // by layer
-    Drawn drawn;
+    Plan plan;
 
-    DrawBitmaps(cues, drawn);
+    LayOutBitmaps(cues, plan);
     for (const Cue *const cue : cues) {
-        const std::vector<Letters> lines = Prepared(*cue, drawn);
+        const std::vector<Letters> lines = Prepared(*cue, plan.drawn);
         auto next = lines.begin();
         for (const Block &block : cue->blocks) {
             const auto first = next;
             next += std::ptrdiff_t(block.lines.size());
-            Layout layout = LayOut(block, {first, next}, drawn);
+            Layout layout = LayOut(block, {first, next}, plan.drawn);
             if (layout.rows.empty()) continue;
-            const Rect window = MakeRoom(block, PlaceOf(block, layout), taken[cue->layer], drawn);
+            const Rect window = MakeRoom(block, PlaceOf(block, layout), taken[cue->layer], plan.drawn);
             layout.rect.x = window.x;
             layout.rect.y = Bottom(window) - layout.rect.height; // a roll-up's rows stand at its bottom
-            DrawRows(block, layout);
             taken[cue->layer].push_back(window);
-            drawn.blocks.push_back(layout.rect);
-            drawn.lines += layout.rows.size();
+            plan.drawn.blocks.push_back(layout.rect);
+            plan.drawn.lines += layout.rows.size();
+            plan.blocks.emplace_back(&block, std::move(layout));
         }
     }
+    return plan;
+}
+
+Drawn Renderer::Draw(const Plan &plan)
+{
+    Drawn drawn = plan.drawn;
+
+    for (const Rect &rect : drawn.bitmaps) display_.Copy(*plan.bitmaps, rect);
+    for (const auto &[block, layout] : plan.blocks) DrawRows(*block, layout);
     if (display_.RanOutOfColors()) {
         drawn.notices.push_back(
             "it has more colours than a palette holds, so some are drawn in one that is near");

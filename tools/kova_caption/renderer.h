@@ -2,13 +2,16 @@
 #ifndef KOVA_CAPTION_RENDERER_H
 #define KOVA_CAPTION_RENDERER_H
 
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cue.h"
 #include "display.h"
 #include "fonts.h"
 #include "options.h"
+#include "picture.h"
 #include "wrap.h"
 
 namespace caption
@@ -26,14 +29,6 @@ Rect Bounds(const Drawn &drawn);
 
 class Renderer
 {
-public:
-    Renderer(const Options &options, Display &display, Fonts &fonts);
-
-    // Draws cues that are shown together, in this order; those of cue.h's Screen are. Lines that are too wide
-    // are broken. Lines that do not fit the height are left out from the end, and counted. Clears nothing.
-    Drawn Draw(const std::vector<const Cue *> &cues);
-
-private:
     struct Row {
         std::vector<Piece> pieces; // from left to right
         std::vector<int> widths;   // theirs
@@ -48,7 +43,30 @@ private:
         int windowHeight = 0; // of a roll-up's window, whose last rows these are; of the rows elsewhere
     };
 
-    void DrawBitmaps(const std::vector<const Cue *> &cues, Drawn &drawn);
+public:
+    // Cues laid out and measured, so that drawing them takes no longer than it must. Good as long as the cues
+    // stay where they are.
+    struct Plan {
+        std::vector<std::pair<const Block *, Layout>> blocks;
+        std::optional<Picture> bitmaps; // as large as the plane
+        Drawn drawn;                    // what will be
+    };
+
+    Renderer(const Options &options, Display &display, Fonts &fonts);
+
+    // Of cues that are shown together, in this order; those of cue.h's Screen are. Lines that are too wide
+    // are broken. Lines that do not fit the height are left out from the end, and counted. Draws nothing.
+    Plan LayOut(const std::vector<const Cue *> &cues);
+
+    // Clears nothing.
+    Drawn Draw(const Plan &plan);
+    Drawn Draw(const std::vector<const Cue *> &cues)
+    {
+        return Draw(LayOut(cues));
+    }
+
+private:
+    void LayOutBitmaps(const std::vector<const Cue *> &cues, Plan &plan) const;
     std::vector<Letters> Prepared(const Cue &cue, Drawn &drawn);
     int WidthOf(const Letters &letters, Span span, int enough);
     Row MakeRow(const Letters &letters, Span span);
