@@ -1,5 +1,7 @@
 #include "utf8.h"
 
+#include <unistr.h>
+
 namespace caption
 {
 
@@ -39,6 +41,14 @@ std::vector<Character> Characters(const std::string &text)
                   : characters.back().text.size();
     }
     return characters;
+}
+
+std::string Utf8(char32_t code)
+{
+    std::uint8_t bytes[6];
+    const int length = u8_uctomb(bytes, code, sizeof bytes);
+
+    return length > 0 ? std::string(bytes, bytes + length) : "\xEF\xBF\xBD";
 }
 
 bool IsInvisible(char32_t code)

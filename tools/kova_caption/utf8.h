@@ -17,6 +17,9 @@ struct Character {
 // Malformed bytes become U+FFFD each.
 std::vector<Character> Characters(const std::string &text);
 
+// The UTF-8 of a character; of U+FFFD for what is none.
+std::string Utf8(char32_t code);
+
 // Takes no room and shows nothing: joiners, direction marks, variation selectors, byte order marks.
 bool IsInvisible(char32_t code);
 
