@@ -73,7 +73,7 @@ static void MeasureMode(std::size_t mode, const Options &options, Fonts &fonts, 
 
     note("clear the plane", [&] { display.Clear(); });
     note("measure a line", [&] { display.Width(piece, options.TextHeight()); });
-    note("flip", [&] { display.Release(); });
+    note("flip", [&] { display.Flip(); });
     for (std::size_t i = 0; i < std::size(g_edges); ++i) {
         Options each = options;
         each.edge = g_edges[i].value;
@@ -139,6 +139,8 @@ void Bench(const Options &options, bool json, std::FILE *out)
     }
     std::fprintf(out, "Layer 1, a plane of %dx%d, text %d pixels high; DirectFB with %s\n",
                  options.plane.width, options.plane.height, options.TextHeight(), std::getenv("DFBARGS"));
+    std::fprintf(
+        out, "argb is a 32-bit plane in place of the window, which DirectFB does not bring to the screen\n");
     PrintTable("captions per second", results.captions, true, out);
     PrintTable("microseconds", results.operations, false, out);
 }
