@@ -3,23 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
-#include <map>
-#include <memory>
-
-#include <pixman.h>
-
-#include "failure.h"
+#include <unordered_map>
 
 namespace caption
 {
-
-namespace
-{
-
-using Image = std::unique_ptr<pixman_image_t, int (*)(pixman_image_t *)>;
-
-} // namespace
 
 static int Part(int value, int plane, int canvas)
 {
@@ -36,193 +23,151 @@ Rect PlaceOnPlane(const Bitmap &bitmap, Size canvas, Size plane)
     return {left, top, std::max(right - left, 1), std::max(bottom - top, 1)};
 }
 
-static Image MakeImage(Size size)
+static Picture PictureOf(const Bitmap &bitmap)
 {
-    Image image(pixman_image_create_bits(PIXMAN_a8r8g8b8, size.width, size.height, nullptr, 0),
-                pixman_image_unref);
-
-    if (!image) throw Failure("a picture of the subtitles is too large; is memory short?");
-    return image;
-}
-
-static std::uint32_t *Row(const Image &image, int y)
-{
-    return pixman_image_get_data(image.get()) + std::ptrdiff_t(y) * pixman_image_get_stride(image.get()) / 4;
-}
-
-// Multiplied by its opacity, as everything is that is averaged.
-static std::uint32_t Packed(Color color)
-{
-    const auto times = [&](unsigned value) { return (value * color.alpha + 127) / 255; };
-
-    return std::uint32_t(color.alpha) << 24 | times(color.red) << 16 | times(color.green) << 8 |
-           times(color.blue);
-}
-
-static Image ImageOf(const Bitmap &bitmap)
-{
-    Image image = MakeImage(bitmap.size);
+    Picture picture(bitmap.size);
+    std::size_t next = 0;
 
     for (int y = 0; y < bitmap.size.height; ++y) {
-        std::uint32_t *const row = Row(image, y);
-        const std::uint8_t *const indexes = bitmap.indexes.data() + std::ptrdiff_t(y) * bitmap.size.width;
-        for (int x = 0; x < bitmap.size.width; ++x) row[x] = Packed(bitmap.palette[indexes[x]]);
+        for (int x = 0; x < bitmap.size.width; ++x) {
+            const Color &color = bitmap.palette[bitmap.indexes[next++]];
+            picture.At(x, y) = {color.red, color.green, color.blue, color.alpha};
+        }
     }
-    return image;
-}
-
-static void LayOver(const Image &target, const Bitmap &bitmap, Rect place)
-{
-    const Image image = ImageOf(bitmap);
-
-    if (place.width != bitmap.size.width || place.height != bitmap.size.height) {
-        const pixman_fixed_t across = pixman_double_to_fixed(double(bitmap.size.width) / place.width);
-        const pixman_fixed_t down = pixman_double_to_fixed(double(bitmap.size.height) / place.height);
-        pixman_transform_t scale;
-        int count = 0;
-        // Averages what shrinks and interpolates what grows.
-        const std::unique_ptr<pixman_fixed_t, void (*)(void *)> kernel(
-            pixman_filter_create_separable_convolution(&count, across, down, PIXMAN_KERNEL_CUBIC,
-                                                       PIXMAN_KERNEL_CUBIC, PIXMAN_KERNEL_BOX,
-                                                       PIXMAN_KERNEL_BOX, 4, 4),
-            std::free);
-        pixman_transform_init_scale(&scale, across, down);
-        pixman_image_set_transform(image.get(), &scale);
-        pixman_image_set_filter(image.get(), PIXMAN_FILTER_SEPARABLE_CONVOLUTION, kernel.get(), count);
-    }
-    pixman_image_composite32(PIXMAN_OP_OVER, image.get(), nullptr, target.get(), 0, 0, 0, 0, place.x, place.y,
-                             place.width, place.height);
+    return picture;
 }
 
 namespace
 {
 
-using Channels = std::array<int, 4>; // of a multiplied colour, from blue to alpha
+using Channels = std::array<int, 4>;
 
 // A colour of the picture, and how often it is there.
 struct Shade {
-    Channels channels;
-    std::uint32_t packed;
-    std::uint64_t count;
+    Pixel pixel;
+    Channels channels; // opacity, and the colour multiplied by it: how different two shades look
+    double count;
 };
 
-struct Box {
-    std::vector<Shade>::iterator begin;
-    std::vector<Shade>::iterator end;
-    std::size_t widest = 0; // the channel in which it should be cut
-    double gain = 0;        // and how much there is to win
+using Shades = std::vector<Shade>;
 
-    Box(std::vector<Shade>::iterator first, std::vector<Shade>::iterator last) : begin(first), end(last)
+// Shades that may become one.
+struct Box {
+    Shades::iterator begin;
+    Shades::iterator end;
+    std::size_t widest = 0; // the channel in which they differ most
+    int middle = 0;         // of that channel
+    double gain = 0;        // what cutting there is worth
+
+    Box(Shades::iterator first, Shades::iterator last) : begin(first), end(last)
     {
         double count = 0;
-        for (auto shade = begin; shade != end; ++shade) count += double(shade->count);
+        for (auto shade = begin; shade != end; ++shade) count += shade->count;
         for (std::size_t channel = 0; channel < 4; ++channel) {
-            const auto bounds = std::minmax_element(begin, end, [&](const Shade &one, const Shade &other) {
+            const auto less = [channel](const Shade &one, const Shade &other) {
                 return one.channels[channel] < other.channels[channel];
-            });
-            const double range = bounds.second->channels[channel] - bounds.first->channels[channel];
+            };
+            const auto [low, high] = std::minmax_element(begin, end, less);
+            const double range = high->channels[channel] - low->channels[channel];
             // Few pixels far apart matter as much as many that are near.
-            if (range * range * std::sqrt(count) > gain) {
-                gain = range * range * std::sqrt(count);
-                widest = channel;
-            }
+            if (range * range * std::sqrt(count) <= gain) continue;
+            gain = range * range * std::sqrt(count);
+            widest = channel;
+            middle = (low->channels[channel] + high->channels[channel]) / 2;
         }
+    }
+};
+
+struct Hash {
+    std::size_t operator()(const Pixel &pixel) const
+    {
+        return std::size_t(pixel.alpha) << 24 | std::size_t(pixel.red) << 16 | std::size_t(pixel.green) << 8 |
+               pixel.blue;
     }
 };
 
 } // namespace
 
-static std::uint32_t Average(const Box &box)
+static Shades ShadesOf(const Picture &picture)
 {
-    std::array<std::uint64_t, 4> sums = {};
-    std::uint64_t count = 0;
-    std::uint32_t packed = 0;
+    std::unordered_map<Pixel, double, Hash> counts;
+    Shades shades;
 
+    for (int y = 0; y < picture.size().height; ++y) {
+        for (int x = 0; x < picture.size().width; ++x) {
+            if (picture.At(x, y).alpha > 0) ++counts[picture.At(x, y)];
+        }
+    }
+    for (const auto &[pixel, count] : counts) {
+        const auto times = [alpha = pixel.alpha](int value) { return value * alpha / 255; };
+        shades.push_back(
+            {pixel, {pixel.alpha, times(pixel.red), times(pixel.green), times(pixel.blue)}, count});
+    }
+    // In an order of their own, so that the same picture always becomes the same.
+    const auto key = [](const Shade &shade) { return Hash()(shade.pixel); };
+    std::sort(shades.begin(), shades.end(),
+              [&](const Shade &one, const Shade &other) { return key(one) < key(other); });
+    return shades;
+}
+
+static Pixel Average(const Box &box)
+{
+    std::array<double, 4> sums = {};
+    double count = 0;
+
+    if (box.end - box.begin == 1) return box.begin->pixel;
     for (auto shade = box.begin; shade != box.end; ++shade) {
-        for (std::size_t i = 0; i < 4; ++i) sums[i] += std::uint64_t(shade->channels[i]) * shade->count;
+        for (std::size_t i = 0; i < sums.size(); ++i) sums[i] += shade->channels[i] * shade->count;
         count += shade->count;
     }
-    for (std::size_t i = 0; i < 4; ++i) packed |= std::uint32_t((sums[i] + count / 2) / count) << 8 * i;
-    return packed;
+    const auto mean = [&](double sum) { return std::uint8_t(std::lround(sum / count)); };
+    return Unpremultiply({mean(sums[1]), mean(sums[2]), mean(sums[3]), mean(sums[0])});
 }
 
-// The box with the most to win is cut where it is widest, in the middle of its range, until there are enough.
-static std::map<std::uint32_t, std::uint32_t> Reduce(std::vector<Shade> &shades, std::size_t most)
+// The box with the most to win is cut in the middle of its widest channel, until there are as many as may be.
+static void Reduce(Picture &picture, std::size_t mostColors)
 {
-    std::vector<Box> boxes{Box(shades.begin(), shades.end())};
-    std::map<std::uint32_t, std::uint32_t> replacements;
+    Shades shades = ShadesOf(picture);
+    std::unordered_map<Pixel, Pixel, Hash> replacements;
+    if (shades.size() <= mostColors) return;
 
-    while (boxes.size() < most) {
-        const auto largest =
-            std::max_element(boxes.begin(), boxes.end(),
-                             [](const Box &one, const Box &other) { return one.gain < other.gain; });
-        if (largest->gain == 0) break;
-        const Box box = *largest;
-        const std::size_t channel = box.widest;
-        const auto bounds =
-            std::minmax_element(box.begin, box.end, [channel](const Shade &one, const Shade &other) {
-                return one.channels[channel] < other.channels[channel];
-            });
-        const int middle = (bounds.first->channels[channel] + bounds.second->channels[channel]) / 2;
+    std::vector<Box> boxes{Box(shades.begin(), shades.end())};
+    while (boxes.size() < mostColors) {
+        const auto best = std::max_element(boxes.begin(), boxes.end(), [](const Box &one, const Box &other) {
+            return one.gain < other.gain;
+        });
+        if (best->gain <= 0) break;
+        const Box box = *best;
         const auto cut = std::partition(
-            box.begin, box.end, [&](const Shade &shade) { return shade.channels[channel] <= middle; });
-        *largest = Box(box.begin, cut);
-        boxes.push_back(Box(cut, box.end));
+            box.begin, box.end, [&](const Shade &shade) { return shade.channels[box.widest] <= box.middle; });
+        *best = Box(box.begin, cut);
+        boxes.emplace_back(cut, box.end);
     }
     for (const Box &box : boxes) {
-        const std::uint32_t average = Average(box);
-        for (auto shade = box.begin; shade != box.end; ++shade) replacements[shade->packed] = average;
+        for (auto shade = box.begin; shade != box.end; ++shade) replacements[shade->pixel] = Average(box);
     }
-    return replacements;
-}
-
-static Pixel Straight(std::uint32_t packed)
-{
-    return Unpremultiply({std::uint8_t(packed >> 16), std::uint8_t(packed >> 8), std::uint8_t(packed),
-                          std::uint8_t(packed >> 24)});
-}
-
-static Pixel PixelOf(Color color)
-{
-    return {color.red, color.green, color.blue, color.alpha};
+    for (int y = 0; y < picture.size().height; ++y) {
+        for (int x = 0; x < picture.size().width; ++x) {
+            Pixel &pixel = picture.At(x, y);
+            if (pixel.alpha > 0) pixel = replacements.at(pixel);
+        }
+    }
 }
 
 Picture Compose(const std::vector<const Cue *> &cues, Size plane, std::size_t mostColors)
 {
-    const Image image = MakeImage(plane);
-    std::map<std::uint32_t, std::uint64_t> counts;
-    std::map<std::uint32_t, Color> originals; // which multiplying would round
-    std::vector<Shade> shades;
     Picture picture(plane);
 
     for (const Cue *const cue : cues) {
         for (const Bitmap &bitmap : cue->bitmaps) {
-            LayOver(image, bitmap, PlaceOnPlane(bitmap, cue->canvas, plane));
-            for (const Color &color : bitmap.palette) originals[Packed(color)] = color;
+            const Rect place = PlaceOnPlane(bitmap, cue->canvas, plane);
+            const Size size = {place.width, place.height};
+            const Picture original = PictureOf(bitmap);
+            PasteEnlarged(picture, size == bitmap.size ? original : Scaled(original, size), place.x, place.y,
+                          1);
         }
     }
-    for (int y = 0; y < plane.height; ++y) {
-        for (int x = 0; x < plane.width; ++x) {
-            if (Row(image, y)[x] >> 24) ++counts[Row(image, y)[x]];
-        }
-    }
-    for (const auto &[packed, count] : counts) {
-        shades.push_back(
-            {{int(packed & 255), int(packed >> 8 & 255), int(packed >> 16 & 255), int(packed >> 24)},
-             packed,
-             count});
-    }
-    if (shades.empty()) return picture;
-    const std::map<std::uint32_t, std::uint32_t> replacements = Reduce(shades, mostColors);
-    for (int y = 0; y < plane.height; ++y) {
-        for (int x = 0; x < plane.width; ++x) {
-            const auto found = replacements.find(Row(image, y)[x]);
-            if (found == replacements.end()) continue;
-            const auto original = originals.find(found->second);
-            picture.At(x, y) =
-                original == originals.end() ? Straight(found->second) : PixelOf(original->second);
-        }
-    }
+    Reduce(picture, mostColors);
     return picture;
 }
 

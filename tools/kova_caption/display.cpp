@@ -43,10 +43,10 @@ Display::Display(const Options &options) : options_(options), edge_(options.edge
     init.eLayer = options.layer;
     init.uiPlaneWidth = width;
     init.uiPlaneHeight = height;
-    init.bColor32Bit = options.mode == ColorMode::ARGB;
+    init.bColor32Bit = options.Mode() == ColorMode::ARGB;
     // The window of layer 1 is ARGB in this mode alone, and a 32-bit plane keeps the window that is there.
-    init.bTextDisp_Palette = options.mode == ColorMode::PALETTE ||
-                             (options.mode == ColorMode::ARGB && options.layer == KOVA_GRAPHIC_LAYER1);
+    init.bTextDisp_Palette = options.Mode() == ColorMode::PALETTE ||
+                             (options.Mode() == ColorMode::ARGB && options.layer == KOVA_GRAPHIC_LAYER1);
 
     {
         const QuietStart quiet;
@@ -65,7 +65,8 @@ Display::Display(const Options &options) : options_(options), edge_(options.edge
     KovaTextContextParam_t context = {width, height, width, height, 0, 0, width, height};
     context_ = Kova_TextDisp_CreateContext(display_, &context);
     Kova_TextDisp_SetActive(display_, context_, 1);
-    if (options.mode == ColorMode::ARGB) display_->Create32BitPlane(display_, context_, 0, 0, width, height);
+    if (options.Mode() == ColorMode::ARGB)
+        display_->Create32BitPlane(display_, context_, 0, 0, width, height);
     try {
         readback_ = std::make_unique<Readback>(options);
     } catch (...) {
@@ -87,12 +88,12 @@ Display::~Display()
 
 bool Display::HasPalette() const
 {
-    return options_.mode != ColorMode::ARGB;
+    return options_.Mode() != ColorMode::ARGB;
 }
 
 bool Display::CanCopy() const
 {
-    return options_.mode == ColorMode::INDEX;
+    return options_.Mode() == ColorMode::INDEX;
 }
 
 static int Distance(Color one, Color other)
@@ -244,8 +245,8 @@ void Display::Draw(const Piece &piece, int height, int x, int y)
     const int baseline = y + ReachOf(*piece.face, height).ascent;
     std::vector<kova_uint8> lengths;
     const auto portions = Portions(piece.text, lengths);
-    const auto drawStroke = [&](Stroke stroke) {
-        DrawStroke(piece, {x, baseline + stroke.top, Width(piece, height), stroke.thickness});
+    const auto drawStroke = [&, left = x](Stroke stroke) {
+        DrawStroke(piece, {left, baseline + stroke.top, Width(piece, height), stroke.thickness});
     };
 
     if (piece.style.color && piece.style.color->alpha == 0) return; // DirectFB would draw it opaque
@@ -258,7 +259,6 @@ void Display::Draw(const Piece &piece, int height, int x, int y)
         kova_uint32 width = 0;
         display_->DrawString(display_, context_, portions[i].data(), lengths[i], kova_uint32(x),
                              kova_uint32(y), KOVA_TEXT_UTF8, KOVA_TEXT_TOPLEFT);
-        flipped_ = true;
         display_->GetStringWidth(display_, context_, portions[i].data(), lengths[i], KOVA_TEXT_UTF8, &width);
         x += int(width);
     }
@@ -291,7 +291,6 @@ void Display::Fill(Rect rect, Color color)
 
     if (seen.width <= 0 || seen.height <= 0) return;
     display_->FillRect(display_, context_, &filled, Value(CanCopy() ? color : Multiplied(color)));
-    flipped_ = false;
 }
 
 void Display::Copy(const Picture &picture, Rect rect)
@@ -313,7 +312,6 @@ void Display::Copy(const Picture &picture, Rect rect)
     }
     display_->DrawPixel(display_, context_, indexes.data(), kova_uint32(seen.x), kova_uint32(seen.y),
                         kova_uint32(seen.width), kova_uint32(seen.height), kova_uint32(seen.width));
-    flipped_ = true;
 }
 
 // Colours stay in their entries as long as there is room for more: in index mode what is on the screen would
@@ -327,27 +325,17 @@ void Display::Clear()
 
 void Display::Hold()
 {
-    if (options_.layer != KOVA_GRAPHIC_LAYER1) display_->SetFlip(display_, 0);
+    display_->SetFlip(display_, 0);
 }
 
 void Display::Release()
 {
-    if (options_.layer != KOVA_GRAPHIC_LAYER1) {
-        display_->SetFlip(display_, 1);
-    } else if (!flipped_) {
-        Flip();
-    }
-}
-
-void Display::Flip()
-{
-    display_->Flip(display_, context_);
-    flipped_ = true;
+    display_->SetFlip(display_, 1);
 }
 
 Picture Display::Present()
 {
-    Flip();
+    display_->Flip(display_, context_);
     return readback_->Presented();
 }
 

@@ -20,46 +20,6 @@ namespace caption
 
 static const char g_escape[] = "\x1B";
 
-// The handlers stand while it lives. What they catch goes through a pipe, so that no signal falls between the
-// look at a flag and the wait, whichever thread it reaches.
-class Keys::Signals
-{
-public:
-    Signals()
-    {
-        struct sigaction noted = {};
-
-        if (pipe2(ends_, O_CLOEXEC | O_NONBLOCK) != 0) return;
-        noted.sa_handler = [](int signal) {
-            const int before = errno;
-            const auto number = static_cast<unsigned char>(signal);
-            if (write(ends_[1], &number, 1) < 0) errno = before; // full: one is noted already
-        };
-        for (std::size_t i = 0; i < std::size(signals); ++i) sigaction(signals[i], &noted, &before_[i]);
-    }
-    ~Signals()
-    {
-        for (std::size_t i = 0; i < std::size(signals); ++i) sigaction(signals[i], &before_[i], nullptr);
-        close(ends_[0]);
-        close(ends_[1]);
-    }
-
-    int File() const
-    {
-        return ends_[0];
-    }
-    void Read() const
-    {
-        unsigned char number = 0;
-        if (read(ends_[0], &number, 1) == 1) throw Interrupted{number};
-    }
-
-private:
-    static constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
-    static inline int ends_[2] = {-1, -1};
-    struct sigaction before_[std::size(signals)] = {};
-};
-
 // Keys one by one and unseen. Ctrl-C still ends; Ctrl-Z and Ctrl-\ would leave the terminal as it is here.
 class Keys::Terminal
 {
@@ -189,7 +149,7 @@ private:
 };
 
 Keys::Keys(bool window)
-    : signals_(std::make_unique<Signals>()), terminal_(std::make_unique<Terminal>()),
+    : signals_(std::make_unique<StopSignals>()), terminal_(std::make_unique<Terminal>()),
       window_(window ? std::make_unique<Window>() : nullptr)
 {
 }

@@ -6,17 +6,14 @@
 #include <memory>
 #include <optional>
 
+#include "stop_signals.h"
+
 namespace caption
 {
 
 using SteadyTime = std::chrono::steady_clock::time_point;
 
 enum class Key { PAUSE, BACK, FORWARD, END };
-
-// A signal asked the tool to end. Thrown so that everything is put back first; then it is raised again.
-struct Interrupted {
-    int signal;
-};
 
 class Keys
 {
@@ -35,9 +32,8 @@ public:
 private:
     class Terminal;
     class Window;
-    class Signals;
 
-    std::unique_ptr<Signals> signals_;
+    std::unique_ptr<StopSignals> signals_;
     std::unique_ptr<Terminal> terminal_;
     std::unique_ptr<Window> window_;
 };

@@ -8,7 +8,7 @@
 
 #include "commands/command.h"
 #include "failure.h"
-#include "keys.h"
+#include "stop_signals.h"
 
 namespace
 {

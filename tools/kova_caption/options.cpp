@@ -51,7 +51,7 @@ std::int64_t ParseTime(const std::string &option, const std::string &text)
 
 void Check(const Options &options)
 {
-    if (options.mode == ColorMode::ARGB && options.layer == KOVA_GRAPHIC_LAYER1) {
+    if (options.Mode() == ColorMode::ARGB && options.layer == KOVA_GRAPHIC_LAYER1) {
         throw Failure(
             "--mode argb: layer 1 has no 32-bit colours; use --mode palette there, or --layer 2 or 3");
     }

@@ -60,6 +60,12 @@ Pixel Unpremultiply(Pixel pixel);
 // The picture laid over one colour, opaque afterwards.
 Picture Over(const Picture &picture, Color background);
 
+// The part that begins at the top left corner.
+Picture Corner(const Picture &picture, Size size);
+
+// Pixels are averaged where it becomes smaller, and interpolated where it becomes larger.
+Picture Scaled(const Picture &picture, Size size);
+
 // The source, each pixel a square of `scale` pixels, laid over what is at (x, y).
 void PasteEnlarged(Picture &target, const Picture &source, int x, int y, int scale);
 

@@ -93,8 +93,7 @@ private:
     std::vector<Change> changes_;
     const Playback playback_;
     std::FILE *const out_;
-    const bool limited_; // in how often it flips
-    const bool ahead_;   // the next change is drawn before its time, unseen
+    const bool ahead_; // the next change is drawn before its time, unseen
     Stage stage_;
     Keys keys_;
     Clock clock_;
@@ -123,8 +122,8 @@ static std::vector<Change> Changes(const std::vector<Screen> &screens)
 
 Player::Player(const std::vector<Cue> &cues, const Playback &playback, const Options &options, std::FILE *out)
     : cues_(cues), screens_(Screens(cues)), changes_(Changes(screens_)), playback_(playback), out_(out),
-      limited_(options.layer != KOVA_GRAPHIC_LAYER1), ahead_(limited_ && options.mode != ColorMode::INDEX),
-      stage_(options), keys_(!options.headless), clock_(playback.speed)
+      ahead_(options.layer != KOVA_GRAPHIC_LAYER1 && options.mode != ColorMode::INDEX), stage_(options),
+      keys_(!options.headless), clock_(playback.speed)
 {
     if (changes_.empty() || changes_.back().time <= playback.start) {
         throw Failure("--start " + Timestamp(playback.start) +
@@ -168,12 +167,13 @@ void Player::Prepare()
         for (const std::size_t cue : changes_[next_].screen->cues) cues.push_back(&cues_[cue]);
     }
     plan_ = stage_.renderer.LayOut(cues);
-    if (ahead_) Draw();
+    if (!ahead_) return;
+    stage_.display.Hold();
+    Draw();
 }
 
 void Player::Draw()
 {
-    stage_.display.Hold();
     stage_.display.Clear();
     stage_.renderer.Draw(plan_);
 }
@@ -187,9 +187,9 @@ void Player::Show()
     }
     if (next_ != due) Prepare();
 
-    if (!ahead_) Draw();
     // Of two flips within 16 ms the library would make the second later, while the next picture is drawn.
-    if (limited_) std::this_thread::sleep_until(flipped_ + 17ms);
+    if (ahead_) std::this_thread::sleep_until(flipped_ + 17ms);
+    if (!ahead_) Draw();
     stage_.display.Release();
     flipped_ = std::chrono::steady_clock::now();
 
@@ -259,7 +259,7 @@ void Play(const SourceOptions &source, const Playback &playback, const Options &
         std::fprintf(stderr, "kova-caption: %s.\n", notice.c_str());
     }
 
-    Player player(subtitles.cues, playback, options, out);
+    Player player(subtitles.cues, playback, FitTo(subtitles.cues, options), out);
     try {
         player.Run();
     } catch (const Interrupted &) {

@@ -1,17 +1,37 @@
 #include "snapshot.h"
 
-#include <cstdlib>
+#include <algorithm>
 #include <set>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "failure.h"
 #include "picture.h"
+#include "progress.h"
+#include "remarks.h"
 #include "stage.h"
-#include "subtitles.h"
+#include "stop_signals.h"
 #include "timestamp.h"
 
 namespace caption
 {
+
+using Json = nlohmann::ordered_json;
+
+namespace
+{
+
+// What becomes one picture.
+struct Scene {
+    std::string file;
+    std::string name; // for remarks
+    std::int64_t start;
+    std::int64_t end;
+    std::vector<const Cue *> cues;
+};
+
+} // namespace
 
 static void MakeFolder(const std::filesystem::path &folder)
 {
@@ -23,64 +43,118 @@ static void MakeFolder(const std::filesystem::path &folder)
     }
 }
 
-static void Advise(std::size_t number, const std::string &text)
+static std::vector<Scene> OneACue(const std::vector<Cue> &cues)
 {
-    std::fprintf(stderr, "kova-caption: cue %zu: %s.\n", number, text.c_str());
+    std::vector<Scene> scenes;
+
+    for (const Cue &cue : cues) {
+        char file[32];
+        std::snprintf(file, sizeof file, "%04zu.png", scenes.size() + 1);
+        const std::string name = "cue " + std::to_string(scenes.size() + 1);
+        scenes.push_back({file, name, cue.start, cue.end, {&cue}});
+    }
+    return scenes;
 }
 
-static std::string MissingCharacters(const std::set<char32_t> &missing, std::set<char32_t> &told)
+static Scene SceneAt(const std::vector<Cue> &cues, std::int64_t time)
 {
-    std::string list;
+    const std::string moment = Timestamp(time);
+    std::string file = "at-" + moment + ".png";
+    std::string next;
 
-    for (const char32_t code : missing) {
-        if (!told.insert(code).second) continue;
-        char name[16];
-        std::snprintf(name, sizeof name, " U+%04X", unsigned(code));
-        list += name;
+    for (const Screen &screen : Screens(cues)) {
+        if (next.empty() && screen.start > time)
+            next = "; the next caption begins at " + Timestamp(screen.start);
+        if (time < screen.start || time >= screen.end) continue;
+        Scene scene = {"", moment, screen.start, screen.end, {}};
+        std::replace(file.begin(), file.end(), ':', '-'); // which not every file system allows
+        scene.file = file;
+        for (const std::size_t cue : screen.cues) scene.cues.push_back(&cues[cue]);
+        return scene;
+    }
+    throw Failure("--at " + moment + ": nothing is shown then" +
+                  (next.empty() ? "; the last caption is gone" : next));
+}
+
+static std::string TextOf(const Scene &scene, const char *separator)
+{
+    std::string text;
+
+    for (const Cue *const cue : scene.cues) {
+        for (const Block &block : cue->blocks) {
+            for (const Line &line : block.lines) text += (text.empty() ? "" : separator) + PlainText(line);
+        }
+    }
+    return text;
+}
+
+static Json Listed(const std::vector<Rect> &rects)
+{
+    Json list = Json::array();
+
+    for (const Rect &rect : rects) {
+        list.push_back({{"x", rect.x}, {"y", rect.y}, {"width", rect.width}, {"height", rect.height}});
     }
     return list;
 }
 
-void Snapshot(const SourceOptions &source, const std::filesystem::path &folder, const Options &options,
-              std::FILE *listing)
+static Json Listed(const Scene &scene, const Drawn &drawn, const std::vector<std::string> &remarks)
+{
+    return {
+        {"file", scene.file},          {"start_ms", scene.start},        {"end_ms", scene.end},
+        {"text", TextOf(scene, "\n")}, {"blocks", Listed(drawn.blocks)}, {"bitmaps", Listed(drawn.bitmaps)},
+        {"notices", remarks}};
+}
+
+static std::string Listed(const Scene &scene, const Drawn &drawn)
+{
+    const Rect bounds = Bounds(drawn);
+
+    return scene.file + "  " + Timestamp(scene.start) + " --> " + Timestamp(scene.end) + "  " +
+           std::to_string(bounds.width) + "x" + std::to_string(bounds.height) + "  " + TextOf(scene, " / ");
+}
+
+void Snapshot(const SnapshotOptions &snapshot, const Options &options, std::FILE *listing)
 {
     // Whatever can be refused is refused before anything is made.
-    const std::vector<Cue> cues = ReadSubtitles(source).cues;
-    Stage stage(options);
-    MakeFolder(folder);
+    const Subtitles subtitles = ReadSubtitles(snapshot.source);
+    const std::vector<Scene> scenes =
+        snapshot.at ? std::vector<Scene>{SceneAt(subtitles.cues, *snapshot.at)} : OneACue(subtitles.cues);
+    Stage stage(FitTo(subtitles.cues, options));
+    const StopSignals signals;
+    MakeFolder(snapshot.folder);
+    const Progress progress(scenes.size());
+    Remarks remarks;
+    Json pictures = Json::array();
 
-    std::set<char32_t> told;
-    std::size_t number = 0;
-    for (const Cue &cue : cues) {
-        char name[32];
-        std::snprintf(name, sizeof name, "%04zu.png", ++number);
+    for (const std::string &notice : subtitles.notices) Say(notice);
+    for (std::size_t i = 0; i < scenes.size(); ++i) {
+        const Scene &scene = scenes[i];
 
-        stage.display.Clear();
-        const Drawn drawn = stage.renderer.Draw({&cue});
-        if (drawn.lines == 0 && drawn.bitmaps.empty()) {
-            throw Failure("--height " + std::to_string(options.TextHeight()) +
-                          ": a line of text finds no room " + "on a plane " +
-                          std::to_string(options.plane.height) + " pixels high; choose a smaller one");
+        signals.Read();
+        progress.Show(i);
+        Drawn drawn;
+        const Picture picture = Shoot(stage, scene.cues, drawn);
+        WritePng(options.background ? Over(picture, *options.background) : picture,
+                 snapshot.folder / scene.file);
+        const std::vector<std::string> said = remarks.On(drawn, stage.fonts);
+        progress.Hide();
+        if (snapshot.json) {
+            pictures.push_back(Listed(scene, drawn, said));
+        } else {
+            std::fprintf(listing, "%s\n", Listed(scene, drawn).c_str());
+            std::fflush(listing);
         }
-        const Picture picture = stage.display.Present();
-        WritePng(options.background ? Over(picture, *options.background) : picture, folder / name);
-
-        std::fprintf(listing, "%s  %s --> %s  %dx%d  %s\n", name, Timestamp(cue.start).c_str(),
-                     Timestamp(cue.end).c_str(), Bounds(drawn).width, Bounds(drawn).height,
-                     PlainText(cue).c_str());
-        std::fflush(listing);
-
-        if (drawn.left > 0) {
-            Advise(number, std::to_string(drawn.left) + " of " + std::to_string(drawn.left + drawn.lines) +
-                               " lines found no room and are left out; a smaller --height shows more");
-        }
-        for (const std::string &notice : drawn.notices) Advise(number, notice);
-        const std::string missing = MissingCharacters(stage.fonts.Missing(), told);
-        if (!missing.empty()) {
-            Advise(number, "no font here has" + missing + "; name one that has with --font FILE");
-        }
+        for (const std::string &remark : said) Say(scene.name + ": " + remark);
     }
     stage.display.Clear();
+    if (!snapshot.json) return;
+    const Json whole = {{"source", snapshot.source.file},
+                        {"plane", {{"width", options.plane.width}, {"height", options.plane.height}}},
+                        {"notices", subtitles.notices},
+                        {"pictures", pictures}};
+    // A name of a file may be no UTF-8.
+    std::fprintf(listing, "%s\n", whole.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
 }
 
 } // namespace caption

@@ -22,9 +22,10 @@ struct Command {
 };
 
 // Each stands in a file of its own, with its options, its help and its examples.
-Command AddBench(CLI::App &tool);
+Command AddCoverage(CLI::App &tool);
 Command AddEdges(CLI::App &tool);
 Command AddPlay(CLI::App &tool);
+Command AddSheet(CLI::App &tool);
 Command AddSnapshot(CLI::App &tool);
 
 // Every command, in the order in which the help lists them.

@@ -2,6 +2,7 @@
 #ifndef KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
 #define KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
 
+#include <map>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -13,23 +14,22 @@ namespace caption
 {
 
 // The words are looked up by hand: CLI11 would take the numbers behind them too.
-template <class Value, std::size_t count>
-void AddChoice(CLI::App &command, const std::string &name, Value &value, const std::string &preset,
-               const Choice<Value> (&choices)[count], const std::string &help)
+template <class Target, class Value>
+void AddChoice(CLI::App &command, const std::string &name, Target &value, const std::string &preset,
+               const std::map<std::string, Value> &choices, const std::string &help)
 {
     std::string words;
-    for (const auto &choice : choices) words += (words.empty() ? "" : "|") + std::string(choice.name);
+    for (const auto &choice : choices) words += (words.empty() ? "" : "|") + choice.first;
 
     command
         .add_option_function<std::string>(
             name,
-            [&value, &choices, name, words](const std::string &word) {
-                for (const auto &choice : choices) {
-                    if (word != choice.name) continue;
-                    value = choice.value;
-                    return;
+            [&value, choices, name, words](const std::string &word) {
+                const auto found = choices.find(word);
+                if (found == choices.end()) {
+                    throw CLI::ValidationError(name, "'" + word + "' is none of " + words);
                 }
-                throw CLI::ValidationError(name, "'" + word + "' is none of " + words);
+                value = found->second;
             },
             help + " (" + preset + ")")
         ->type_name(words);
@@ -40,16 +40,16 @@ void AddChoice(CLI::App &command, const std::string &name, Value &value, const s
 // FILE, --stream, --charset: what is read.
 void AddSource(CLI::App &command, SourceOptions &source);
 
-// --plane alone.
-void AddPlane(CLI::App &command, Options &options);
-
 // --plane, --layer, --mode: where captions are drawn.
 void AddPlace(CLI::App &command, Options &options);
 
 // --edge, --height: how captions are drawn, besides AddLook's.
 void AddLetters(CLI::App &command, Options &options);
 
-// --font, --fallback, --color, --edge-color, --headless.
+// --font, --fallback: what letters are looked for in.
+void AddFonts(CLI::App &command, Options &options);
+
+// AddFonts', --color, --edge-color, --headless.
 void AddLook(CLI::App &command, Options &options);
 
 // --background, for what becomes a picture.

@@ -1,0 +1,44 @@
+#include "remarks.h"
+
+#include <cstdio>
+
+namespace caption
+{
+
+std::string CodeName(char32_t code)
+{
+    char name[16];
+
+    std::snprintf(name, sizeof name, "U+%04X", unsigned(code));
+    return name;
+}
+
+void Say(const std::string &remark)
+{
+    std::fprintf(stderr, "kova-caption: %s.\n", remark.c_str());
+}
+
+std::vector<std::string> Remarks::On(const Drawn &drawn, const Fonts &fonts)
+{
+    std::vector<std::string> remarks = drawn.notices;
+    std::string codes;
+
+    if (drawn.left > 0) {
+        remarks.push_back(std::to_string(drawn.left) + " of " + std::to_string(drawn.left + drawn.lines) +
+                          " lines found no room and are left out; a smaller --height shows more");
+    }
+    for (const char32_t code : fonts.Missing()) {
+        if (missing_.insert(code).second) codes += " " + CodeName(code);
+    }
+    if (!codes.empty()) {
+        remarks.push_back("no font here has" + codes + "; name one that has with --fallback FILE");
+    }
+    for (const std::string &font : fonts.WithoutBold()) {
+        if (withoutBold_.insert(font).second) {
+            remarks.push_back("its bold letters are not bold: there is no bold file beside " + font);
+        }
+    }
+    return remarks;
+}
+
+} // namespace caption

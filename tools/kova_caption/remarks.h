@@ -1,0 +1,35 @@
+// What a user should know of a picture: what is not as the source asks for it.
+#ifndef KOVA_CAPTION_REMARKS_H
+#define KOVA_CAPTION_REMARKS_H
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "fonts.h"
+#include "renderer.h"
+
+namespace caption
+{
+
+class Remarks
+{
+public:
+    // Of what was just drawn; what holds for more than one picture is said with the first. Without full
+    // stops.
+    std::vector<std::string> On(const Drawn &drawn, const Fonts &fonts);
+
+private:
+    std::set<char32_t> missing_;
+    std::set<std::string> withoutBold_;
+};
+
+// On standard error, with a full stop.
+void Say(const std::string &remark);
+
+// "U+0041".
+std::string CodeName(char32_t code);
+
+} // namespace caption
+
+#endif
