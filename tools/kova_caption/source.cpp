@@ -9,6 +9,7 @@
 
 #include "charset.h"
 #include "failure.h"
+#include "webvtt_cue.h"
 
 namespace caption
 {
@@ -80,7 +81,7 @@ Source::Source(const std::string &file, const std::string &charset, Notices &not
     const std::string head = Head(file);
     // The index of VobSub is text, but libavformat has to find the pictures beside it.
     const bool text = LooksLikeText(head) && head.find("VobSub index file") == std::string::npos;
-    if (text) text_ = ToUtf8(WholeText(file), charset, notices);
+    if (text) text_ = WithoutWebVttStyles(ToUtf8(WholeText(file), charset, notices), notices);
 
     AVFormatContext *context = avformat_alloc_context();
     AVDictionary *settings = nullptr;

@@ -4,7 +4,6 @@
 
 #include "cue_reader.h"
 #include "failure.h"
-#include "webvtt_cue.h"
 
 namespace caption
 {
@@ -56,7 +55,6 @@ static std::unique_ptr<CueReader> ReaderOf(const ReaderContext &context)
     case AV_CODEC_ID_EIA_608:
         return ReadCaptions(context);
     case AV_CODEC_ID_WEBVTT:
-        ReadWebVttHead(context.source.text(), context.notices);
         return ReadWebVtt(context);
     default:
         break;
@@ -106,7 +104,8 @@ Subtitles ReadSubtitles(const SourceOptions &options)
     Notices notices;
     Source source(options.file, options.charset, notices);
     const AVStream &stream = Choose(source, options.stream);
-    const std::unique_ptr<CueReader> reader = ReaderOf({source, stream, options.charset, notices});
+    const std::string charset = source.text().empty() ? options.charset : ""; // text is UTF-8 by now
+    const std::unique_ptr<CueReader> reader = ReaderOf({source, stream, charset, notices});
     const av::Packet packet(av_packet_alloc());
     PacketTime time;
     std::int64_t endOfSource = 0;

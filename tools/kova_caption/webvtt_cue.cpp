@@ -251,14 +251,23 @@ void ReadWebVttCue(const std::string &text, const std::string &settings, Cue &cu
     cue.blocks.push_back(std::move(block));
 }
 
-void ReadWebVttHead(const std::string &file, Notices &notices)
+std::string WithoutWebVttStyles(const std::string &file, Notices &notices)
 {
+    static const std::string signature = "WEBVTT";
     std::istringstream lines(file);
+    std::string kept;
+    bool begins = true; // a block, which ends at an empty line
+    bool drop = false;
 
-    for (std::string line; std::getline(lines, line);) {
-        while (!line.empty() && (line.back() == '\r' || line.back() == ' ')) line.pop_back();
-        if (line == "STYLE") notices.Say("it has style sheets, which are not kept to");
+    if (file.compare(0, signature.size(), signature) != 0) return file;
+    for (std::string line; std::getline(lines, line);
+         begins = line.find_first_not_of(" \t\r") == std::string::npos) {
+        const std::string word = line.substr(0, line.find_last_not_of(" \t\r") + 1);
+        if (begins) drop = word == "STYLE" || word == "REGION";
+        if (begins && word == "STYLE") notices.Say("it has style sheets, which are not kept to");
+        if (!drop) kept += line + "\n";
     }
+    return kept;
 }
 
 } // namespace caption
