@@ -259,6 +259,7 @@ void Display::Draw(const Piece &piece, int height, int x, int y)
         kova_uint32 width = 0;
         display_->DrawString(display_, context_, portions[i].data(), lengths[i], kova_uint32(x),
                              kova_uint32(y), KOVA_TEXT_UTF8, KOVA_TEXT_TOPLEFT);
+        flipped_ = true;
         display_->GetStringWidth(display_, context_, portions[i].data(), lengths[i], KOVA_TEXT_UTF8, &width);
         x += int(width);
     }
@@ -291,6 +292,7 @@ void Display::Fill(Rect rect, Color color)
 
     if (seen.width <= 0 || seen.height <= 0) return;
     display_->FillRect(display_, context_, &filled, Value(CanCopy() ? color : Multiplied(color)));
+    flipped_ = false;
 }
 
 void Display::Copy(const Picture &picture, Rect rect)
@@ -312,6 +314,7 @@ void Display::Copy(const Picture &picture, Rect rect)
     }
     display_->DrawPixel(display_, context_, indexes.data(), kova_uint32(seen.x), kova_uint32(seen.y),
                         kova_uint32(seen.width), kova_uint32(seen.height), kova_uint32(seen.width));
+    flipped_ = true;
 }
 
 // Colours stay in their entries as long as there is room for more: in index mode what is on the screen would
@@ -325,17 +328,27 @@ void Display::Clear()
 
 void Display::Hold()
 {
-    display_->SetFlip(display_, 0);
+    if (options_.layer != KOVA_GRAPHIC_LAYER1) display_->SetFlip(display_, 0);
 }
 
 void Display::Release()
 {
-    display_->SetFlip(display_, 1);
+    if (options_.layer != KOVA_GRAPHIC_LAYER1) {
+        display_->SetFlip(display_, 1);
+    } else if (!flipped_) {
+        Flip();
+    }
+}
+
+void Display::Flip()
+{
+    display_->Flip(display_, context_);
+    flipped_ = true;
 }
 
 Picture Display::Present()
 {
-    display_->Flip(display_, context_);
+    Flip();
     return readback_->Presented();
 }
 

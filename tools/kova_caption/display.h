@@ -71,9 +71,11 @@ public:
     void Clear();
 
     // What is drawn between the two is shown by the second, all at once. Layer 1 cannot wait: there every
-    // string is shown as it is drawn.
+    // string is shown as it is drawn, and only what came after the last one is shown by the second.
     void Hold();
     void Release();
+
+    void Flip();
 
     // Flips, and reads back what is on the screen then.
     Picture Present();
@@ -99,6 +101,7 @@ private:
     std::unique_ptr<Readback> readback_;
     std::vector<Color> palette_; // loaded since the last Clear
     bool ranOutOfColors_ = false;
+    bool flipped_ = false; // nothing was drawn since the last flip
 };
 
 } // namespace caption

@@ -9,23 +9,6 @@
 namespace caption
 {
 
-static const struct {
-    KovaTextEdgeType_e edge;
-    const char *name;
-} g_edges[] = {
-    {KOVA_TEXT_ENONE, "none"},
-    {KOVA_TEXT_ERAISED, "raised"},
-    {KOVA_TEXT_EDEPRESSED, "depressed"},
-    {KOVA_TEXT_EUNIFORM, "uniform"},
-    {KOVA_TEXT_ELEFTDROPSHADOW, "left shadow"},
-    {KOVA_TEXT_ERIGTHDROPSHADOW, "right shadow"},
-};
-
-static const struct {
-    ColorMode mode;
-    const char *name;
-} g_modes[] = {{ColorMode::INDEX, "index"}, {ColorMode::PALETTE, "palette"}, {ColorMode::ARGB, "argb"}};
-
 static const Size g_sample = {92, 46};
 static const int g_scale = 4;
 static const int g_gap = 8;
@@ -60,7 +43,7 @@ Picture EdgeSheet(const Options &options)
 
     for (int column = 0; column < columns; ++column) {
         Options each = options;
-        each.mode = g_modes[column].mode;
+        each.mode = g_modes[column].value;
         each.plane = g_label;
         if (column == 0) {
             // The names stand in pictures of their own, drawn by the same means.
@@ -81,7 +64,7 @@ Picture EdgeSheet(const Options &options)
         each.plane = g_sample;
         Display display(each);
         for (int row = 0; row < rows; ++row) {
-            display.SetEdge(g_edges[row].edge);
+            display.SetEdge(g_edges[row].value);
             const Picture sample = Draw(display, fonts, "Ágy", g_textHeight);
             PasteEnlarged(sheet, sample, g_label.width + column * cell.width,
                           g_label.height + row * cell.height, g_scale);

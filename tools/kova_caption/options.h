@@ -14,6 +14,25 @@ namespace caption
 
 enum class ColorMode { INDEX, PALETTE, ARGB };
 
+// What can be chosen by its name.
+template <class Value> struct Choice {
+    const char *name;
+    Value value;
+};
+
+inline constexpr Choice<KovaGraphicLayer_e> g_layers[] = {
+    {"1", KOVA_GRAPHIC_LAYER1}, {"2", KOVA_GRAPHIC_LAYER2}, {"3", KOVA_GRAPHIC_LAYER3}};
+
+inline constexpr Choice<ColorMode> g_modes[] = {
+    {"index", ColorMode::INDEX}, {"palette", ColorMode::PALETTE}, {"argb", ColorMode::ARGB}};
+
+inline constexpr Choice<KovaTextEdgeType_e> g_edges[] = {{"none", KOVA_TEXT_ENONE},
+                                                         {"raised", KOVA_TEXT_ERAISED},
+                                                         {"depressed", KOVA_TEXT_EDEPRESSED},
+                                                         {"uniform", KOVA_TEXT_EUNIFORM},
+                                                         {"left-shadow", KOVA_TEXT_ELEFTDROPSHADOW},
+                                                         {"right-shadow", KOVA_TEXT_ERIGTHDROPSHADOW}};
+
 struct Options {
     KovaGraphicLayer_e layer = KOVA_GRAPHIC_LAYER1;
     std::optional<ColorMode> mode; // none: as the source needs

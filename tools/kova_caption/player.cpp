@@ -93,7 +93,8 @@ private:
     std::vector<Change> changes_;
     const Playback playback_;
     std::FILE *const out_;
-    const bool ahead_; // the next change is drawn before its time, unseen
+    const bool limited_; // in how often it flips
+    const bool ahead_;   // the next change is drawn before its time, unseen
     Stage stage_;
     Keys keys_;
     Clock clock_;
@@ -122,8 +123,8 @@ static std::vector<Change> Changes(const std::vector<Screen> &screens)
 
 Player::Player(const std::vector<Cue> &cues, const Playback &playback, const Options &options, std::FILE *out)
     : cues_(cues), screens_(Screens(cues)), changes_(Changes(screens_)), playback_(playback), out_(out),
-      ahead_(options.layer != KOVA_GRAPHIC_LAYER1 && options.mode != ColorMode::INDEX), stage_(options),
-      keys_(!options.headless), clock_(playback.speed)
+      limited_(options.layer != KOVA_GRAPHIC_LAYER1), ahead_(limited_ && options.mode != ColorMode::INDEX),
+      stage_(options), keys_(!options.headless), clock_(playback.speed)
 {
     if (changes_.empty() || changes_.back().time <= playback.start) {
         throw Failure("--start " + Timestamp(playback.start) +
@@ -167,13 +168,12 @@ void Player::Prepare()
         for (const std::size_t cue : changes_[next_].screen->cues) cues.push_back(&cues_[cue]);
     }
     plan_ = stage_.renderer.LayOut(cues);
-    if (!ahead_) return;
-    stage_.display.Hold();
-    Draw();
+    if (ahead_) Draw();
 }
 
 void Player::Draw()
 {
+    stage_.display.Hold();
     stage_.display.Clear();
     stage_.renderer.Draw(plan_);
 }
@@ -187,9 +187,9 @@ void Player::Show()
     }
     if (next_ != due) Prepare();
 
-    // Of two flips within 16 ms the library would make the second later, while the next picture is drawn.
-    if (ahead_) std::this_thread::sleep_until(flipped_ + 17ms);
     if (!ahead_) Draw();
+    // Of two flips within 16 ms the library would make the second later, while the next picture is drawn.
+    if (limited_) std::this_thread::sleep_until(flipped_ + 17ms);
     stage_.display.Release();
     flipped_ = std::chrono::steady_clock::now();
 

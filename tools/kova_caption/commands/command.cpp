@@ -8,7 +8,8 @@ namespace caption
 std::vector<Command> AddCommands(CLI::App &tool)
 {
     tool.require_subcommand(1);
-    return {AddSnapshot(tool), AddSheet(tool), AddCoverage(tool), AddPlay(tool), AddEdges(tool)};
+    return {AddSnapshot(tool), AddSheet(tool), AddCoverage(tool),
+            AddPlay(tool),     AddEdges(tool), AddBench(tool)};
 }
 
 CLI::App &AddCommand(CLI::App &tool, const std::string &name, const std::string &purpose,

@@ -22,6 +22,7 @@ struct Command {
 };
 
 // Each stands in a file of its own, with its options, its help and its examples.
+Command AddBench(CLI::App &tool);
 Command AddCoverage(CLI::App &tool);
 Command AddEdges(CLI::App &tool);
 Command AddPlay(CLI::App &tool);

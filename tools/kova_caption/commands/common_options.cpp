@@ -3,20 +3,6 @@
 namespace caption
 {
 
-static const std::map<std::string, KovaGraphicLayer_e> g_layers = {
-    {"1", KOVA_GRAPHIC_LAYER1}, {"2", KOVA_GRAPHIC_LAYER2}, {"3", KOVA_GRAPHIC_LAYER3}};
-
-static const std::map<std::string, ColorMode> g_modes = {
-    {"index", ColorMode::INDEX}, {"palette", ColorMode::PALETTE}, {"argb", ColorMode::ARGB}};
-
-static const std::map<std::string, KovaTextEdgeType_e> g_edges = {
-    {"none", KOVA_TEXT_ENONE},
-    {"raised", KOVA_TEXT_ERAISED},
-    {"depressed", KOVA_TEXT_EDEPRESSED},
-    {"uniform", KOVA_TEXT_EUNIFORM},
-    {"left-shadow", KOVA_TEXT_ELEFTDROPSHADOW},
-    {"right-shadow", KOVA_TEXT_ERIGTHDROPSHADOW}};
-
 // Any place that a colour can be put into takes it.
 template <class Target>
 static void AddColor(CLI::App &command, const std::string &name, Target &target, const std::string &help)
@@ -40,13 +26,18 @@ void AddSource(CLI::App &command, SourceOptions &source)
         ->type_name("NAME");
 }
 
-void AddPlace(CLI::App &command, Options &options)
+void AddPlane(CLI::App &command, Options &options)
 {
     command
         .add_option_function<std::string>(
             "--plane", [&options](const std::string &text) { options.plane = ParsePlane(text); },
             "Size of the plane (1280x720)")
         ->type_name("WIDTHxHEIGHT");
+}
+
+void AddPlace(CLI::App &command, Options &options)
+{
+    AddPlane(command, options);
     AddChoice(command, "--layer", options.layer, "1", g_layers, "Layer to draw on");
     AddChoice(command, "--mode", options.mode, "palette; index for pictures", g_modes,
               "How the display keeps colours");

@@ -2,7 +2,6 @@
 #ifndef KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
 #define KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
 
-#include <map>
 #include <string>
 
 #include <CLI/CLI.hpp>
@@ -14,22 +13,23 @@ namespace caption
 {
 
 // The words are looked up by hand: CLI11 would take the numbers behind them too.
-template <class Target, class Value>
+template <class Target, class Value, std::size_t count>
 void AddChoice(CLI::App &command, const std::string &name, Target &value, const std::string &preset,
-               const std::map<std::string, Value> &choices, const std::string &help)
+               const Choice<Value> (&choices)[count], const std::string &help)
 {
     std::string words;
-    for (const auto &choice : choices) words += (words.empty() ? "" : "|") + choice.first;
+    for (const auto &choice : choices) words += (words.empty() ? "" : "|") + std::string(choice.name);
 
     command
         .add_option_function<std::string>(
             name,
-            [&value, choices, name, words](const std::string &word) {
-                const auto found = choices.find(word);
-                if (found == choices.end()) {
-                    throw CLI::ValidationError(name, "'" + word + "' is none of " + words);
+            [&value, &choices, name, words](const std::string &word) {
+                for (const auto &choice : choices) {
+                    if (word != choice.name) continue;
+                    value = choice.value;
+                    return;
                 }
-                value = found->second;
+                throw CLI::ValidationError(name, "'" + word + "' is none of " + words);
             },
             help + " (" + preset + ")")
         ->type_name(words);
@@ -39,6 +39,9 @@ void AddChoice(CLI::App &command, const std::string &name, Target &value, const 
 
 // FILE, --stream, --charset: what is read.
 void AddSource(CLI::App &command, SourceOptions &source);
+
+// --plane alone.
+void AddPlane(CLI::App &command, Options &options);
 
 // --plane, --layer, --mode: where captions are drawn.
 void AddPlace(CLI::App &command, Options &options);

@@ -1,0 +1,148 @@
+#include "bench.h"
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "directfb_system.h"
+#include "display.h"
+#include "fonts.h"
+#include "renderer.h"
+
+namespace caption
+{
+
+namespace
+{
+
+// One row of a table: an operation in each colour mode.
+struct Row {
+    std::string name;
+    double microseconds[std::size(g_modes)] = {};
+};
+
+struct Results {
+    std::vector<Row> captions; // by edge
+    std::vector<Row> operations;
+};
+
+} // namespace
+
+static const char g_sentence[] = "A caption of two lines, as long as they are";
+
+static Cue Sample()
+{
+    Block block;
+    block.lines = {{{g_sentence, {}}}, {{"read in a few seconds before the next.", {}}}};
+    Cue cue;
+    cue.blocks = {block};
+    return cue;
+}
+
+// The mean over a fifth of a second, after a first time that fills DirectFB's caches.
+static double Microseconds(const std::function<void()> &operation)
+{
+    using Clock = std::chrono::steady_clock;
+    const auto least = std::chrono::milliseconds(200);
+    int count = 0;
+
+    operation();
+    const auto start = Clock::now();
+    auto now = start;
+    while (count < 5 || now - start < least) {
+        operation();
+        now = Clock::now();
+        ++count;
+    }
+    return std::chrono::duration<double, std::micro>(now - start).count() / count;
+}
+
+static void MeasureMode(std::size_t mode, const Options &options, Fonts &fonts, Results &results)
+{
+    const Cue cue = Sample();
+    std::vector<Letters> line = {Prepare(cue.blocks.front().lines.front())};
+    fonts.Choose(line);
+    const Piece piece = Pieces(line.front()).front();
+    Display display(options);
+    std::size_t operation = 0;
+    const auto note = [&](const std::string &name, const std::function<void()> &work) {
+        if (mode == 0) results.operations.push_back({name, {}});
+        results.operations[operation++].microseconds[mode] = Microseconds(work);
+    };
+
+    note("clear the plane", [&] { display.Clear(); });
+    note("measure a line", [&] { display.Width(piece, options.TextHeight()); });
+    note("flip", [&] { display.Flip(); });
+    for (std::size_t i = 0; i < std::size(g_edges); ++i) {
+        Options each = options;
+        each.edge = g_edges[i].value;
+        display.SetEdge(each.edge);
+        Renderer renderer(each, display, fonts);
+        if (i == 0) note("lay a caption out", [&] { renderer.LayOut({&cue}); });
+        note(std::string("draw a line, ") + g_edges[i].name,
+             [&] { display.Draw(piece, options.TextHeight(), 50, 50); });
+
+        if (mode == 0) results.captions.push_back({g_edges[i].name, {}});
+        results.captions[i].microseconds[mode] = Microseconds([&] {
+            display.Clear();
+            renderer.Draw({&cue});
+            display.Release();
+        });
+    }
+}
+
+static void PrintTable(const char *title, const std::vector<Row> &rows, bool perSecond, std::FILE *out)
+{
+    std::fprintf(out, "\n%-26s", title);
+    for (const auto &mode : g_modes) std::fprintf(out, "%10s", mode.name);
+    for (const Row &row : rows) {
+        std::fprintf(out, "\n%-26s", row.name.c_str());
+        for (const double value : row.microseconds)
+            std::fprintf(out, "%10.1f", perSecond ? 1e6 / value : value);
+    }
+    std::fprintf(out, "\n");
+}
+
+static void PrintJson(const char *name, const std::vector<Row> &rows, std::FILE *out)
+{
+    std::fprintf(out, "  \"%s\": {", name);
+    for (const Row &row : rows) {
+        std::fprintf(out, "%s\n    \"%s\": {", &row == &rows.front() ? "" : ",", row.name.c_str());
+        for (std::size_t i = 0; i < std::size(g_modes); ++i) {
+            std::fprintf(out, "%s\"%s\": %.3f", i ? ", " : "", g_modes[i].name, row.microseconds[i]);
+        }
+        std::fprintf(out, "}");
+    }
+    std::fprintf(out, "\n  }");
+}
+
+void Bench(const Options &options, bool json, std::FILE *out)
+{
+    Fonts fonts(options);
+    ChooseDirectFBSystem(options);
+    Results results;
+    for (std::size_t mode = 0; mode < std::size(g_modes); ++mode) {
+        Options each = options;
+        each.mode = g_modes[mode].value;
+        MeasureMode(mode, each, fonts, results);
+    }
+
+    if (json) {
+        std::fprintf(out, "{\n  \"plane\": \"%dx%d\",\n  \"height\": %d,\n", options.plane.width,
+                     options.plane.height, options.TextHeight());
+        PrintJson("microsecondsPerCaption", results.captions, out);
+        std::fprintf(out, ",\n");
+        PrintJson("microsecondsPerOperation", results.operations, out);
+        std::fprintf(out, "\n}\n");
+        return;
+    }
+    std::fprintf(out, "Layer 1, a plane of %dx%d, text %d pixels high; DirectFB with %s\n",
+                 options.plane.width, options.plane.height, options.TextHeight(), std::getenv("DFBARGS"));
+    std::fprintf(
+        out, "argb is a 32-bit plane in place of the window, which DirectFB does not bring to the screen\n");
+    PrintTable("captions per second", results.captions, true, out);
+    PrintTable("microseconds", results.operations, false, out);
+}
+
+} // namespace caption

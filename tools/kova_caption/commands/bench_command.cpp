@@ -1,0 +1,27 @@
+#include <memory>
+
+#include "bench.h"
+#include "command.h"
+#include "common_options.h"
+
+namespace caption
+{
+
+Command AddBench(CLI::App &tool)
+{
+    struct Arguments {
+        Options options;
+        bool json = false;
+    };
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App &command =
+        AddCommand(tool, "bench", "Measure what captions cost here, every edge in every colour mode",
+                   {"kova-caption bench --headless", "kova-caption bench --plane 1920x1080 --json"});
+
+    AddPlane(command, arguments->options);
+    AddLook(command, arguments->options);
+    command.add_flag("--json", arguments->json, "For programs, in microseconds throughout");
+    return {&command, [arguments](std::FILE *out) { Bench(arguments->options, arguments->json, out); }};
+}
+
+} // namespace caption
