@@ -2,6 +2,7 @@
 // before it waits, nor one that comes before it has even decided. First each of the two moments is held open;
 // then bursts and stops come in real time, with the thread made slow at both.
 #include "expect.h"
+#include "watchdog.h"
 
 #include <atomic>
 #include <chrono>
@@ -25,49 +26,9 @@ template <typename Condition> static bool InTime(Condition condition)
     return condition();
 }
 
-// Ends the process when the test is stuck, for a thread that is never joined cannot be told from outside.
-class Watchdog_t
-{
-public:
-    Watchdog_t()
-        : m_thread([this] {
-              std::unique_lock<std::mutex> guard(m_mutex);
-              for (int iSeen = -1; !m_bDone && iSeen != m_iProgress;) {
-                  iSeen = m_iProgress;
-                  m_changed.wait_for(guard, PATIENCE, [this] { return m_bDone; });
-              }
-              if (m_bDone) return;
-              printf("The flip thread was asked to end and did not (after %d times).\n", m_iProgress.load());
-              fflush(stdout);
-              _exit(1);
-          })
-    {
-    }
-    ~Watchdog_t()
-    {
-        {
-            const std::lock_guard<std::mutex> guard(m_mutex);
-            m_bDone = true;
-        }
-        m_changed.notify_all();
-        m_thread.join();
-    }
-    void Progress()
-    {
-        m_iProgress++;
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    bool m_bDone = false;
-    std::atomic<int> m_iProgress{0};
-    std::thread m_thread;
-};
-
 static void DestroyInTime(pKovaITextDisplay_t pDisplay)
 {
-    const Watchdog_t watchdog;
+    const Watchdog_t watchdog(PATIENCE, "waiting for the flip thread to end");
     Destroy(pDisplay);
 }
 
@@ -201,7 +162,7 @@ TEST(FlipThread, EndsWhenAskedBeforeItHasEvenBegunToWait)
     EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
     ASSERT_TRUE(gate.AwaitReached());
     {
-        const Watchdog_t watchdog;
+        const Watchdog_t watchdog(PATIENCE, "waiting for the flip thread to end");
         std::thread opener([&] {
             InTime([] { return Contains(Trace(), "pthread_join\n"); });
             gate.Open();
@@ -227,7 +188,7 @@ TEST(FlipThread, EndsWhenAskedBetweenItsDecisionToWaitAndItsWait)
     EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
     ASSERT_TRUE(InTime([&] { return bDecided.load(); }));
     {
-        const Watchdog_t watchdog;
+        const Watchdog_t watchdog(PATIENCE, "waiting for the flip thread to end");
         Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
     }
     EXPECT_EQ(ThreadTrace(), "enter Flip_last_frame_Thread\nexit Flip_last_frame_Thread\n");
@@ -319,12 +280,12 @@ TEST(FlipThread, EndsEveryTimeItIsAsked)
     UseRealClock(true);
     SlowTheThreadDown(RecordOf(pDisplay), 100);
     {
-        Watchdog_t watchdog;
+        Watchdog_t watchdog(PATIENCE, "the first cycle");
         for (const auto end = Clock::now() + STRESS; Clock::now() < end; iCycles++) {
             ASSERT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
             if (iCycles % 2) SleepUpTo(400);
             Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
-            watchdog.Progress();
+            watchdog.Progress("cycle " + std::to_string(iCycles));
             if (iCycles % 64 == 0) ClearTrace();
         }
     }
@@ -345,13 +306,13 @@ TEST(FlipThread, EndsInTheMiddleOfBurstsToo)
     CountFramesOf(RecordOf(pDisplay)->pActiveSurface);
     SlowTheThreadDown(RecordOf(pDisplay), 300);
     {
-        Watchdog_t watchdog;
+        Watchdog_t watchdog(PATIENCE, "the first cycle");
         for (const auto end = Clock::now() + STRESS / 2; Clock::now() < end; iCycles++) {
             DrawAFrame(pDisplay);
             DrawAFrame(pDisplay);
             if (iCycles % 2) SleepUpTo(17000);
             Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
-            watchdog.Progress();
+            watchdog.Progress("cycle " + std::to_string(iCycles));
             DrawAFrame(pDisplay); // without a thread, which nobody may touch
             ASSERT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
             ClearTrace();
