@@ -37,7 +37,7 @@ struct State_t {
     pthread_t mainThread = pthread_self();
     pthread_mutex_t *pWatched = nullptr;
 
-    std::vector<std::pair<bool, std::string>> lines; // whether of the main thread, and the text
+    std::vector<Line_t> lines;
     std::vector<Record_t> records;
     std::map<pthread_t, std::vector<Record_t>> openErrors; // the records of an error that is not yet whole
 
@@ -56,7 +56,7 @@ struct State_t {
     bool bForceMode = false, bModeReported = true;
     DFBDisplayLayerBufferMode eMode = DLBM_BACKVIDEO;
     bool bFailAllocation = false;
-    int iThreadError = 0;
+    int iThreadError = 0, iInitError = 0;
     std::string loadError, symbol, symbolError, dlError;
     bool bDlError = false;
 
@@ -112,7 +112,7 @@ static bool IsMainThread()
 
 static void AddLine(const std::string &line)
 {
-    State().lines.emplace_back(IsMainThread(), (HoldsLock() ? "  " : "") + line + "\n");
+    State().lines.push_back({line, IsMainThread(), HoldsLock(), "", ""});
 }
 
 // What the library wrote to standard error since the last look goes into the trace, before what comes now.
@@ -174,8 +174,8 @@ static std::string Collect(bool bMain)
     std::string all;
 
     DrainStandardError();
-    for (const auto &line : state.lines) {
-        if (line.first == bMain) all += line.second;
+    for (const Line_t &line : state.lines) {
+        if (line.bMainThread == bMain) all += (line.bLocked ? "  " : "") + line.text + "\n";
     }
     for (const auto &open : state.openErrors) {
         if (!open.second.empty() && pthread_equal(open.first, state.mainThread) == bMain)
@@ -206,6 +206,13 @@ std::string TraceOf(const std::string &prefix)
         at = end;
     }
     return some;
+}
+
+std::vector<Line_t> Lines()
+{
+    const std::lock_guard<std::recursive_mutex> guard(State().mutex);
+    DrainStandardError();
+    return State().lines;
 }
 
 std::vector<Record_t> Records()
@@ -328,6 +335,11 @@ void FailThreadStart(int iError)
     State().iThreadError = iError;
 }
 
+void FailInitialization(int iError)
+{
+    State().iInitError = iError;
+}
+
 void FailLoading(const std::string &error)
 {
     State().loadError = error;
@@ -350,6 +362,7 @@ void Reset()
     const std::lock_guard<std::recursive_mutex> guard(state.mutex);
 
     ClearTrace();
+    if (state.alive.empty()) state.names.clear();
     state.plans.clear();
     state.iCalls = state.iFailCall = 0;
     state.iUnavailable = 0;
@@ -365,7 +378,7 @@ void Reset()
     state.config.buffermode = DLBM_FRONTONLY;
     state.bForceMode = false;
     state.bFailAllocation = false;
-    state.iThreadError = 0;
+    state.iThreadError = state.iInitError = 0;
     state.loadError.clear();
     state.symbol.clear();
     state.bDlError = false;
@@ -447,6 +460,7 @@ static void NameObject(Object_t *pObject, const std::string &kind, const std::st
     pObject->kind = kind;
     pObject->name = iCount == 1 ? name : name + std::to_string(iCount);
     state.alive[pObject->name] = pObject;
+    if (!state.lines.empty() && !state.lines.back().method.empty()) state.lines.back().made = pObject->name;
 }
 
 int LiveObjects()
@@ -488,6 +502,7 @@ static DFBResult Called(const std::string &who, const std::string &method, const
     };
 
     Add(who + (arguments.empty() ? "" : " " + arguments));
+    state.lines.back().method = method;
     if (++state.iCalls == state.iFailCall) apply(state.callPlan);
     for (Plan_t &plan : state.plans[method]) {
         if (plan.iNth == 0) {
@@ -1288,6 +1303,18 @@ void *__wrap_calloc(size_t nmemb, size_t size)
     if (!fake::State().bFailAllocation) return calloc(nmemb, size);
     fake::State().bFailAllocation = false;
     return nullptr;
+}
+
+int __wrap_pthread_mutex_init(pthread_mutex_t *mutex, const pthread_mutexattr_t *attr)
+{
+    const int iError = fake::State().iInitError;
+    return iError ? iError : pthread_mutex_init(mutex, attr);
+}
+
+int __wrap_pthread_cond_init(pthread_cond_t *cond, const pthread_condattr_t *attr)
+{
+    const int iError = fake::State().iInitError;
+    return iError ? iError : pthread_cond_init(cond, attr);
 }
 
 int __wrap_pthread_mutex_lock(pthread_mutex_t *mutex)

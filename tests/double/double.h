@@ -41,11 +41,21 @@ struct Record_t {
     bool bMainThread;
 };
 
+// One line of the trace with what it is about.
+struct Line_t {
+    std::string text; // without indentation
+    bool bMainThread;
+    bool bLocked;
+    std::string method; // of a DirectFB call, as it is named below; else empty
+    std::string made;   // the name of the object that the call gave
+};
+
 // ---- what happened
 
 std::string Trace();                            // the test's own thread, since the last ClearTrace
 std::string ThreadTrace();                      // all other threads
 std::string TraceOf(const std::string &prefix); // the lines of Trace() that begin so, indentation aside
+std::vector<Line_t> Lines();                    // those of all threads
 std::vector<Record_t> Records();
 std::string StandardError(); // everything the library wrote there, as it wrote it
 void ClearTrace();
@@ -75,9 +85,11 @@ void SetLayerConfig(const DFBDisplayLayerConfig &config); // what GetConfigurati
 void ForceBufferMode(DFBDisplayLayerBufferMode eMode, bool bReported); // whatever was configured
 void FailAllocation();                                                 // the library's next calloc
 void FailThreadStart(int iError);
+void FailInitialization(
+    int iError); // of mutexes and conditions, which are then left as they were; 0: no more
 void FailLoading(const std::string &error);                         // dlopen
 void FailSymbol(const std::string &name, const std::string &error); // dlsym
-void Reset(); // all of the above, and the trace; objects stay alive
+void Reset(); // all of the above, and the trace; objects stay alive, and names begin anew if there are none
 
 // ---- the objects themselves
 
