@@ -19,9 +19,10 @@ struct Place_t {
     int iLine;
 };
 
+// Off as a rule: one load and one branch then.
 inline bool IsLogged(int iLevel)
 {
-    return __atomic_load_n(&__kova_debug_min, __ATOMIC_RELAXED) >= iLevel;
+    return __builtin_expect(__atomic_load_n(&__kova_debug_min, __ATOMIC_RELAXED) >= iLevel, false);
 }
 
 inline unsigned long Self()
@@ -35,10 +36,12 @@ template <typename Value> long Long(Value value)
     return long(static_cast<int>(value));
 }
 
-// Out of line, for they are written many times and seldom run. The gate of the two traces is their caller's.
-void LogError(const char *pcFile, const char *pcFunction, int iLine, const char *pcMessage);
-void LogEntry(const char *pcFile, const char *pcFunction, int iLine);
-void LogExit(const char *pcFile, const char *pcFunction, int iLine);
+// Out of line, for they are written many times and seldom run: cold, so that the compiler keeps the ways that
+// lead there small and out of the way. The gate of the two traces is their caller's.
+#define TEXTDISP_COLD __attribute__((cold))
+TEXTDISP_COLD void LogError(const char *pcFile, const char *pcFunction, int iLine, const char *pcMessage);
+TEXTDISP_COLD void LogEntry(const char *pcFile, const char *pcFunction, int iLine);
+TEXTDISP_COLD void LogExit(const char *pcFile, const char *pcFunction, int iLine);
 
 } // namespace textdisp
 

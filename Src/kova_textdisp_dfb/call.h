@@ -111,8 +111,8 @@ template <typename Interface> DFBResult ReleaseAndClear(Interface *&pObject)
 }
 
 // Out of line: the report is rare and its text long.
-void ReportResult(DFBResult eResult, int iLine);
-void ReportResultBriefly(int iLine);
+TEXTDISP_COLD void ReportResult(DFBResult eResult, int iLine);
+TEXTDISP_COLD void ReportResultBriefly(int iLine);
 
 inline void Check(DFBResult eResult, int iLine)
 {

@@ -8,13 +8,32 @@ namespace textdisp
 {
 
 // An entry of the display's palette copy; transparent black past its end, where callers have no business.
-KovaTextColor_t PaletteColor(const KovaDFBDisplay_t *pDisplay, kova_uint32 uiIndex);
+inline KovaTextColor_t PaletteColor(const KovaDFBDisplay_t *pDisplay, kova_uint32 uiIndex)
+{
+    return uiIndex < MAX_PALETTE_COLOR ? pDisplay->palette[uiIndex] : KovaTextColor_t{0, 0, 0, 0};
+}
 
 // A packed colour, 0xRRGGBBAA, taken apart.
-KovaTextColor_t UnpackColor(kova_uint32 color);
+inline KovaTextColor_t UnpackColor(kova_uint32 color)
+{
+    return {kova_uint8(color >> 24), kova_uint8(color >> 16), kova_uint8(color >> 8), kova_uint8(color)};
+}
 
 // Makes the colour the drawing colour of the active surface.
-void SelectColor(KovaDFBDisplay_t *pDisplay, kova_uint32 color) HOLDS_DISPLAY;
+inline void SelectColor(KovaDFBDisplay_t *pDisplay, kova_uint32 color)
+{
+    IDirectFBSurface *const pSurface = pDisplay->pActiveSurface;
+
+    const bool bPacked = Peek(pDisplay->bColor32);
+
+    if (!bPacked && !pDisplay->bTextDisp_Palette) {
+        DFB_CHECK(Call(pSurface, &IDirectFBSurface::SetColorIndex, color));
+    } else {
+        const KovaTextColor_t c = bPacked ? UnpackColor(color) : PaletteColor(pDisplay, color);
+
+        DFB_CHECK(Call(pSurface, &IDirectFBSurface::SetColor, c.r, c.g, c.b, c.a));
+    }
+}
 
 } // namespace textdisp
 

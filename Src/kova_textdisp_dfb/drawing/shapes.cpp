@@ -4,15 +4,19 @@
 namespace textdisp
 {
 
-int FillRectInternal(pKovaITextDisplay_t pThiz, kova_sint8, const KovaTextRect_t *pRect, kova_uint32 color)
+// Inline: the smallest fills cost little more than the calls on the way to them.
+static inline __attribute__((always_inline)) void Fill(KovaDFBDisplay_t *pDisplay, const KovaTextRect_t *pRect,
+                                                       kova_uint32 color) HOLDS_DISPLAY
 {
-    KovaDFBDisplay_t *const pDisplay = Record(pThiz);
-
     SelectColor(pDisplay, color);
     DFB_CHECK(Call(pDisplay->pActiveSurface, &IDirectFBSurface::FillRectangle, pRect->uiX, pRect->uiY,
                    pRect->uiWidth, pRect->uiHeight));
     pDisplay->blast_frame_changed = 1;
-    return 0;
+}
+
+int FillRectInternal(pKovaITextDisplay_t pThiz, kova_sint8, const KovaTextRect_t *pRect, kova_uint32 color)
+{
+    return Fill(Record(pThiz), pRect, color), 0;
 }
 
 int FillRect(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, pKovaTextRect_t pRect, kova_uint32 color)
@@ -32,7 +36,7 @@ int FillRect(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, pKovaTextRect_t 
     if (!pRect) return TEXTDISP_ERROR("NULL Pointer!"), -1;
     Lock(pDisplay);
     if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
-    FillRectInternal(pThiz, scContextID, pRect, color);
+    Fill(pDisplay, pRect, color);
     return Unlock(pDisplay), TEXTDISP_EXIT(), 0; // the caller flips
 }
 
