@@ -5,93 +5,111 @@
 namespace textdisp
 {
 
-// What a few bits look like: all ones or all zeros over each of their pixels. Pixels lie as in memory, so
-// that a machine of either endianness may take a block of them.
-template <typename Pixel, int iBits, int iFactor> struct Masks_t {
-    Pixel pixels[1 << iBits][iBits * iFactor];
+// What eight bits look like, a byte a pixel: all ones or all zeros.
+struct Masks_t {
+    kova_uint8 bytes[256][8];
 
-    constexpr Masks_t() : pixels()
+    constexpr Masks_t() : bytes()
     {
-        for (int iCode = 0; iCode < 1 << iBits; iCode++) {
-            for (int i = 0; i < iBits * iFactor; i++) {
-                const bool bSet = iCode >> (iBits - 1 - i / iFactor) & 1;
-                pixels[iCode][i] = bSet ? Pixel(~Pixel(0)) : Pixel(0);
-            }
+        for (int iCode = 0; iCode < 256; iCode++) {
+            for (int i = 0; i < 8; i++) bytes[iCode][i] = iCode >> (7 - i) & 1 ? 0xFF : 0;
         }
     }
 };
+static constexpr Masks_t s_masks = {};
 
-// Bits become pixels a block at a time: eight bytes of indexes, sixteen of ARGB.
-template <typename Pixel, int iFactor> class Expander_t
-{
-public:
-    enum {
-        BLOCK = sizeof(Pixel) == 1 ? 8 : 16,
-        BITS = BLOCK / int(sizeof(Pixel)) / iFactor,
-        BYTES_A_BIT = BLOCK / BITS
-    };
+// Bits become pixels a block at a time, which the two colours of a glyph give a pair of kinds: an inker keeps
+// what belongs to the colours, and its ink, small enough to pass by value, is what rows are written with.
+// Pixels of a block lie as in memory, so that a machine of either endianness may take all of them at once.
 
-    Expander_t(kova_sint32 siFgColor, kova_sint32 siBgColor)
+// Pixels of one byte, eight at a time.
+struct ByteInk_t {
+    enum { BITS = 8, BYTES = 8 };
+    uint64_t Block(unsigned uiCode) const
     {
-        Pixel background[BLOCK / sizeof(Pixel)], difference[BLOCK / sizeof(Pixel)];
-
-        for (Pixel &pixel : background) pixel = Pixel(siBgColor);
-        for (Pixel &pixel : difference) pixel = Pixel(siFgColor ^ siBgColor);
-        memcpy(&m_background, background, BLOCK);
-        memcpy(&m_difference, difference, BLOCK);
+        uint64_t uiMask;
+        memcpy(&uiMask, s_masks.bytes[uiCode], BYTES);
+        return uiBackground ^ (uiMask & uiDifference);
     }
 
-    // A row of BITS bits or more. Its last block ends where the row ends, and overlaps the one before it
-    // where it must.
-    void Write(uint64_t uiBits, int iWidth, kova_uint8 *pucTo) const
-    {
-        const int iLast = iWidth - BITS;
+    uint64_t uiBackground, uiDifference;
+};
 
-        for (int iBit = 0; iBit < iLast; iBit += BITS) WriteBlock(uiBits << iBit, pucTo + iBit * BYTES_A_BIT);
-        WriteBlock(uiBits << iLast, pucTo + iLast * BYTES_A_BIT);
+struct ByteInker_t {
+    ByteInk_t Ink(kova_sint32 siFgColor, kova_sint32 siBgColor)
+    {
+        const uint64_t uiOnes = UINT64_MAX / 0xFF; // a one in every byte
+        return {uiOnes * kova_uint8(siBgColor), uiOnes * kova_uint8(siFgColor ^ siBgColor)};
+    }
+};
+
+// Larger pixels, four bits at a time: a table of what they look like.
+template <typename Pixel, int iFactor> struct TableInk_t {
+    enum { BITS = 4, BYTES = BITS * iFactor * int(sizeof(Pixel)) };
+    struct Block_t {
+        Pixel pixels[BITS * iFactor];
+    };
+
+    const Block_t &Block(unsigned uiCode) const
+    {
+        return pBlocks[uiCode];
+    }
+
+    const Block_t *pBlocks;
+};
+
+template <typename Pixel, int iFactor> class TableInker_t
+{
+public:
+    typedef TableInk_t<Pixel, iFactor> Ink_t;
+
+    // Neighbours mostly have the same colours, and then nothing is to be done.
+    Ink_t Ink(kova_sint32 siFgColor, kova_sint32 siBgColor)
+    {
+        if (m_bReady && m_siFgColor == siFgColor && m_siBgColor == siBgColor) return {m_blocks};
+        m_bReady = true;
+        m_siFgColor = siFgColor;
+        m_siBgColor = siBgColor;
+        for (int iCode = 0; iCode < 1 << Ink_t::BITS; iCode++) {
+            Pixel *pTo = m_blocks[iCode].pixels;
+            for (int iBit = 8; iBit != 0; iBit >>= 1) {
+                for (int i = 0; i < iFactor; i++) *pTo++ = Pixel(iCode & iBit ? siFgColor : siBgColor);
+            }
+        }
+        return {m_blocks};
     }
 
 private:
-    typedef uint64_t Block_t __attribute__((vector_size(BLOCK)));
-    static constexpr Masks_t<Pixel, BITS, iFactor> s_masks = {};
-
-    void WriteBlock(uint64_t uiBits, kova_uint8 *pucTo) const
-    {
-        Block_t block;
-        memcpy(&block, s_masks.pixels[uiBits >> (64 - BITS)], BLOCK);
-        block = m_background ^ (block & m_difference);
-        memcpy(pucTo, &block, BLOCK);
-    }
-
-    Block_t m_background, m_difference;
+    bool m_bReady = false;
+    kova_sint32 m_siFgColor, m_siBgColor;
+    alignas(16) typename Ink_t::Block_t m_blocks[1 << Ink_t::BITS];
 };
 
-// Rows are short: a loop of words beats the call.
-static void CopyRow(kova_uint8 *pucTo, const kova_uint8 *pucFrom, int iBytes)
+// A row of BITS bits or more, written iRows times: copying from the first of them would wait for it to be
+// written. The last block ends where the row ends, and overlaps the one before it where it must.
+template <int iRows, typename Ink>
+static inline void WriteRow(Ink ink, const kova_uint8 *pucBits, unsigned uiWidth, kova_uint8 *pucTo,
+                            ptrdiff_t iPitch)
 {
-    uint64_t uiWord;
-    int i = 0;
+    enum { BITS = Ink::BITS, BYTES = Ink::BYTES, BYTES_A_BIT = BYTES / BITS };
+    const auto write = [=](unsigned uiCode, kova_uint8 *pucBlock) {
+        const auto &block = ink.Block(uiCode);
+        for (int i = 0; i < iRows; i++) memcpy(pucBlock + i * iPitch, &block, BYTES);
+    };
+    const unsigned uiRest = uiWidth % 8;
 
-    for (; i + 8 <= iBytes; i += 8) {
-        memcpy(&uiWord, pucFrom + i, 8);
-        memcpy(pucTo + i, &uiWord, 8);
+#pragma GCC unroll 2
+    for (const kova_uint8 *const pucEnd = pucBits + uiWidth / 8; pucBits != pucEnd;
+         pucTo += 8 * BYTES_A_BIT) {
+        const unsigned uiByte = *pucBits++;
+        write(uiByte >> (8 - BITS), pucTo);
+        if (BITS == 4) write(uiByte & 15, pucTo + BYTES);
     }
-    for (; i < iBytes; i++) pucTo[i] = pucFrom[i];
-}
-
-// The first pixel comes to lie in the top bit. No byte is read that holds no pixel of the bitmap, which ends
-// at pucEnd.
-static uint64_t GatherBits(const kova_uint8 *pucRow, const kova_uint8 *pucEnd, int iBitOffset, int iWidth)
-{
-    uint64_t uiBits = 0;
-
-    if (pucEnd - pucRow >= 8) {
-        for (int i = 0; i < 8; i++) uiBits = uiBits << 8 | pucRow[i];
-        return uiBits << iBitOffset;
-    }
-    const int iBytes = (iBitOffset + iWidth + 7) / 8;
-    for (int i = 0; i < iBytes; i++) uiBits = uiBits << 8 | pucRow[i];
-    return uiBits << (64 - 8 * iBytes + iBitOffset);
+    if (uiRest == 0) return;
+    if (uiRest > BITS) write(*pucBits >> 4, pucTo);
+    // The last BITS bits lie in this byte, or in the one before it too.
+    const unsigned uiWindow = (uiRest < BITS ? pucBits[-1] << 8 : 0) | *pucBits;
+    write(uiWindow >> (8 - uiRest) & ((1 << BITS) - 1), pucTo + (int(uiRest) - BITS) * BYTES_A_BIT);
 }
 
 struct Target_t {
@@ -99,6 +117,72 @@ struct Target_t {
     int iPitch;
     DFBRegion clip; // inclusive, inside the surface
 };
+
+// The rows of a glyph that are to be seen, and where.
+struct Rows_t {
+    const kova_uint8 *pucRow; // of the bitmap
+    int iRowByte;
+    unsigned uiOffset, uiWidth; // bits before the first pixel of a row, and bits that are pixels
+    unsigned uiLast;            // the last byte of a row that holds a pixel
+    int iRows;                  // of the surface
+    int iCopies;                // rows of the surface for the first row of the bitmap, which the clip may cut
+    int iVertical;              // and for the others
+    kova_uint8 *pucTo;
+    int iPitch;
+    size_t uiBytes, uiSkipped; // bytes of a row that are drawn, and those the clip cuts off on the left
+    bool bWhole;               // nothing is cut off a row
+};
+
+// A row of the bitmap moved so that its first pixel is the first bit of a byte. No byte is read that holds no
+// pixel of the row.
+static void Align(const kova_uint8 *pucRow, unsigned uiOffset, unsigned uiLast, kova_uint8 *pucAligned)
+{
+    for (unsigned i = 0; i <= uiLast && i < MAX_GLYPH_SIZE / 8; i++) {
+        const unsigned uiWindow = unsigned(pucRow[i] << 8 | (i < uiLast ? pucRow[i + 1] : 0));
+        pucAligned[i] = kova_uint8(uiWindow << uiOffset >> 8);
+    }
+}
+
+// Rows of which nothing is cut off, and which are as wide as a block or wider.
+template <typename Ink> static __attribute__((noinline)) void DrawWholeRows(Ink ink, const Rows_t &rows)
+{
+    kova_uint8 aucAligned[MAX_GLYPH_SIZE / 8];
+    const unsigned uiOffset = rows.uiOffset, uiWidth = rows.uiWidth;
+    const ptrdiff_t iPitch = rows.iPitch;
+    const kova_uint8 *pucRow = rows.pucRow;
+    kova_uint8 *pucTo = rows.pucTo;
+    int iCopies = rows.iCopies;
+
+    for (int iRows = rows.iRows; iRows > 0; pucRow += rows.iRowByte, iCopies = rows.iVertical) {
+        const kova_uint8 *pucBits = pucRow;
+        if (uiOffset != 0) Align(pucRow, uiOffset, rows.uiLast, aucAligned), pucBits = aucAligned;
+        if (iCopies > iRows) iCopies = iRows;
+        iRows -= iCopies;
+        for (; iCopies > 1; iCopies -= 2, pucTo += 2 * iPitch)
+            WriteRow<2>(ink, pucBits, uiWidth, pucTo, iPitch);
+        if (iCopies == 0) continue;
+        WriteRow<1>(ink, pucBits, uiWidth, pucTo, 0);
+        pucTo += iPitch;
+    }
+}
+
+// The others are made aside, a block wide at least, and copied in part.
+template <typename Ink> static void DrawRows(Ink ink, Rows_t rows)
+{
+    kova_uint8 aucRow[MAX_GLYPH_SIZE / Ink::BITS * Ink::BYTES];
+    Rows_t row = rows;
+
+    if (rows.bWhole && rows.uiWidth >= Ink::BITS) return DrawWholeRows(ink, rows);
+    if (row.uiWidth < Ink::BITS) row.uiWidth = Ink::BITS;
+    row.pucTo = aucRow;
+    row.iRows = row.iCopies = 1;
+    for (; rows.iRows > 0; row.pucRow += rows.iRowByte, rows.iCopies = rows.iVertical) {
+        DrawWholeRows(ink, row);
+        for (; rows.iCopies > 0 && rows.iRows > 0; rows.iCopies--, rows.iRows--, rows.pucTo += rows.iPitch) {
+            memcpy(rows.pucTo, aucRow + rows.uiSkipped, rows.uiBytes);
+        }
+    }
+}
 
 static int64_t Larger(int64_t a, int64_t b)
 {
@@ -110,54 +194,47 @@ static int64_t Smaller(int64_t a, int64_t b)
     return a < b ? a : b;
 }
 
-template <typename Pixel, int iFactor>
-static void ExpandGlyph(const Target_t &target, const kova_uint8 *pucData, const MonoGlyph_t &glyph)
+// False when the clip leaves nothing of the glyph.
+static bool FindRows(const Target_t &target, const MonoGlyph_t &glyph, int iPixelBytes,
+                     const kova_uint8 *pucData, Rows_t *pRows)
 {
-    typedef Expander_t<Pixel, iFactor> Expander;
-    const Expander expander(glyph.siFgColor, glyph.siBgColor);
-    const int64_t iLeft = Larger(glyph.siX, target.clip.x1);
-    const int64_t iWidth = int64_t(glyph.siWidth) * iFactor;
-    const int64_t iRight = Smaller(glyph.siX + iWidth - 1, target.clip.x2);
-    const auto uiOffset = kova_uint32(glyph.siBitOffset);
+    const int iWidth = glyph.siWidth * glyph.siHorizontal, iHeight = glyph.siHeight * glyph.siVertical;
+    const int64_t iLeft = Larger(glyph.siX, target.clip.x1), iTop = Larger(glyph.siY, target.clip.y1);
+    const int64_t iRight = Smaller(int64_t(glyph.siX) + iWidth - 1, target.clip.x2);
+    const int64_t iBottom = Smaller(int64_t(glyph.siY) + iHeight - 1, target.clip.y2);
 
-    if (iLeft > iRight || glyph.siHeight <= 0) return;
-    const kova_uint8 *pucRow = pucData + uiOffset / 8;
-    const kova_uint8 *const pucEnd = pucRow + ptrdiff_t(glyph.siHeight - 1) * glyph.siRowByte +
-                                     (uiOffset % 8 + kova_uint32(glyph.siWidth) + 7) / 8;
-    const int iBytes = int(iRight - iLeft + 1) * int(sizeof(Pixel));
-    const bool bWhole = iRight - iLeft + 1 == iWidth && glyph.siWidth >= Expander::BITS;
-    kova_uint8 *const pucColumn = target.pucData + iLeft * int64_t(sizeof(Pixel));
-    // Where a row is made that is too narrow for a block, or cut off by the clip.
-    Pixel aside[MAX_GLYPH_SIZE * iFactor];
-
-    for (int64_t iRow = 0; iRow < glyph.siHeight; iRow++, pucRow += glyph.siRowByte) {
-        const int64_t iY = glyph.siY + iRow * glyph.siVertical;
-        const int64_t iTop = Larger(iY, target.clip.y1);
-        const int64_t iBottom = Smaller(iY + glyph.siVertical - 1, target.clip.y2);
-        if (iTop > iBottom) continue;
-        const uint64_t uiBits = GatherBits(pucRow, pucEnd, int(uiOffset % 8), glyph.siWidth);
-        kova_uint8 *pucTo = pucColumn + ptrdiff_t(iTop) * target.iPitch;
-        const kova_uint8 *pucFrom = pucTo;
-        int64_t iY2 = iTop;
-        if (bWhole) {
-            expander.Write(uiBits, glyph.siWidth, pucTo);
-            iY2++, pucTo += target.iPitch;
-        } else {
-            const int iRounded = (glyph.siWidth + Expander::BITS - 1) / Expander::BITS * Expander::BITS;
-            expander.Write(uiBits, iRounded, reinterpret_cast<kova_uint8 *>(aside));
-            pucFrom = reinterpret_cast<kova_uint8 *>(aside + (iLeft - glyph.siX));
-        }
-        for (; iY2 <= iBottom; iY2++, pucTo += target.iPitch) CopyRow(pucTo, pucFrom, iBytes);
-    }
+    if (iLeft > iRight || iTop > iBottom) return false;
+    pRows->pucRow = pucData + kova_uint32(glyph.siBitOffset) / 8;
+    pRows->uiOffset = kova_uint32(glyph.siBitOffset) % 8;
+    pRows->iRowByte = glyph.siRowByte;
+    pRows->uiWidth = unsigned(glyph.siWidth);
+    pRows->uiLast = (pRows->uiOffset + pRows->uiWidth - 1) / 8;
+    pRows->iRows = int(iBottom - iTop + 1);
+    pRows->iCopies = pRows->iVertical = glyph.siVertical;
+    pRows->pucTo = target.pucData + ptrdiff_t(iTop) * target.iPitch + ptrdiff_t(iLeft) * iPixelBytes;
+    pRows->iPitch = target.iPitch;
+    pRows->uiBytes = size_t(iRight - iLeft + 1) * size_t(iPixelBytes);
+    pRows->uiSkipped = size_t(iLeft - glyph.siX) * size_t(iPixelBytes);
+    pRows->bWhole = iRight - iLeft + 1 == iWidth;
+    int iAbove = int(iTop - glyph.siY); // rows of the enlarged glyph above the clip
+    for (; iAbove >= glyph.siVertical; iAbove -= glyph.siVertical) pRows->pucRow += glyph.siRowByte;
+    pRows->iCopies -= iAbove;
+    return true;
 }
 
-template <typename Pixel>
-static void ExpandByFactor(const Target_t &target, const kova_uint8 *pucData, const MonoGlyph_t &glyph)
+template <typename Narrow, typename Wide>
+static void ExpandAll(Narrow narrow, Wide wide, const Target_t &target, int iPixelBytes,
+                      const kova_uint8 *const *ppucData, const MonoGlyph_t *pGlyphs, int iCount)
 {
-    if (glyph.siHorizontal == 1) {
-        ExpandGlyph<Pixel, 1>(target, pucData, glyph);
-    } else {
-        ExpandGlyph<Pixel, 2>(target, pucData, glyph);
+    for (int i = 0; i < iCount; i++) {
+        const MonoGlyph_t &glyph = pGlyphs[i];
+        Rows_t rows;
+        if (!FindRows(target, glyph, iPixelBytes, ppucData[i], &rows)) continue;
+        if (glyph.siHorizontal == 1) {
+            DrawRows(narrow.Ink(glyph.siFgColor, glyph.siBgColor), rows);
+        } else {
+            DrawRows(wide.Ink(glyph.siFgColor, glyph.siBgColor), rows);
+        }
     }
 }
 
@@ -179,12 +256,11 @@ DFBResult ExpandGlyphs(IDirectFBSurface *pSurface, const kova_uint8 *const *ppuc
     const DFBRegion inside = {int(Larger(clip.x1, 0)), int(Larger(clip.y1, 0)),
                               int(Smaller(clip.x2, iWidth - 1)), int(Smaller(clip.y2, iHeight - 1))};
     const Target_t target = {static_cast<kova_uint8 *>(pData), iPitch, inside};
-    for (int i = 0; i < iCount; i++) {
-        if (eFormat == DSPF_LUT8) {
-            ExpandByFactor<kova_uint8>(target, ppucData[i], pGlyphs[i]);
-        } else {
-            ExpandByFactor<kova_uint32>(target, ppucData[i], pGlyphs[i]);
-        }
+    if (eFormat == DSPF_LUT8) {
+        ExpandAll(ByteInker_t(), TableInker_t<kova_uint8, 2>(), target, 1, ppucData, pGlyphs, iCount);
+    } else {
+        ExpandAll(TableInker_t<kova_uint32, 1>(), TableInker_t<kova_uint32, 2>(), target, 4, ppucData,
+                  pGlyphs, iCount);
     }
     return Call(pSurface, &IDirectFBSurface::Unlock);
 }

@@ -36,6 +36,8 @@ int SetPaletteInternal(pKovaITextDisplay_t pThiz, kova_sint8, const KovaTextColo
         colors[i].r = pColor[i].r;
         colors[i].g = pColor[i].g;
         colors[i].b = pColor[i].b;
+    }
+    for (kova_uint32 i = 0; i < uiNumber && IsLogged(LEVEL_LOG); i++) {
         TEXTDISP_TRACE("colors[%d].a:%d\n", int(i), colors[i].a);
     }
     if (pPalette) {

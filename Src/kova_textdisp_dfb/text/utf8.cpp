@@ -5,32 +5,78 @@
 namespace textdisp
 {
 
+static inline unsigned Encode2(unsigned uiUnit, kova_uint8 *pucOut)
+{
+    pucOut[0] = kova_uint8(0xC0 | uiUnit >> 6);
+    pucOut[1] = kova_uint8(0x80 | (uiUnit & 0x3F));
+    return 2;
+}
+
+static inline unsigned Encode3(unsigned uiUnit, kova_uint8 *pucOut)
+{
+    pucOut[0] = kova_uint8(0xE0 | uiUnit >> 12);
+    pucOut[1] = kova_uint8(0x80 | (uiUnit >> 6 & 0x3F));
+    pucOut[2] = kova_uint8(0x80 | (uiUnit & 0x3F));
+    return 3;
+}
+
+// One unit, at a place with three bytes of room; how many it took.
+static unsigned Encode(unsigned uiUnit, kova_uint8 *pucOut)
+{
+    if (uiUnit >= 0x800) return Encode3(uiUnit, pucOut);
+    if (uiUnit >= 0x80) return Encode2(uiUnit, pucOut);
+    return pucOut[0] = kova_uint8(uiUnit), 1;
+}
+
+// Four units of ASCII at once; false if one of them is none. Units and bytes lie in one order, whichever the
+// machine's is.
+static inline bool EncodeFourOfAscii(const unsigned short *pusUnits, kova_uint8 *pucOut)
+{
+    uint64_t uiUnits;
+
+    memcpy(&uiUnits, pusUnits, sizeof uiUnits);
+    if (uiUnits & 0xFF80FF80FF80FF80) return false;
+    uiUnits = (uiUnits | uiUnits >> 8) & 0x0000FFFF0000FFFF;
+    const auto uiBytes = uint32_t(uiUnits | uiUnits >> 16);
+    memcpy(pucOut, &uiBytes, sizeof uiBytes);
+    return true;
+}
+
 // Each unit stands for itself: half a surrogate pair becomes three bytes of its own, a NUL a byte of 0.
 void ConvertUnicode2UTF8(const unsigned short *pusStrUni, kova_uint8 ucBytes, char *pcStrUTF8,
                          kova_uint32 uiRoom, kova_uint32 *puiBytes)
 {
     if (!pusStrUni) return TEXTDISP_ERROR("NULL Pointer!");
-    auto *const pucOut = reinterpret_cast<kova_uint8 *>(pcStrUTF8);
-    kova_uint32 uiBytes = 0;
+    auto *const pucStart = reinterpret_cast<kova_uint8 *>(pcStrUTF8);
+    const kova_uint8 *const pucEnd = pucStart + uiRoom;
+    const unsigned short *const pusEnd = pusStrUni + ucBytes;
+    kova_uint8 *pucOut = pucStart;
 
-    for (int i = 0; i < ucBytes; i++) {
-        const unsigned uiUnit = pusStrUni[i];
-        const kova_uint32 uiLength = uiUnit < 0x80 ? 1 : uiUnit < 0x800 ? 2 : 3;
-        if (uiRoom - uiBytes < uiLength) break;
-        kova_uint8 *const pucUnit = pucOut + uiBytes;
-        if (uiLength == 1) {
-            pucUnit[0] = kova_uint8(uiUnit);
-        } else if (uiLength == 2) {
-            pucUnit[0] = kova_uint8(0xC0 | uiUnit >> 6);
-            pucUnit[1] = kova_uint8(0x80 | (uiUnit & 0x3F));
-        } else {
-            pucUnit[0] = kova_uint8(0xE0 | uiUnit >> 12);
-            pucUnit[1] = kova_uint8(0x80 | (uiUnit >> 6 & 0x3F));
-            pucUnit[2] = kova_uint8(0x80 | (uiUnit & 0x3F));
+    // Where the longest text fits no unit need ask for room.
+    while (pusStrUni != pusEnd && uiRoom >= 3u * ucBytes) {
+        const unsigned uiUnit = *pusStrUni;
+        if (uiUnit < 0x80 && pusEnd - pusStrUni >= 4 && EncodeFourOfAscii(pusStrUni, pucOut)) {
+            pusStrUni += 4, pucOut += 4;
+            continue;
         }
-        uiBytes += uiLength;
+        pusStrUni++;
+        if (uiUnit < 0x80) {
+            *pucOut++ = kova_uint8(uiUnit);
+        } else if (uiUnit < 0x800) {
+            pucOut += Encode2(uiUnit, pucOut);
+        } else {
+            pucOut += Encode3(uiUnit, pucOut);
+        }
     }
-    *puiBytes = uiBytes;
+    // What is left may not fit: it ends before the first character that does not.
+    for (; pusStrUni != pusEnd; pusStrUni++) {
+        kova_uint8 aucUnit[3];
+        const unsigned uiLength = Encode(*pusStrUni, aucUnit);
+        if (size_t(pucEnd - pucOut) < uiLength) break;
+        memcpy(pucOut, aucUnit, uiLength);
+        pucOut += uiLength;
+    }
+    *puiBytes = kova_uint32(pucOut - pucStart);
 }
 
 kova_uint32 ToUTF8(const unsigned short *pusStr, kova_uint8 ucBytes, KovaTextEncoding_e eEncoding,
