@@ -42,6 +42,7 @@ void DirectWindow::Close()
     m_pWindow->Release(m_pWindow);
     m_pLayer->Release(m_pLayer);
     for (IDirectFBFont *pFont : m_apFonts) pFont->Release(pFont);
+    m_pLayer = nullptr;
 }
 
 void DirectWindow::Open(int iWidth, int iHeight)
@@ -108,6 +109,11 @@ static void Activate(benchmark::State &state)
             window.Close();
             bLarge = !bLarge;
             window.Open(bLarge ? 1920 : 1280, bLarge ? 1080 : 720);
+        },
+        [&](bool bOurs) { // neither is to pay for the other's window lying beside it
+            IDirectFBWindow *const pWindow = display.Record()->pWindow;
+            window.Close();
+            pWindow->SetOpacity(pWindow, bOurs ? 255 : 0);
         });
     Kova_TextDisp_DestroyContext(display, 1);
 }

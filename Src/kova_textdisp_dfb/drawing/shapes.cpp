@@ -5,7 +5,8 @@ namespace textdisp
 {
 
 // Inline: the smallest fills cost little more than the calls on the way to them.
-static inline __attribute__((always_inline)) void Fill(KovaDFBDisplay_t *pDisplay, const KovaTextRect_t *pRect,
+static inline __attribute__((always_inline)) void Fill(KovaDFBDisplay_t *pDisplay,
+                                                       const KovaTextRect_t *pRect,
                                                        kova_uint32 color) HOLDS_DISPLAY
 {
     SelectColor(pDisplay, color);
