@@ -20,10 +20,9 @@ inline KovaTextColor_t UnpackColor(kova_uint32 color)
 }
 
 // Makes the colour the drawing colour of the active surface.
-inline void SelectColor(KovaDFBDisplay_t *pDisplay, kova_uint32 color)
+inline void SelectColor(KovaDFBDisplay_t *pDisplay, kova_uint32 color) HOLDS_DISPLAY
 {
     IDirectFBSurface *const pSurface = pDisplay->pActiveSurface;
-
     const bool bPacked = Peek(pDisplay->bColor32);
 
     if (!bPacked && !pDisplay->bTextDisp_Palette) {

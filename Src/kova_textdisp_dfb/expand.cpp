@@ -18,13 +18,14 @@ struct Masks_t {
 };
 static constexpr Masks_t s_masks = {};
 
-// Bits become pixels a block at a time, which the two colours of a glyph give a pair of kinds: an inker keeps
-// what belongs to the colours, and its ink, small enough to pass by value, is what rows are written with.
-// Pixels of a block lie as in memory, so that a machine of either endianness may take all of them at once.
+// Bits become pixels a block at a time, in a glyph's two colours. An ink gives the block of so many bits, and
+// is small enough to pass by value; its inker keeps what the colours alone decide. The pixels of a block lie
+// as in memory, so that a machine of either endianness may write all of them at once.
 
 // Pixels of one byte, eight at a time.
 struct ByteInk_t {
     enum { BITS = 8, BYTES = 8 };
+
     uint64_t Block(unsigned uiCode) const
     {
         uint64_t uiMask;

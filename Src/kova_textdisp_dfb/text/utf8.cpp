@@ -52,8 +52,9 @@ void ConvertUnicode2UTF8(const unsigned short *pusStrUni, kova_uint8 ucBytes, ch
     const unsigned short *const pusEnd = pusStrUni + ucBytes;
     kova_uint8 *pucOut = pucStart;
 
-    // Where the longest text fits no unit need ask for room.
-    while (pusStrUni != pusEnd && uiRoom >= 3u * ucBytes) {
+    const bool bFits = uiRoom >= 3u * ucBytes; // whatever it is, so that no unit need ask for room
+
+    while (bFits && pusStrUni != pusEnd) {
         const unsigned uiUnit = *pusStrUni;
         if (uiUnit < 0x80 && pusEnd - pusStrUni >= 4 && EncodeFourOfAscii(pusStrUni, pucOut)) {
             pusStrUni += 4, pucOut += 4;
