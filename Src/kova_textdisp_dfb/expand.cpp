@@ -109,7 +109,7 @@ static inline void WriteRow(Ink ink, const kova_uint8 *pucBits, unsigned uiWidth
     if (uiRest == 0) return;
     if (uiRest > BITS) write(*pucBits >> 4, pucTo);
     // The last BITS bits lie in this byte, or in the one before it too.
-    const unsigned uiWindow = (uiRest < BITS ? pucBits[-1] << 8 : 0) | *pucBits;
+    const unsigned uiWindow = (uiRest < BITS ? unsigned(pucBits[-1]) << 8 : 0u) | *pucBits;
     write(uiWindow >> (8 - uiRest) & ((1 << BITS) - 1), pucTo + (int(uiRest) - BITS) * BYTES_A_BIT);
 }
 
