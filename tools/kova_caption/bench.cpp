@@ -40,11 +40,10 @@ static Cue Sample()
     return cue;
 }
 
-// The mean over a fifth of a second, after a first time that fills DirectFB's caches.
-static double Microseconds(const std::function<void()> &operation)
+// After a first time, which fills DirectFB's caches.
+static double Microseconds(const std::function<void()> &operation, std::chrono::milliseconds least)
 {
     using Clock = std::chrono::steady_clock;
-    const auto least = std::chrono::milliseconds(200);
     int count = 0;
 
     operation();
@@ -58,7 +57,8 @@ static double Microseconds(const std::function<void()> &operation)
     return std::chrono::duration<double, std::micro>(now - start).count() / count;
 }
 
-static void MeasureMode(std::size_t mode, const Options &options, Fonts &fonts, Results &results)
+static void MeasureMode(std::size_t mode, const Options &options, Fonts &fonts,
+                        std::chrono::milliseconds time, Results &results)
 {
     const Cue cue = Sample();
     std::vector<Letters> line = {Prepare(cue.blocks.front().lines.front())};
@@ -68,7 +68,7 @@ static void MeasureMode(std::size_t mode, const Options &options, Fonts &fonts, 
     std::size_t operation = 0;
     const auto note = [&](const std::string &name, const std::function<void()> &work) {
         if (mode == 0) results.operations.push_back({name, {}});
-        results.operations[operation++].microseconds[mode] = Microseconds(work);
+        results.operations[operation++].microseconds[mode] = Microseconds(work, time);
     };
 
     note("clear the plane", [&] { display.Clear(); });
@@ -84,11 +84,13 @@ static void MeasureMode(std::size_t mode, const Options &options, Fonts &fonts, 
              [&] { display.Draw(piece, options.TextHeight(), 50, 50); });
 
         if (mode == 0) results.captions.push_back({g_edges[i].name, {}});
-        results.captions[i].microseconds[mode] = Microseconds([&] {
-            display.Clear();
-            renderer.Draw({&cue});
-            display.Release();
-        });
+        results.captions[i].microseconds[mode] = Microseconds(
+            [&] {
+                display.Clear();
+                renderer.Draw({&cue});
+                display.Release();
+            },
+            time);
     }
 }
 
@@ -117,7 +119,7 @@ static void PrintJson(const char *name, const std::vector<Row> &rows, std::FILE 
     std::fprintf(out, "\n  }");
 }
 
-void Bench(const Options &options, bool json, std::FILE *out)
+void Bench(const Options &options, std::chrono::milliseconds time, bool json, std::FILE *out)
 {
     Fonts fonts(options);
     ChooseDirectFBSystem(options);
@@ -125,7 +127,7 @@ void Bench(const Options &options, bool json, std::FILE *out)
     for (std::size_t mode = 0; mode < std::size(g_modes); ++mode) {
         Options each = options;
         each.mode = g_modes[mode].value;
-        MeasureMode(mode, each, fonts, results);
+        MeasureMode(mode, each, fonts, time, results);
     }
 
     if (json) {

@@ -37,7 +37,7 @@ std::string InOneLine(const CLI::App *tool, const CLI::Error &error)
 
 int Run(int argc, char **argv)
 {
-    CLI::App tool("Draws subtitles as a television's on-screen display would.", "kova-caption");
+    CLI::App tool("Draws subtitles as a television's on-screen display would", "kova-caption");
     const std::vector<caption::Command> commands = caption::AddCommands(tool);
 
     tool.failure_message(InOneLine);

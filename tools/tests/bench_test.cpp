@@ -19,8 +19,8 @@ static void ExpectFigures(const std::string &text, const std::string &name, cons
 
 TEST(Bench, MeasuresEveryEdgeInEveryColourMode)
 {
-    const Outcome table = RunTool("bench --headless --plane 320x180");
-    const Outcome json = RunTool("bench --headless --plane 320x180 --json");
+    const Outcome table = RunTool("bench --headless --plane 320x180 --time 5");
+    const Outcome json = RunTool("bench --headless --plane 320x180 --time 5 --json");
 
     ASSERT_EQ(table.exit, 0) << table.err;
     EXPECT_NE(table.out.find("320x180"), std::string::npos) << table.out;

@@ -23,8 +23,11 @@ struct Command {
 
 // Each stands in a file of its own, with its options, its help and its examples.
 Command AddBench(CLI::App &tool);
+Command AddCompletion(CLI::App &tool);
 Command AddCoverage(CLI::App &tool);
 Command AddEdges(CLI::App &tool);
+Command AddInfo(CLI::App &tool);
+Command AddMan(CLI::App &tool);
 Command AddPlay(CLI::App &tool);
 Command AddSheet(CLI::App &tool);
 Command AddSnapshot(CLI::App &tool);

@@ -13,11 +13,16 @@ static void AddColor(CLI::App &command, const std::string &name, Target &target,
         ->type_name("RRGGBB");
 }
 
+void AddFile(CLI::App &command, std::string &file)
+{
+    command.add_option("FILE", file, "Subtitles, or a recording that has some")
+        ->type_name("FILE")
+        ->required();
+}
+
 void AddSource(CLI::App &command, SourceOptions &source)
 {
-    command.add_option("FILE", source.file, "Subtitles, or a recording that has some")
-        ->type_name("")
-        ->required();
+    AddFile(command, source.file);
     command.add_option("--stream", source.stream, "Which of its streams (the first of subtitles)")
         ->type_name("NUMBER");
     command

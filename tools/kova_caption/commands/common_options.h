@@ -14,13 +14,13 @@ namespace caption
 
 // The words are looked up by hand: CLI11 would take the numbers behind them too.
 template <class Target, class Value, std::size_t count>
-void AddChoice(CLI::App &command, const std::string &name, Target &value, const std::string &preset,
-               const Choice<Value> (&choices)[count], const std::string &help)
+CLI::Option *AddChoice(CLI::App &command, const std::string &name, Target &value, const std::string &preset,
+                       const Choice<Value> (&choices)[count], const std::string &help)
 {
     std::string words;
     for (const auto &choice : choices) words += (words.empty() ? "" : "|") + std::string(choice.name);
 
-    command
+    return command
         .add_option_function<std::string>(
             name,
             [&value, &choices, name, words](const std::string &word) {
@@ -36,6 +36,9 @@ void AddChoice(CLI::App &command, const std::string &name, Target &value, const 
 }
 
 // All of these keep a reference to the options, which must live until the command line is parsed.
+
+// FILE alone.
+void AddFile(CLI::App &command, std::string &file);
 
 // FILE, --stream, --charset: what is read.
 void AddSource(CLI::App &command, SourceOptions &source);

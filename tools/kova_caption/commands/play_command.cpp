@@ -17,7 +17,7 @@ Command AddPlay(CLI::App &tool)
     const auto arguments = std::make_shared<Arguments>();
     CLI::App &command = AddCommand(
         tool, "play", "Show the captions at their times; space pauses, left and right step, q ends",
-        {"kova-caption play film.srt", "kova-caption play film.srt --start 0:10 --speed 4",
+        {"kova-caption play film.srt", "kova-caption play film.srt --start 0:02 --speed 4",
          "kova-caption play film.srt --headless --speed 100 --plane 1920x1080"});
 
     AddSource(command, arguments->source);
