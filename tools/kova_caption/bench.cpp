@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "directfb_system.h"
 #include "display.h"
 #include "fonts.h"
@@ -106,17 +108,16 @@ static void PrintTable(const char *title, const std::vector<Row> &rows, bool per
     std::fprintf(out, "\n");
 }
 
-static void PrintJson(const char *name, const std::vector<Row> &rows, std::FILE *out)
+static nlohmann::ordered_json InMicroseconds(const std::vector<Row> &rows)
 {
-    std::fprintf(out, "  \"%s\": {", name);
+    nlohmann::ordered_json table;
+
     for (const Row &row : rows) {
-        std::fprintf(out, "%s\n    \"%s\": {", &row == &rows.front() ? "" : ",", row.name.c_str());
         for (std::size_t i = 0; i < std::size(g_modes); ++i) {
-            std::fprintf(out, "%s\"%s\": %.3f", i ? ", " : "", g_modes[i].name, row.microseconds[i]);
+            table[row.name][g_modes[i].name] = row.microseconds[i];
         }
-        std::fprintf(out, "}");
     }
-    std::fprintf(out, "\n  }");
+    return table;
 }
 
 void Bench(const Options &options, std::chrono::milliseconds time, bool json, std::FILE *out)
@@ -131,12 +132,12 @@ void Bench(const Options &options, std::chrono::milliseconds time, bool json, st
     }
 
     if (json) {
-        std::fprintf(out, "{\n  \"plane\": \"%dx%d\",\n  \"height\": %d,\n", options.plane.width,
-                     options.plane.height, options.TextHeight());
-        PrintJson("microsecondsPerCaption", results.captions, out);
-        std::fprintf(out, ",\n");
-        PrintJson("microsecondsPerOperation", results.operations, out);
-        std::fprintf(out, "\n}\n");
+        const nlohmann::ordered_json all = {
+            {"plane", {{"width", options.plane.width}, {"height", options.plane.height}}},
+            {"height", options.TextHeight()},
+            {"microsecondsPerCaption", InMicroseconds(results.captions)},
+            {"microsecondsPerOperation", InMicroseconds(results.operations)}};
+        std::fprintf(out, "%s\n", all.dump(2).c_str());
         return;
     }
     std::fprintf(out, "Layer 1, a plane of %dx%d, text %d pixels high; DirectFB with %s\n",

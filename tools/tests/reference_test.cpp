@@ -139,12 +139,13 @@ TEST(ManualPage, IsWellFormed)
     EXPECT_EQ(std::system(("mandoc -T lint '" + page + "'").c_str()), 0);
 }
 
-// As they stand in the help, in a folder with a film.srt, under an X server.
+// As they stand in the help, in a folder with a film.srt and a font of a set's, under an X server.
 TEST(Examples, DoWhatTheySay)
 {
     const Folder folder;
-    std::string script = "set -e\ncd '" + folder / "" + "'\nmkdir bin\nln -s \"$TOOL\" bin/kova-caption\n" +
-                         "PATH=$PWD/bin:$PATH\n";
+    std::string script = "set -e\ncd '" + folder / "" +
+                         "'\nmkdir bin sets\nln -s \"$TOOL\" bin/kova-caption\n" + "PATH=$PWD/bin:$PATH\n" +
+                         "ln -s /usr/share/fonts/truetype/dejavu/DejaVuSans.ttf sets/Sans.ttf\n";
     std::size_t count = 0;
     folder.Write("film.srt", "1\n00:00:00,200 --> 00:00:00,400\nGood evening.\n\n"
                              "2\n00:00:02,100 --> 00:00:02,300\n<i>Good</i> night.\n");

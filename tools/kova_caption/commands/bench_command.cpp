@@ -17,7 +17,7 @@ Command AddBench(CLI::App &tool)
     const auto arguments = std::make_shared<Arguments>();
     CLI::App &command =
         AddCommand(tool, "bench", "Measure what captions cost here, every edge in every colour mode",
-                   {"kova-caption bench --headless", "kova-caption bench --plane 1920x1080 --json"});
+                   {"kova-caption bench --headless", "kova-caption bench --plane 640x360 --json"});
 
     AddPlane(command, arguments->options);
     AddLook(command, arguments->options);

@@ -19,7 +19,7 @@ Command AddEdges(CLI::App &tool)
         {"kova-caption edges -o edges.png",
          "kova-caption edges -o edges.png --color FFFF00 --edge-color 000080 --background 808080"});
 
-    command.add_option("-o", arguments->file, "The picture")->type_name("FILE")->required();
+    command.add_option("-o", arguments->file, "The picture")->type_name("PNG")->required();
     AddLook(command, arguments->options);
     AddBackground(command, arguments->options);
     return {&command, [arguments](std::FILE *out) {

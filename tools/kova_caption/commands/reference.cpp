@@ -43,18 +43,18 @@ static std::string Joined(const std::vector<std::string> &words, const std::stri
     return text;
 }
 
-// What compgen is asked for: words to choose from, which alone are named in small letters, files, folders, or
+// What compgen is asked for: folders, files, words to choose from, which alone are in small letters, or
 // nothing.
 static std::string Generator(const CLI::Option &option)
 {
     std::string type = option.get_type_name();
 
+    if (type == "DIR") return "-d";
+    if (type == "FILE" || type == "PNG" || option.get_name() == "FILE") return "-f";
     if (std::none_of(type.begin(), type.end(), [](unsigned char letter) { return std::isupper(letter); })) {
         std::replace(type.begin(), type.end(), '|', ' ');
         return "-W '" + type + "'";
     }
-    if (type == "DIR") return "-d";
-    if (type == "FILE") return "-f";
     return "-W ''";
 }
 

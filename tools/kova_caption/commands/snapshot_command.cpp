@@ -18,7 +18,7 @@ Command AddSnapshot(CLI::App &tool)
         AddCommand(tool, "snapshot", "Write every cue of a subtitle file as a PNG",
                    {"kova-caption snapshot film.srt -o pictures",
                     "kova-caption snapshot film.srt -o pictures --edge right-shadow --color FFFF00",
-                    "kova-caption snapshot film.srt -o pictures --at 0:12:34.5 --json",
+                    "kova-caption snapshot film.srt -o pictures --at 0:02.2 --json",
                     "kova-caption snapshot film.srt -o pictures --plane 1920x1080 --background 204060"});
 
     AddSource(command, arguments->snapshot.source);
