@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <string>
 
 #include "tool.h"
@@ -30,11 +32,16 @@ static Picture PictureOf(const std::string &example, int pause = 1)
 {
     const Folder folder;
     const bool layer2 = example == "plane32"; // which the dummy system lacks
-    const std::string command =
-        std::string("env -u DISPLAY ASAN_OPTIONS=detect_leaks=0 KOVA_PICTURE='") + folder / "shot" +
-        "' DFBARGS=system=" + (layer2 ? "x11" : "dummy") + ",mode=1280x720,no-sighandler,no-banner,quiet " +
-        (layer2 ? "'" WITH_XVFB "' " : "") + "'" KOVA_EXAMPLES_FOLDER "/" + example + "_pictured' 2>&1";
+    const std::string command = std::string("env -u DISPLAY ASAN_OPTIONS=detect_leaks=0 KOVA_PICTURE='") +
+                                folder / "shot" + "' DFBARGS=system=" + (layer2 ? "x11" : "dummy") +
+                                ",mode=1280x720,no-sighandler,no-banner,quiet " +
+                                (layer2 ? "'" WITH_XVFB "' " : "") + "'" KOVA_EXAMPLES_FOLDER "/" + example +
+                                "_pictured' >'" + folder / "said" + "' 2>&1";
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    std::ostringstream said;
+    said << std::ifstream(folder / "said").rdbuf();
+    EXPECT_EQ(said.str().find("TextDisp: [thread"), std::string::npos)
+        << said.str(); // a DirectFB call that failed
     return ReadPng(folder / (pause == 1 ? "shot.png" : "shot_" + std::to_string(pause) + ".png"));
 }
 
@@ -184,4 +191,17 @@ TEST(Plane32, MixesColourAndOpacityInEveryColumn)
     }
     EXPECT_GT(Count(picture, WHITE, {200, 560, 980, 650}), 1000);
     EXPECT_GT(Count(picture, BLACK, {200, 560, 980, 650}), 500);
+}
+
+TEST(Readme, ShowsItsLineWhereItSays)
+{
+    const Picture picture = PictureOf("readme");
+    const Box line = Around(picture, WHITE, Whole(picture));
+
+    ASSERT_EQ(picture.size().width, 1280);
+    EXPECT_EQ(Ink(picture, {0, 0, 1280, 600}) + Ink(picture, {0, 600, 400, 720}), 0);
+    EXPECT_NEAR(line.left, 401, 8);
+    EXPECT_GT(line.right, 700);
+    EXPECT_GT(Count(picture, WHITE, line), 1000);
+    EXPECT_GT(Count(picture, BLACK, {400, 600, line.right + 1, 660}), 100);
 }
