@@ -146,7 +146,11 @@ void AssScript::ReadStyle(const std::vector<std::string> &names, const std::vect
     entry.style.underline = Integer(field("underline")) != 0;
     entry.style.strikeout = Integer(field("strikeout")) != 0;
     entry.style.color = color("primarycolour");
-    if (field("borderstyle") == "3") {
+    if (asked_ == AssHeader::STYLES) {
+        // A box that is clear is none; edges libavcodec made up.
+        entry.style.background = color("backcolour");
+        if (entry.style.background && entry.style.background->alpha == 0) entry.style.background.reset();
+    } else if (field("borderstyle") == "3") {
         entry.style.background = color("outlinecolour");
     } else if (field("borderstyle") == "4") {
         entry.style.background = color("backcolour");

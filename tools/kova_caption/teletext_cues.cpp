@@ -129,6 +129,10 @@ private:
 
         if (!IsWanted(pageNumber)) return;
         if (!vbi_fetch_vt_page(vbi_.get(), &page, pageNumber, subpage, VBI_WST_LEVEL_2p5, 25, FALSE)) return;
+        // libzvbi makes the black of boxes half transparent, which is one way to show them.
+        for (vbi_char &cell : page.text) {
+            if (cell.opacity == VBI_SEMI_TRANSPARENT) cell.opacity = VBI_OPAQUE;
+        }
         std::vector<PageRow> rows = ReadRows(page, g_grid, context_.notices);
         vbi_unref_page(&page);
         // Pages are sent again and again.
