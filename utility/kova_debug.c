@@ -52,7 +52,6 @@ static void FlushLine(struct line *pLine)
 static void EndThread(void *pArgument)
 {
     FlushLine(pArgument);
-    free(pArgument);
 }
 
 __attribute__((constructor)) static void Start(void)
@@ -79,10 +78,11 @@ __attribute__((destructor)) static void Finish(void)
 
 static struct line *ThisThreadsLine(void)
 {
-    struct line *pLine = pthread_getspecific(s_lineKey);
+    static _Thread_local struct line t_line;
 
-    if (!pLine && (pLine = calloc(1, sizeof *pLine))) pthread_setspecific(s_lineKey, pLine);
-    return pLine;
+    /* Known to the key, so that the thread's end flushes it. */
+    if (!pthread_getspecific(s_lineKey)) pthread_setspecific(s_lineKey, &t_line);
+    return &t_line;
 }
 
 static void Append(struct line *pLine, const char *pcText, size_t uiLength)
@@ -127,7 +127,7 @@ void kova_debug_log(KovaDebugCategory *category, int level, const char *file, co
     va_start(arguments, format);
     const int iLength = vsnprintf(acText, sizeof acText, format, arguments);
     va_end(arguments);
-    if (!pLine || iLength < 0) return;
+    if (iLength < 0) return;
     if (iLength >= (int)sizeof acText && format[strlen(format) - 1] == '\n') {
         acText[sizeof acText - 2] = '\n'; /* a record that is cut still ends its line */
     }
