@@ -71,6 +71,7 @@ void KeepDirectFBStarted()
 
     if (kept || !directfb) return;
     // The display closes the shared object too, so that has to be held as well; neither is given back.
+    // cppcheck-suppress leakReturnValNotUsed
     kept = dlopen("libdirectfb.so", RTLD_NOW | RTLD_NOLOAD) != nullptr && directfb->AddRef(directfb) == DR_OK;
 }
 

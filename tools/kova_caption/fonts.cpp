@@ -243,7 +243,7 @@ const std::string &FileOf(const Face &face)
 // rounds them.
 Reach ReachOf(const Face &face, int height)
 {
-    FT_Set_Char_Size(face.face, 0, height * 64, 0, 0);
+    FT_Set_Char_Size(face.face, 0, FT_F26Dot6(height) * 64, 0, 0);
     const FT_Size_Metrics &metrics = face.face->size->metrics;
     return {int(metrics.ascender / 64), int(-metrics.descender / 64)};
 }

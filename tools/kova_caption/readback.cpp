@@ -118,7 +118,7 @@ static Picture Read(IDirectFBSurface *surface, Size plane, DFBSurfaceLockFlags f
 Picture Readback::Presented() const
 {
     const auto longest = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    const Picture drawn = Read(surface_.get(), plane_, DFBSurfaceLockFlags(DSLF_READ | DSLF_WRITE));
+    Picture drawn = Read(surface_.get(), plane_, DFBSurfaceLockFlags(DSLF_READ | DSLF_WRITE));
 
     // The last flip of a burst is made a moment later, by the library's own thread.
     while (!(Read(surface_.get(), plane_, DSLF_READ) == drawn)) {

