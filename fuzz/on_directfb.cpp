@@ -1,9 +1,11 @@
 // On real DirectFB without a screen: one display for the whole run, because DirectFB does not like to be
 // taken down and brought up again. Each input begins with a fresh plane.
+#include "memory_file.h"
 #include "play.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t uiSize);
 
@@ -11,7 +13,7 @@ static pKovaITextDisplay_t TheDisplay()
 {
     KovaTextInitParam_t param = {};
 
-    setenv("DFBARGS", "system=dummy,mode=1920x1080,no-sighandler,no-banner,quiet", 1);
+    setenv("DFBARGS", "system=dummy,mode=320x240,no-sighandler,no-banner,quiet", 1);
     param.uiPlaneWidth = 720;
     param.uiPlaneHeight = 480;
     param.bTextDisp_Palette = getenv("KOVA_FUZZ_PALETTE") != nullptr;
@@ -26,6 +28,21 @@ static pKovaITextDisplay_t TheDisplay()
     return pDisplay;
 }
 
+// Fonts, what is none, and one that breaks off in the middle of its tables.
+static const fuzz::Below &Published()
+{
+    static const char FONT[] = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+    static std::string begun(4096, '\0');
+    std::ifstream(FONT, std::ios::binary).read(begun.data(), std::streamsize(begun.size()));
+    static const fuzz::MemoryFile cut(begun.data(), begun.size()), nothing("", 0),
+        text("no font at all\n", 15);
+    static const fuzz::Below below = {{FONT, "/usr/share/fonts/truetype/dejavu/DejaVuSerif.ttf",
+                                       "/nowhere/at/all.ttf", "/", "", cut.Name(), nothing.Name(),
+                                       text.Name()},
+                                      false};
+    return below;
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t uiSize)
 {
     static pKovaITextDisplay_t pDisplay = TheDisplay();
@@ -38,9 +55,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t uiSize)
         Kova_TextDisp_SetActive(pDisplay, 0, 1);
     }
     pDisplay->Show(pDisplay, 0);
-    fuzz::PlayOperations(pDisplay, bytes,
-                         {"/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf",
-                          "/usr/share/fonts/truetype/dejavu/DejaVuSerif.ttf", "/nowhere/at/all.ttf"});
+    fuzz::PlayOperations(pDisplay, bytes, Published());
+    pDisplay->UseBackupSurface(pDisplay, 0, 0);
     pDisplay->SetClip(pDisplay, 0, nullptr);
     return 0;
 }

@@ -27,8 +27,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t uiSize)
     if (!pDisplay) abort(); // nothing was made to fail yet
     if (iFailing > 128) fake::GiveNothingAtCall(fake::CallCount() + iFailing - 128);
     if (iFailing > 0 && iFailing <= 128) fake::FailCall(fake::CallCount() + iFailing, DFB_FAILURE);
-    fuzz::PlayDisplay(pDisplay, bytes,
-                      {"a.ttf", "b.ttf", "c.ttf", "d.ttf", "e.ttf", "f.ttf", "g.ttf", "h.ttf", "i.ttf"});
+    fuzz::PlayDisplay(
+        pDisplay, bytes,
+        {{"a.ttf", "b.ttf", "c.ttf", "d.ttf", "e.ttf", "f.ttf", "g.ttf", "h.ttf", "i.ttf", ""}, true});
     fuzz::EndContexts(pDisplay);
     Kova_TextDisp_Destroy(0);
     fake::DropObjects(); // what a call made to fail, or a refusal, left behind

@@ -21,22 +21,33 @@ uint32_t Bytes::Number()
     return Word();
 }
 
-// Memory of exactly the size that a call may read, so that one byte too far is seen.
-class Exact
+// Memory of exactly the size that a call may read, so that one element too far is seen.
+template <typename T> class Exact
 {
 public:
-    Exact(Bytes &bytes, size_t uiSize) : m_pData(new uint8_t[uiSize])
+    explicit Exact(size_t uiCount) : m_pData(new T[uiCount]())
     {
-        for (size_t i = 0; i < uiSize; i++) m_pData[i] = uint8_t(bytes.AtEnd() ? i * 37 : bytes.Byte());
     }
-    uint8_t *Get() const
+    // Filled with what comes next.
+    Exact(Bytes &bytes, size_t uiCount) : Exact(uiCount)
+    {
+        for (size_t i = 0; i < uiCount; i++) m_pData[i] = T(bytes.AtEnd() ? i * 37 : bytes.Byte());
+    }
+    T *Get() const
     {
         return m_pData.get();
     }
+    T &operator[](size_t i) const
+    {
+        return m_pData[i];
+    }
 
 private:
-    std::unique_ptr<uint8_t[]> m_pData;
+    std::unique_ptr<T[]> m_pData;
 };
+
+// Each statement below takes one thing from the bytes at most: compilers differ in the order of arguments,
+// and an input has to mean the same to all of them.
 
 static KovaTextRect_t Rect(Bytes &bytes)
 {
@@ -48,216 +59,276 @@ static KovaTextRect_t Rect(Bytes &bytes)
     return rect;
 }
 
-static void PlayText(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat,
-                     const std::vector<std::string> &fonts)
+static void PlayFont(pKovaITextDisplay_t p, Bytes &bytes, bool bCreate, const Below &below)
 {
+    pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
+    const kova_sint8 c = bytes.Context();
+    const uint8_t ucName = bytes.Byte();
+    const kova_uint32 uiHeight = bytes.Bounded(below.bAnyNumber, 200);
+    const auto eAttr = KovaTextFontAttr_e(bytes.Choice(64));
+
+    if (bCreate) {
+        // The longest name that is taken has 99 bytes.
+        const std::string name =
+            ucName >= 236 ? std::string(90u + ucName - 236u, 'x') : below.fonts[ucName % below.fonts.size()];
+        kova_sint32 siFont = 0;
+        const char *const pcName = bytes.Maybe(name.c_str());
+        p->CreateFont(pThiz, c, pcName, uiHeight, eAttr, bytes.Maybe(&siFont));
+    } else {
+        p->SetFont(pThiz, c, ucName == 255 ? kova_sint32(bytes.Word()) : ucName % 10, uiHeight, eAttr);
+    }
+}
+
+static void PlayString(pKovaITextDisplay_t p, Bytes &bytes, bool bDraw)
+{
+    pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
+    const kova_sint8 c = bytes.Context();
+    const uint8_t ucBytes = bytes.Byte();
+    const auto eEncoding = KovaTextEncoding_e(bytes.Choice(4));
+    const Exact<uint8_t> text(bytes, ucBytes);
+    const auto *const pusText = bytes.Maybe(reinterpret_cast<const unsigned short *>(text.Get()));
+
+    if (bDraw) {
+        const kova_uint32 x = bytes.Number();
+        const kova_uint32 y = bytes.Number();
+        p->DrawString(pThiz, c, pusText, ucBytes, x, y, eEncoding, KovaTextAlignFlag_e(bytes.Choice(16)));
+    } else {
+        kova_uint32 uiWidth;
+        p->GetStringWidth(pThiz, c, pusText, ucBytes, eEncoding, bytes.Maybe(&uiWidth));
+    }
+}
+
+static void PlayText(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Below &below)
+{
+    ucWhat %= 9;
+    if (ucWhat < 2) return PlayFont(p, bytes, ucWhat == 0, below);
+    if (ucWhat < 4) return PlayString(p, bytes, ucWhat == 2);
+    pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
     const kova_sint8 c = bytes.Context();
 
-    switch (ucWhat % 9) {
-    case 0: {
-        kova_sint32 siFont = 0;
-        const std::string name = bytes.Byte() == 255 ? std::string(90 + bytes.Byte() % 20, 'x')
-                                                     : fonts[bytes.Byte() % fonts.size()];
-        p->CreateFont(p, c, name.c_str(), bytes.Number() % 200, KovaTextFontAttr_e(bytes.Byte() & 63),
-                      bytes.Byte() == 255 ? nullptr : &siFont);
-        break;
-    }
-    case 1:
-        p->SetFont(p, c, kova_sint32(bytes.Number() % 10), bytes.Number() % 200,
-                   KovaTextFontAttr_e(bytes.Byte() & 63));
-        break;
-    case 2:
-    case 3: {
-        const uint8_t ucBytes = bytes.Byte();
-        const auto eEncoding = KovaTextEncoding_e(bytes.Byte() % 4);
-        const bool bNull = bytes.Byte() == 255;
-        const Exact text(bytes, ucBytes);
-        const auto *pusText = bNull ? nullptr : reinterpret_cast<const unsigned short *>(text.Get());
-        kova_uint32 uiWidth;
-        if (ucWhat % 9 == 2) {
-            const kova_uint32 x = bytes.Number(), y = bytes.Number();
-            p->DrawString(p, c, pusText, ucBytes, x, y, eEncoding, KovaTextAlignFlag_e(bytes.Byte() & 15));
-        } else {
-            p->GetStringWidth(p, c, pusText, ucBytes, eEncoding, bytes.Byte() == 255 ? nullptr : &uiWidth);
-        }
-        break;
-    }
+    switch (ucWhat) {
     case 4: {
         kova_sint32 siPosition, siThickness;
-        p->GetUnderlineInfo(p, c, 0, 0, 0, bytes.Byte() == 255 ? nullptr : &siPosition, &siThickness);
+        kova_sint32 *const psiPosition = bytes.Maybe(&siPosition);
+        p->GetUnderlineInfo(pThiz, c, 0, 0, 0, psiPosition, bytes.Maybe(&siThickness));
         break;
     }
     case 5: {
         kova_sint32 siHeight = 0;
-        p->GetFontHeight(p, c, &siHeight);
+        p->GetFontHeight(pThiz, c, &siHeight);
         break;
     }
-    case 6:
-        p->ScaleFontWidth(p, c, bytes.Byte() & 1, bytes.Word() % (1 << 19));
+    case 6: {
+        const kova_uint32 uiFactor = bytes.Word();
+        p->ScaleFontWidth(pThiz, c, bytes.Byte(), below.bAnyNumber ? uiFactor : uiFactor % (1 << 19));
         break;
-    case 7:
-        p->SetEdgeType(p, c, KovaTextEdgeType_e(bytes.Byte() & 1 ? 1 << bytes.Byte() % 7 : bytes.Byte()));
+    }
+    case 7: {
+        const int iEdge = bytes.Choice(128);
+        p->SetEdgeType(pThiz, c, KovaTextEdgeType_e(iEdge >= 0 && iEdge < 64 ? 1 << iEdge % 7 : iEdge));
         break;
+    }
     default:
-        p->SetEdgeColor(p, c, bytes.Number());
-        p->SetTextForeColor(p, c, bytes.Number());
+        p->SetEdgeColor(pThiz, c, bytes.Number());
+        p->SetTextForeColor(pThiz, c, bytes.Number());
         break;
+    }
+}
+
+static void PlayBitmap(pKovaITextDisplay_t p, Bytes &bytes)
+{
+    // What a caller owes for a bitmap too large to be made for each input: more than any surface shows of it.
+    static const std::vector<uint8_t> PIXELS(2100 * 2100 + 2100, 5);
+    constexpr size_t SMALL = 4096;
+    pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
+    const kova_sint8 c = bytes.Context();
+    const kova_uint32 x = bytes.Number();
+    const kova_uint32 y = bytes.Number();
+    const kova_uint32 uiWidth = bytes.Number();
+    const kova_uint32 uiHeight = bytes.Number();
+    const kova_uint32 uiRow = bytes.Number() % 2100;
+    const uint64_t uiBytes = uiHeight ? uint64_t(uiHeight - 1) * uiRow + uiWidth : 0;
+    const Exact<uint8_t> small(bytes, uiBytes <= SMALL ? size_t(uiBytes) : 0);
+
+    uint8_t *const pucPixels = uiBytes <= SMALL ? small.Get() : const_cast<uint8_t *>(PIXELS.data());
+    p->DrawPixel(pThiz, c, bytes.Maybe(pucPixels), x, y, uiWidth, uiHeight, uiRow);
+}
+
+static void PlayGlyphs(pKovaITextDisplay_t p, Bytes &bytes, bool bBatch)
+{
+    pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
+    const kova_sint8 c = bytes.Context();
+    const size_t uiCount = bBatch ? bytes.Byte() : 1; // 100 are the most that are taken
+    std::vector<Exact<uint8_t>> data;
+    const Exact<kova_uint8 *> pointers(uiCount);
+    const Exact<kova_uint32> x(uiCount), y(uiCount), w(uiCount), h(uiCount), row(uiCount), offset(uiCount);
+    const Exact<kova_sint32> bg(uiCount), fg(uiCount);
+    const Exact<KovaTextExpand_e> expand(uiCount);
+
+    for (size_t i = 0; i < uiCount; i++) {
+        x[i] = bytes.Number();
+        y[i] = bytes.Number();
+        w[i] = bytes.Number();
+        h[i] = bytes.Number();
+        row[i] = bytes.Byte() % 12;
+        offset[i] = bytes.Byte();
+        bg[i] = kova_sint32(bytes.Number());
+        fg[i] = kova_sint32(bytes.Number());
+        expand[i] = KovaTextExpand_e(bytes.Choice(8));
+        // Of a bitmap larger than 48 by 48, which is refused, no byte is read.
+        const bool bTaken = w[i] <= 48 && h[i] <= 48;
+        data.emplace_back(bytes, bTaken ? offset[i] / 8 + (h[i] ? h[i] - 1 : 0) * row[i] +
+                                              (offset[i] % 8 + w[i] + 7) / 8
+                                        : 0);
+        pointers[i] = data.back().Get();
+    }
+    if (bBatch) {
+        p->BatchDrawPixelExpand(pThiz, c, bytes.Maybe(pointers.Get()), x.Get(), y.Get(), w.Get(), h.Get(),
+                                row.Get(), bg.Get(), fg.Get(), offset.Get(), expand.Get(),
+                                kova_uint8(uiCount));
+    } else {
+        p->DrawPixelExpand(pThiz, c, bytes.Maybe(pointers[0]), x[0], y[0], w[0], h[0], row[0], bg[0], fg[0],
+                           offset[0], expand[0]);
     }
 }
 
 static void PlayPixels(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat)
 {
-    // As much as the largest plane takes at the widest pitch below.
-    static const std::vector<uint8_t> PIXELS(2100 * 2100 + 2100, 5);
-    const kova_sint8 c = bytes.Context();
-
     switch (ucWhat % 4) {
-    case 0: {
-        const kova_uint32 x = bytes.Number(), y = bytes.Number(), w = bytes.Number(), h = bytes.Number();
-        p->DrawPixel(p, c, bytes.Byte() == 255 ? nullptr : const_cast<uint8_t *>(PIXELS.data()), x, y, w, h,
-                     bytes.Number() % 2100);
+    case 0:
+        PlayBitmap(p, bytes);
         break;
-    }
     case 1: {
+        pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
+        const kova_sint8 c = bytes.Context();
         KovaTextRect_t rect = Rect(bytes);
+        KovaTextRect_t *const pRect = bytes.Maybe(&rect);
         const kova_uint32 x = bytes.Number();
-        p->Blit(p, c, bytes.Byte() == 255 ? nullptr : &rect, x, bytes.Number());
+        p->Blit(pThiz, c, pRect, x, bytes.Number());
         break;
     }
-    default: {
-        constexpr size_t MAX = 104;
-        const size_t uiCount = ucWhat % 4 == 2 ? 1 : bytes.Byte() % MAX;
-        std::vector<Exact> data;
-        std::vector<kova_uint8 *> pointers(MAX);
-        std::vector<kova_uint32> x(MAX), y(MAX), w(MAX), h(MAX), row(MAX), offset(MAX);
-        std::vector<kova_sint32> bg(MAX), fg(MAX);
-        std::vector<KovaTextExpand_e> expand(MAX);
-
-        for (size_t i = 0; i < uiCount; i++) {
-            x[i] = bytes.Number();
-            y[i] = bytes.Number();
-            w[i] = bytes.Number() % 51;
-            h[i] = bytes.Number() % 51;
-            row[i] = bytes.Byte() % 12;
-            offset[i] = bytes.Byte();
-            bg[i] = kova_sint32(bytes.Number());
-            fg[i] = kova_sint32(bytes.Number());
-            expand[i] = KovaTextExpand_e(bytes.Byte() & 7);
-            data.emplace_back(bytes, offset[i] / 8 + (h[i] ? h[i] - 1 : 0) * row[i] +
-                                         (offset[i] % 8 + w[i] + 7) / 8);
-            pointers[i] = data.back().Get();
-        }
-        if (ucWhat % 4 == 2) {
-            p->DrawPixelExpand(p, c, pointers[0], x[0], y[0], w[0], h[0], row[0], bg[0], fg[0], offset[0],
-                               expand[0]);
-        } else {
-            p->BatchDrawPixelExpand(p, c, pointers.data(), x.data(), y.data(), w.data(), h.data(), row.data(),
-                                    bg.data(), fg.data(), offset.data(), expand.data(), kova_uint8(uiCount));
-        }
+    default:
+        PlayGlyphs(p, bytes, ucWhat % 4 == 3);
         break;
-    }
     }
 }
 
-static void PlayState(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat)
+static void PlayState(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Below &below)
 {
+    pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
     const kova_sint8 c = bytes.Context();
 
-    switch (ucWhat % 14) {
+    switch (ucWhat % 16) {
     case 0:
-        p->Show(p, c);
+        p->Show(pThiz, c);
         break;
     case 1:
-        if (bytes.Byte() & 1) p->Hide(p, c);
+        if (bytes.Byte() & 1) p->Hide(pThiz, c);
         break;
     case 2: {
-        const kova_uint32 uiNumber = bytes.Number() % 260;
-        const Exact colors(bytes, sizeof(KovaTextColor_t) * std::min<kova_uint32>(uiNumber, 256));
-        p->SetPalette(p, c, reinterpret_cast<pKovaTextColor_t>(colors.Get()), uiNumber, bytes.Byte());
+        const kova_uint32 uiNumber = bytes.Number();
+        const uint8_t ucOffset = bytes.Byte();
+        // More than 256 are refused, and none is read.
+        const Exact<uint8_t> colors(bytes, uiNumber <= 256 ? sizeof(KovaTextColor_t) * uiNumber : 0);
+        p->SetPalette(pThiz, c, bytes.Maybe(reinterpret_cast<pKovaTextColor_t>(colors.Get())), uiNumber,
+                      ucOffset);
         break;
     }
     case 3: {
         KovaTextRect_t rect = Rect(bytes);
-        p->FillRect(p, c, bytes.Byte() == 255 ? nullptr : &rect, bytes.Number());
+        KovaTextRect_t *const pRect = bytes.Maybe(&rect);
+        p->FillRect(pThiz, c, pRect, bytes.Number());
         break;
     }
     case 4:
-        p->Flip(p, c);
+        p->Flip(pThiz, c);
         break;
     case 5:
-        p->SetBlittingFlags(p, c, KovaTextBlitFlag_e(bytes.Byte() & 31));
+        p->SetBlittingFlags(pThiz, c, KovaTextBlitFlag_e(bytes.Choice(32)));
         break;
     case 6:
-        p->SetDrawingFlags(p, c, KovaTextDrawFlag_e(bytes.Byte() & 63));
+        p->SetDrawingFlags(pThiz, c, KovaTextDrawFlag_e(bytes.Choice(64)));
         break;
     case 7:
-        p->SetDstColorKey(p, c, bytes.Number());
+        p->SetDstColorKey(pThiz, c, bytes.Number());
         break;
     case 8: {
         KovaTextRect_t rect = Rect(bytes);
-        p->SetClip(p, c, bytes.Byte() & 1 ? nullptr : &rect);
+        p->SetClip(pThiz, c, bytes.Byte() & 1 ? nullptr : &rect);
         break;
     }
     case 9: {
-        const auto x1 = kova_sint32(bytes.Number() % 4000), y1 = kova_sint32(bytes.Number() % 4000);
-        const auto x2 = kova_sint32(bytes.Number() % 4000), y2 = kova_sint32(bytes.Number() % 4000);
-        p->DrawLine(p, c, x1, y1, x2, y2, bytes.Number());
+        const auto x1 = kova_sint32(bytes.Bounded(below.bAnyNumber, 4000));
+        const auto y1 = kova_sint32(bytes.Bounded(below.bAnyNumber, 4000));
+        const auto x2 = kova_sint32(bytes.Bounded(below.bAnyNumber, 4000));
+        const auto y2 = kova_sint32(bytes.Bounded(below.bAnyNumber, 4000));
+        p->DrawLine(pThiz, c, x1, y1, x2, y2, bytes.Number());
         break;
     }
     case 10:
-        p->SetFlip(p, bytes.Byte() & 3);
+        p->SetFlip(pThiz, bytes.Byte() & 3);
         break;
-    case 11: {
+    case 11:
+        p->UseBackupSurface(pThiz, c, bytes.Byte() & 3);
+        break;
+    case 12: {
         KovaTextRect_t rect = Rect(bytes);
-        p->UseBackupSurface(p, c, bytes.Byte() & 1);
-        p->BlitBackupSurface(p, c, &rect, 0, 0);
-        p->UseBackupSurface(p, c, 0);
+        KovaTextRect_t *const pRect = bytes.Maybe(&rect);
+        const kova_uint32 x = bytes.Number();
+        p->BlitBackupSurface(pThiz, c, pRect, x, bytes.Number());
         break;
     }
-    case 12: {
+    case 13: {
         Surface_OsdScaleInfo info = {};
-        info.crop_w = int(bytes.Number());
-        info.plane_x = int(bytes.Number());
-        p->SetSurface_OsdScaleInfo(p, bytes.Byte() == 255 ? nullptr : &info);
+        for (int *piField : {&info.plane_x, &info.plane_y, &info.plane_w, &info.plane_h, &info.buf_w,
+                             &info.buf_h, &info.crop_x, &info.crop_y, &info.crop_w, &info.crop_h}) {
+            *piField = int(bytes.Number());
+        }
+        p->SetSurface_OsdScaleInfo(pThiz, bytes.Maybe(&info));
+        break;
+    }
+    case 14: {
+        const kova_uint32 w = bytes.Number();
+        p->SetTextWindowSize(pThiz, c, w, bytes.Number());
         break;
     }
     default: {
-        const kova_uint32 x = bytes.Number(), w = bytes.Number();
-        p->SetTextWindowSize(p, c, x, w);
-        p->SetDisplayWindow(p, c, x, x, w, w);
+        const KovaTextRect_t window = Rect(bytes);
+        p->SetDisplayWindow(pThiz, c, window.uiX, window.uiY, window.uiWidth, window.uiHeight);
         break;
     }
     }
 }
 
-static void PlayOne(pKovaITextDisplay_t pDisplay, Bytes &bytes, uint8_t ucWhat,
-                    const std::vector<std::string> &fonts)
+static void PlayOne(pKovaITextDisplay_t pDisplay, Bytes &bytes, uint8_t ucWhat, const Below &below)
 {
     if (ucWhat < 70) {
-        PlayText(pDisplay, bytes, ucWhat, fonts);
+        PlayText(pDisplay, bytes, ucWhat, below);
     } else if (ucWhat < 140) {
         PlayPixels(pDisplay, bytes, ucWhat);
     } else {
-        PlayState(pDisplay, bytes, ucWhat);
+        PlayState(pDisplay, bytes, ucWhat, below);
     }
 }
 
-void PlayOperations(pKovaITextDisplay_t pDisplay, Bytes &bytes, const std::vector<std::string> &fonts)
+void PlayOperations(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Below &below)
 {
-    while (!bytes.AtEnd()) PlayOne(pDisplay, bytes, bytes.Byte(), fonts);
+    while (!bytes.AtEnd()) PlayOne(pDisplay, bytes, bytes.Byte(), below);
 }
 
-static void PlayPlane(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat)
+static void PlayPlane(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Below &below)
 {
     auto *const pRecord = reinterpret_cast<KovaDFBDisplay_t *>(p);
     const kova_sint8 c = bytes.Context();
-    const kova_uint32 uiWidth = bytes.Size(), uiHeight = bytes.Size();
+    const kova_uint32 uiWidth = bytes.Size(below.bAnyNumber);
+    const kova_uint32 uiHeight = bytes.Size(below.bAnyNumber);
 
-    switch (ucWhat % 7) {
+    switch (ucWhat % 8) {
     case 0: {
         KovaTextContextParam_t param = {uiWidth, uiHeight, 1, 2, 3, 4, 5, 6};
-        const bool bFull = pRecord->ucContextMask == 15;
-        Kova_TextDisp_CreateContext(p, &param);
+        KovaTextContextParam_t *const pParam = bytes.Maybe(&param);
+        const bool bFull = pParam && pRecord->ucContextMask == 15;
+        Kova_TextDisp_CreateContext(p, pParam);
         if (bFull) pthread_mutex_unlock(&pRecord->display_mutex); // a refusal keeps the lock
         break;
     }
@@ -271,28 +342,34 @@ static void PlayPlane(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat)
         Kova_TextDisp_SetActive(p, c, bytes.Byte() < 230);
         break;
     case 3:
-        p->SetPlane(p, c, 0, 0, uiWidth, uiHeight);
+        p->SetPlane(bytes.Maybe(p), c, 0, 0, uiWidth, uiHeight);
         break;
     case 4:
-        p->AdjustDisplaySize(p, c, 0, 0, uiWidth, uiHeight);
+        p->AdjustDisplaySize(bytes.Maybe(p), c, 0, 0, uiWidth, uiHeight);
         break;
     case 5:
-        p->Create32BitPlane(p, c, 0, 0, uiWidth, uiHeight);
+        p->Create32BitPlane(bytes.Maybe(p), c, 0, 0, uiWidth, uiHeight);
+        break;
+    case 6:
+        if (bytes.Byte() & 1) p->Release32BitPlane(p);
         break;
     default:
-        if (bytes.Byte() & 1) p->Release32BitPlane(p);
+        Kova_TextDisp_GetDisplayByID(c);
+        Kova_TextDisp_GetLayer();
+        Kova_TextDisp_GetDFB();
+        p->Release32BitPlane(nullptr);
         break;
     }
 }
 
-void PlayDisplay(pKovaITextDisplay_t pDisplay, Bytes &bytes, const std::vector<std::string> &fonts)
+void PlayDisplay(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Below &below)
 {
     while (!bytes.AtEnd()) {
         const uint8_t ucWhat = bytes.Byte();
         if (ucWhat < 230) {
-            PlayOne(pDisplay, bytes, ucWhat, fonts);
+            PlayOne(pDisplay, bytes, ucWhat, below);
         } else {
-            PlayPlane(pDisplay, bytes, ucWhat);
+            PlayPlane(pDisplay, bytes, ucWhat, below);
         }
     }
 }

@@ -37,10 +37,29 @@ public:
     }
     // A number that is often small, often at a limit, and sometimes anything.
     uint32_t Number();
-    // A plane's width or height: large, but something that a surface can be made of.
-    uint32_t Size()
+    // A number of which the DirectFB below only stands the ones under a bound.
+    uint32_t Bounded(bool bAny, uint32_t uiBound)
     {
-        return Word() % 2100;
+        const uint32_t uiNumber = Number();
+        return bAny ? uiNumber : uiNumber % uiBound;
+    }
+    // A plane's width or height: mostly small, for memory takes time, now and then more than a plane may
+    // have.
+    uint32_t Size(bool bAny = false)
+    {
+        const uint8_t uc = Byte();
+        return uc < 230 ? uc : bAny && uc > 250 ? Number() : Word() % 2100;
+    }
+    // A value of an enumeration: one of the first, or any.
+    int Choice(uint8_t ucFirst)
+    {
+        const uint8_t uc = Byte();
+        return uc == 255 ? int(Word()) : uc % ucFirst;
+    }
+    // One in 256 of the pointers a caller may leave out, or must not and is refused for.
+    template <typename T> T *Maybe(T *p)
+    {
+        return Byte() == 255 ? nullptr : p;
     }
     // Mostly a context that may act.
     kova_sint8 Context()
@@ -53,11 +72,17 @@ private:
     const uint8_t *m_pNext, *m_pEnd;
 };
 
-// Calls operations of the table until the bytes end. Fonts are opened by the names given.
-void PlayOperations(pKovaITextDisplay_t pDisplay, Bytes &bytes, const std::vector<std::string> &fonts);
+// What the DirectFB below stands. The library hands most numbers on as they are.
+struct Below {
+    std::vector<std::string> fonts; // names to open
+    bool bAnyNumber;                // sizes of planes and fonts and far ends of lines may be any number
+};
+
+// Calls operations of the table until the bytes end.
+void PlayOperations(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Below &below);
 
 // Calls the facade too: contexts are created, activated and destroyed in between.
-void PlayDisplay(pKovaITextDisplay_t pDisplay, Bytes &bytes, const std::vector<std::string> &fonts);
+void PlayDisplay(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Below &below);
 
 // Destroys the contexts that are there.
 void EndContexts(pKovaITextDisplay_t pDisplay);

@@ -736,8 +736,11 @@ static void FillState(IDirectFBSurface *pIface)
     pIface->Lock = [](IDirectFBSurface *pThiz, DFBSurfaceLockFlags eFlags, void **ppData, int *piPitch) {
         const DFBResult eResult =
             Called(Of(pThiz), "Lock", Flags(eFlags, {{DSLF_READ, "READ"}, {DSLF_WRITE, "WRITE"}}, "NONE"));
-        if (eResult == DFB_OK) *ppData = Of(pThiz)->memory.data();
-        if (eResult == DFB_OK) *piPitch = Of(pThiz)->iPitch;
+        if (eResult != DFB_OK) return eResult;
+        const bool bEmpty = Of(pThiz)->iWidth <= 0 || Of(pThiz)->iHeight <= 0;
+        if (Of(pThiz)->memory.empty() && !bEmpty) return DFB_LIMITEXCEEDED; // larger than any memory
+        *ppData = Of(pThiz)->memory.data();
+        *piPitch = Of(pThiz)->iPitch;
         return eResult;
     };
     pIface->Unlock = [](IDirectFBSurface *pThiz) { return Called(Of(pThiz), "Unlock"); };
