@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include <unictype.h>
 #include <uniname.h>
 
 #include "failure.h"
@@ -19,7 +20,9 @@ static std::string UnicodeName(char32_t code)
 {
     char name[UNINAME_MAX];
 
-    return unicode_character_name(code, name) ? name : "(no name)";
+    if (unicode_character_name(code, name)) return name;
+    if (uc_is_property_unified_ideograph(code)) return "CJK UNIFIED IDEOGRAPH-" + CodeName(code).substr(2);
+    return "(no name)";
 }
 
 static std::set<char32_t> MissingOf(const Cue &cue, Fonts &fonts, std::set<char32_t> &met)

@@ -17,16 +17,16 @@ namespace caption
 
 // As one character wherever there is one: a font draws its own accented letters better than it stacks
 // accents.
-static std::string Composed(const std::string &text)
+static std::vector<std::uint32_t> Composed(const std::string &text)
 {
+    std::vector<std::uint32_t> codes;
     std::size_t length = 0;
-    const std::unique_ptr<std::uint8_t, void (*)(void *)> composed(
-        u8_normalize(UNINORM_NFC, reinterpret_cast<const std::uint8_t *>(text.data()), text.size(), nullptr,
-                     &length),
-        std::free);
 
-    // Malformed UTF-8 is not composed; it is drawn as what Characters makes of it.
-    return composed ? std::string(reinterpret_cast<const char *>(composed.get()), length) : text;
+    for (const Character &character : Characters(text)) codes.push_back(character.code);
+    const std::unique_ptr<std::uint32_t, void (*)(void *)> composed(
+        u32_normalize(UNINORM_NFC, codes.data(), codes.size(), nullptr, &length), std::free);
+    if (!composed) throw std::bad_alloc();
+    return {composed.get(), composed.get() + length};
 }
 
 static Letters Spread(const Line &line)
@@ -34,9 +34,10 @@ static Letters Spread(const Line &line)
     Letters letters;
 
     for (const Run &run : line) {
-        for (const Character &character : Characters(Composed(run.text))) {
+        if (run.text.empty()) continue;
+        for (const std::uint32_t code : Composed(run.text)) {
             Letter letter;
-            letter.code = character.code == '\t' ? U' ' : character.code;
+            letter.code = code == '\t' ? U' ' : char32_t(code);
             letter.style = run.style;
             letters.push_back(letter);
         }

@@ -41,6 +41,11 @@ static bool Overlap(Rect one, Rect other)
     return one.x < Right(other) && other.x < Right(one) && one.y < Bottom(other) && other.y < Bottom(one);
 }
 
+static bool Within(Rect rect, Size plane)
+{
+    return rect.x >= 0 && rect.y >= 0 && Right(rect) <= plane.width && Bottom(rect) <= plane.height;
+}
+
 Rect Bounds(const Drawn &drawn)
 {
     std::vector<Rect> rects = drawn.blocks;
@@ -132,6 +137,8 @@ Renderer::Layout Renderer::LayOut(const Block &block, const std::vector<Letters>
     }
     if (!layout.rows.empty()) LimitRows(block, layout, drawn);
     for (const Row &row : layout.rows) layout.rect.width = std::max(layout.rect.width, row.width);
+    // Halved without a rest, so that a centred row stands in its place whichever rows are around it.
+    if (block.horizontal == Horizontal::CENTER) layout.rect.width += layout.rect.width % 2;
     return layout;
 }
 
@@ -142,7 +149,7 @@ static int Before(int choice, int left)
 }
 
 // What is too long begins where the room does.
-static int Within(int at, int length, int begin, int room)
+static int Clamped(int at, int length, int begin, int room)
 {
     return std::max(std::min(at, begin + room - length), begin);
 }
@@ -160,8 +167,8 @@ Rect Renderer::PlaceOf(const Block &block, const Layout &layout) const
         rect.y = int(std::lround(block.anchor->y * options_.plane.height)) - Before(down, rect.height);
     }
     if (!block.pinned) {
-        rect.x = Within(rect.x, rect.width, safe_.x, safe_.width);
-        rect.y = Within(rect.y, rect.height, safe_.y, safe_.height);
+        rect.x = Clamped(rect.x, rect.width, safe_.x, safe_.width);
+        rect.y = Clamped(rect.y, rect.height, safe_.y, safe_.height);
     }
     return rect;
 }
@@ -270,6 +277,9 @@ Renderer::Plan Renderer::LayOut(const std::vector<const Cue *> &cues)
             layout.rect.x = window.x;
             layout.rect.y = Bottom(window) - layout.rect.height; // a roll-up's rows stand at its bottom
             taken[cue->layer].push_back(window);
+            if (!Within(layout.rect, options_.plane)) {
+                plan.drawn.notices.push_back("a block reaches beyond the plane and is cut off there");
+            }
             plan.drawn.blocks.push_back(layout.rect);
             plan.drawn.lines += layout.rows.size();
             plan.blocks.emplace_back(&block, std::move(layout));

@@ -1,8 +1,11 @@
 #include <algorithm>
 #include <cmath>
+#include <csignal>
 #include <fstream>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sys/wait.h>
 
 #include "tool.h"
 
@@ -228,6 +231,148 @@ TEST(Snapshot, SlantsItalics)
     ASSERT_FALSE(slanted.empty());
     EXPECT_EQ(leftmost(upright, true), leftmost(upright, false));
     EXPECT_GT(leftmost(slanted, true), leftmost(slanted, false) + 5);
+}
+
+// Two cues of which one is shown with the other, and one that stands alone.
+static const char g_overlapping[] = "1\n00:00:01,000 --> 00:00:04,000\nLong \"quoted\"\n\n"
+                                    "2\n00:00:02,000 --> 00:00:03,000\nShort\nof two lines\n\n"
+                                    "3\n00:00:10,000 --> 00:00:11,500\nLater\n";
+
+TEST(Snapshot, ListsAsJsonWhatIsWhere)
+{
+    const Folder folder;
+    const std::string text = folder.Write("three.srt", g_overlapping);
+
+    const Outcome outcome =
+        RunTool("snapshot '" + text + "' -o '" + folder / "made" + "' --json --mode index --edge none");
+
+    ASSERT_EQ(outcome.exit, 0) << outcome.err;
+    const nlohmann::json list = nlohmann::json::parse(outcome.out);
+    EXPECT_EQ(list.at("source"), text);
+    EXPECT_EQ(list.at("plane").at("width"), 1280);
+    EXPECT_EQ(list.at("plane").at("height"), 720);
+    ASSERT_EQ(list.at("pictures").size(), 3u);
+    const auto &second = list["pictures"][1];
+    EXPECT_EQ(second.at("file"), "0002.png");
+    EXPECT_EQ(second.at("start_ms"), 2000);
+    EXPECT_EQ(second.at("end_ms"), 3000);
+    EXPECT_EQ(second.at("text"), "Short\nof two lines");
+    EXPECT_EQ(list["pictures"][0].at("text"), "Long \"quoted\"");
+    EXPECT_TRUE(second.at("bitmaps").empty());
+    EXPECT_TRUE(second.at("notices").empty());
+    ASSERT_EQ(second.at("blocks").size(), 1u);
+    // All that is drawn lies in the rectangle, and fills most of its width.
+    const auto &rect = second["blocks"][0];
+    const Points ink = Where(ReadPng(folder / "made/0002.png"), IsSomething);
+    int left = 1280, right = 0;
+    ASSERT_FALSE(ink.empty());
+    for (const auto &[x, y] : ink) {
+        left = std::min(left, x);
+        right = std::max(right, x + 1);
+        EXPECT_GE(y, rect.at("y").get<int>());
+        EXPECT_LT(y, rect.at("y").get<int>() + rect.at("height").get<int>());
+    }
+    EXPECT_GE(left, rect.at("x").get<int>());
+    EXPECT_LE(right, rect.at("x").get<int>() + rect.at("width").get<int>());
+    EXPECT_GE(right - left, rect.at("width").get<int>() - 10);
+}
+
+TEST(Snapshot, PutsWhatIsAmissIntoTheJson)
+{
+    const Folder folder;
+    const std::string text = folder.Write("odd.srt", "1\n00:00:01,000 --> 00:00:02,000\n\U0010ABCD\n");
+
+    const Outcome outcome = RunTool("snapshot '" + text + "' -o '" + folder / "made" + "' --json");
+
+    ASSERT_EQ(outcome.exit, 0) << outcome.err;
+    const nlohmann::json list = nlohmann::json::parse(outcome.out);
+    ASSERT_EQ(list["pictures"][0].at("notices").size(), 1u);
+    EXPECT_NE(list["pictures"][0]["notices"][0].get<std::string>().find("U+10ABCD"), std::string::npos);
+}
+
+TEST(Snapshot, ShowsAMomentWithAllThatIsThere)
+{
+    const Folder folder;
+    const std::string text = folder.Write("three.srt", g_overlapping);
+
+    const Outcome outcome =
+        RunTool("snapshot '" + text + "' -o '" + folder / "made" + "' --at 0:02.5 --json");
+
+    ASSERT_EQ(outcome.exit, 0) << outcome.err;
+    EXPECT_EQ(folder.Names("made"), std::vector<std::string>{"at-00-00-02.500.png"});
+    const nlohmann::json list = nlohmann::json::parse(outcome.out);
+    ASSERT_EQ(list["pictures"].size(), 1u);
+    const auto &picture = list["pictures"][0];
+    EXPECT_EQ(picture.at("start_ms"), 2000) << "when the second came";
+    EXPECT_EQ(picture.at("end_ms"), 3000) << "when it went";
+    EXPECT_EQ(picture.at("text"), "Long \"quoted\"\nShort\nof two lines");
+    ASSERT_EQ(picture.at("blocks").size(), 2u);
+    const auto &first = picture["blocks"][0], &second = picture["blocks"][1];
+    EXPECT_EQ(second["y"].get<int>() + second["height"].get<int>(), first["y"].get<int>());
+}
+
+TEST(Snapshot, TakesASecondAsItsFirstMillisecondAndNotItsEnd)
+{
+    const Folder folder;
+    const std::string text = folder.Write("three.srt", g_overlapping);
+    const std::string call = "snapshot '" + text + "' -o '" + folder / "made" + "' --at ";
+
+    EXPECT_EQ(RunTool(call + "10").exit, 0);
+    EXPECT_EQ(RunTool(call + "11.499").exit, 0);
+    const Outcome between = RunTool(call + "5");
+    EXPECT_EQ(between.exit, 1);
+    EXPECT_EQ(between.err,
+              "kova-caption: --at 00:00:05.000: nothing is shown then; the next caption begins at "
+              "00:00:10.000.\n");
+    const Outcome after = RunTool(call + "11.5");
+    EXPECT_EQ(after.exit, 1);
+    EXPECT_EQ(after.err,
+              "kova-caption: --at 00:00:11.500: nothing is shown then; the last caption is gone.\n");
+    EXPECT_EQ(RunTool(call + "soon").exit, 2);
+}
+
+// Many cues, so that the tool is at work for a while.
+static std::string Busy()
+{
+    std::string text;
+    for (int i = 1; i <= 2000; ++i) {
+        text += std::to_string(i) + "\n00:00:01,000 --> 00:00:02,000\nCue " + std::to_string(i) + "\n\n";
+    }
+    return text;
+}
+
+TEST(Snapshot, ShowsItsProgressOnATerminalAlone)
+{
+    const Folder folder;
+    const std::string text = folder.Write("one.srt", "1\n00:00:01,000 --> 00:00:02,000\nHello\n");
+    const std::string arguments = "snapshot '" + text + "' --headless -o '" + folder / "made" + "'";
+
+    Terminal terminal(arguments);
+    EXPECT_TRUE(terminal.Shows("] 0 of 1"));
+    EXPECT_TRUE(terminal.Shows("0001.png  00:00:01.000")) << terminal.shown();
+    EXPECT_EQ(terminal.End(), 0);
+    EXPECT_EQ(RunTool(arguments).err, "");
+}
+
+TEST(Snapshot, LeavesWholePicturesAloneWhenItIsInterrupted)
+{
+    const Folder folder;
+    const std::string text = folder.Write("busy.srt", Busy());
+
+    Terminal terminal("snapshot '" + text + "' --headless --plane 320x180 -o '" + folder / "made" + "'");
+    ASSERT_TRUE(terminal.Shows("0003.png")) << terminal.shown();
+    terminal.Type("\x03"); // Ctrl-C
+    const int status = terminal.End();
+
+    EXPECT_TRUE(WIFSIGNALED(status)) << "so that a shell's loop ends too";
+    EXPECT_EQ(WTERMSIG(status), SIGINT);
+    const std::vector<std::string> names = folder.Names("made");
+    EXPECT_GE(names.size(), 3u);
+    EXPECT_LT(names.size(), 2000u);
+    for (const std::string &name : names) {
+        EXPECT_EQ(name.size(), 8u) << name;
+        EXPECT_EQ(ReadPng(folder / "made/" + name).size().width, 320) << name;
+    }
 }
 
 namespace
