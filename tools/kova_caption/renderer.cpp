@@ -122,21 +122,32 @@ void Renderer::LimitRows(const Block &block, Layout &layout, Drawn &drawn) const
     layout.windowHeight = layout.rect.height;
 }
 
+static bool HasBackground(const Block &block)
+{
+    const auto has = [](const Run &run) { return run.style.background.has_value(); };
+
+    return std::any_of(block.lines.begin(), block.lines.end(),
+                       [&](const Line &line) { return std::any_of(line.begin(), line.end(), has); });
+}
+
 Renderer::Layout Renderer::LayOut(const Block &block, const std::vector<Letters> &lines, Drawn &drawn)
 {
+    Layout layout;
+    layout.padding = HasBackground(block) ? options_.TextHeight() / 6 : 0;
     const int widest = (block.width ? int(std::lround(*block.width * options_.plane.width)) : safe_.width) -
-                       margins_.left - margins_.right;
+                       margins_.left - margins_.right - 2 * layout.padding;
     const Measure measure = [this](const Letters &letters, Span span, int enough) {
         return WidthOf(letters, span, enough);
     };
-    Layout layout;
 
     for (const Letters &line : lines) {
-        if (line.empty()) layout.rows.push_back(MakeRow(line, {}));
-        for (const Span span : Wrap(line, widest, measure)) layout.rows.push_back(MakeRow(line, span));
+        std::vector<Span> spans = Wrap(line, widest, measure);
+        if (spans.empty()) spans.emplace_back(); // an empty line, or one of spaces
+        for (const Span span : spans) layout.rows.push_back(MakeRow(line, span));
     }
     if (!layout.rows.empty()) LimitRows(block, layout, drawn);
-    for (const Row &row : layout.rows) layout.rect.width = std::max(layout.rect.width, row.width);
+    for (const Row &row : layout.rows)
+        layout.rect.width = std::max(layout.rect.width, row.width + 2 * layout.padding);
     // Halved without a rest, so that a centred row stands in its place whichever rows are around it.
     if (block.horizontal == Horizontal::CENTER) layout.rect.width += layout.rect.width % 2;
     return layout;
@@ -207,15 +218,16 @@ void Renderer::DrawRow(const Row &row, int x, int y)
 void Renderer::DrawRows(const Block &block, const Layout &layout)
 {
     const auto xOf = [&](const Row &row) {
-        return layout.rect.x + Before(int(block.horizontal), layout.rect.width - row.width);
+        const int left = layout.rect.width - row.width - 2 * layout.padding;
+        return layout.rect.x + Before(int(block.horizontal), left);
     };
     int y = layout.rect.y;
 
     for (const Row &row : layout.rows) {
         int x = xOf(row);
         for (std::size_t i = 0; i < row.pieces.size(); ++i) {
-            const int width = row.widths[i] + (i == 0 ? margins_.left : 0) +
-                              (i + 1 == row.pieces.size() ? margins_.right : 0);
+            const int width = row.widths[i] + (i == 0 ? layout.padding + margins_.left : 0) +
+                              (i + 1 == row.pieces.size() ? margins_.right + layout.padding : 0);
             const auto &background = row.pieces[i].style.background;
             if (background && background->alpha > 0) display_.Fill({x, y, width, row.height}, *background);
             x += width;
@@ -224,7 +236,7 @@ void Renderer::DrawRows(const Block &block, const Layout &layout)
     }
     y = layout.rect.y;
     for (const Row &row : layout.rows) {
-        DrawRow(row, xOf(row), y);
+        DrawRow(row, xOf(row) + layout.padding, y);
         y += row.height;
     }
 }

@@ -40,6 +40,7 @@ class Renderer
     struct Layout {
         std::vector<Row> rows;
         Rect rect;
+        int padding = 0;      // of backgrounds, at both ends of a row
         int windowHeight = 0; // of a roll-up's window, whose last rows these are; of the rows elsewhere
     };
 

@@ -283,7 +283,10 @@ TEST(Drawing, KeepsTheHeightOfEmptyLines)
     const Rect two = Shoot({CueOf({{{"a", {}}}, {{"b", {}}}})}).drawn.blocks.at(0);
     const Rect three = Shoot({CueOf({{{"a", {}}}, {}, {{"b", {}}}})}).drawn.blocks.at(0);
 
+    const Rect spaces = Shoot({CueOf({{{"a", {}}}, {{"  ", {}}}, {{"b", {}}}})}).drawn.blocks.at(0);
+
     EXPECT_EQ(three.height, two.height / 2 * 3);
+    EXPECT_EQ(spaces.height, three.height);
 }
 
 TEST(Drawing, MovesALaterBlockAwayFromOneInItsWay)
