@@ -3,8 +3,7 @@
 #include <string>
 
 #include "directfb_system.h"
-#include "display.h"
-#include "fonts.h"
+#include "lettering.h"
 
 namespace caption
 {
@@ -18,15 +17,8 @@ static const int g_labelHeight = 24;
 
 static Picture Draw(Display &display, Fonts &fonts, const std::string &text, int height)
 {
-    std::vector<Letters> lines = {Prepare({{text, {}}})};
-    int x = 4;
-
     display.Clear();
-    fonts.Choose(lines);
-    for (const Piece &piece : Pieces(lines.front())) {
-        display.Draw(piece, height, x, 4);
-        x += display.Width(piece, height);
-    }
+    Write(display, fonts, {{text, {}}}, height, 4, 4);
     return display.Present();
 }
 

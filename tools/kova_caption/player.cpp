@@ -8,6 +8,7 @@
 
 #include "failure.h"
 #include "keys.h"
+#include "remarks.h"
 #include "stage.h"
 #include "statistics.h"
 #include "timestamp.h"
@@ -84,7 +85,7 @@ private:
     void Prepare();
     void Draw();
     void Show();
-    void Say(const std::vector<std::size_t> &cues);
+    void List(const std::vector<std::size_t> &cues);
     bool Obey(Key key);
     std::optional<std::size_t> Beside(Key direction) const;
 
@@ -98,6 +99,7 @@ private:
     Stage stage_;
     Keys keys_;
     Clock clock_;
+    Remarks remarks_;
     std::size_t next_ = 0; // of the changes
     Renderer::Plan plan_;  // of the next change
     SteadyTime flipped_;
@@ -168,6 +170,9 @@ void Player::Prepare()
         for (const std::size_t cue : changes_[next_].screen->cues) cues.push_back(&cues_[cue]);
     }
     plan_ = stage_.renderer.LayOut(cues);
+    for (const std::string &remark : remarks_.On(plan_.drawn, stage_.fonts)) {
+        Say("at " + Timestamp(changes_[next_].time) + ": " + remark);
+    }
     if (ahead_) Draw();
 }
 
@@ -195,12 +200,12 @@ void Player::Show()
 
     const Change &change = changes_[next_++];
     if (change.screen) lateness_.push_back(Milliseconds(flipped_ - clock_.When(change.time)).count());
-    Say(change.screen ? change.screen->cues : std::vector<std::size_t>());
+    List(change.screen ? change.screen->cues : std::vector<std::size_t>());
     Prepare();
 }
 
 // Those that were not there before.
-void Player::Say(const std::vector<std::size_t> &cues)
+void Player::List(const std::vector<std::size_t> &cues)
 {
     for (const std::size_t cue : cues) {
         if (std::find(shown_.begin(), shown_.end(), cue) != shown_.end()) continue;
@@ -255,9 +260,7 @@ void Player::Report() const
 void Play(const SourceOptions &source, const Playback &playback, const Options &options, std::FILE *out)
 {
     const Subtitles subtitles = ReadSubtitles(source);
-    for (const std::string &notice : subtitles.notices) {
-        std::fprintf(stderr, "kova-caption: %s.\n", notice.c_str());
-    }
+    for (const std::string &notice : subtitles.notices) Say(notice);
 
     Player player(subtitles.cues, playback, FitTo(subtitles.cues, options), out);
     try {

@@ -29,6 +29,7 @@ Command AddEdges(CLI::App &tool);
 Command AddInfo(CLI::App &tool);
 Command AddMan(CLI::App &tool);
 Command AddPlay(CLI::App &tool);
+Command AddPreview(CLI::App &tool);
 Command AddSheet(CLI::App &tool);
 Command AddSnapshot(CLI::App &tool);
 

@@ -70,7 +70,17 @@ void AddLook(CLI::App &command, Options &options)
 {
     AddFonts(command, options);
     AddColor(command, "--color", options.color, "Text (FFFFFF)");
+    AddEdgeColor(command, options);
+    AddHeadless(command, options);
+}
+
+void AddEdgeColor(CLI::App &command, Options &options)
+{
     AddColor(command, "--edge-color", options.edgeColor, "Edge (000000)");
+}
+
+void AddHeadless(CLI::App &command, Options &options)
+{
     command.add_flag("--headless", options.headless, "Draw without a window, X server or not");
 }
 

@@ -57,6 +57,8 @@ void AddFonts(CLI::App &command, Options &options);
 
 // AddFonts', --color, --edge-color, --headless.
 void AddLook(CLI::App &command, Options &options);
+void AddEdgeColor(CLI::App &command, Options &options);
+void AddHeadless(CLI::App &command, Options &options);
 
 // --background, for what becomes a picture.
 void AddBackground(CLI::App &command, Options &options);

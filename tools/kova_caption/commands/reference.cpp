@@ -144,6 +144,23 @@ static std::string Plain(const std::string &text)
     return roff;
 }
 
+// Lines of a length that a manual page's source may have; man fills them anew.
+static std::string Filled(const std::string &text)
+{
+    std::istringstream words(text);
+    std::string filled;
+    std::string line;
+
+    for (std::string word; words >> word;) {
+        if (!line.empty() && Plain(line + " " + word).size() > 78) {
+            filled += Plain(line) + "\n";
+            line.clear();
+        }
+        line += (line.empty() ? "" : " ") + word;
+    }
+    return filled + Plain(line);
+}
+
 static std::string Head(const CLI::Option &option)
 {
     std::vector<std::string> names;
@@ -159,7 +176,7 @@ static void DescribeOptions(const CLI::App &command, std::ostream &page)
     for (const CLI::Option *const option : command.get_options()) {
         page << ".TP\n"
              << Head(*option) << "\n"
-             << Plain(option->get_description()) << (option->get_required() ? "; required" : "") << ".\n";
+             << Filled(option->get_description() + (option->get_required() ? "; required." : ".")) << "\n";
     }
 }
 
@@ -207,7 +224,8 @@ std::string ManualPage(const CLI::App &tool)
     DescribeOptions(tool, page);
     page << ".SH COMMANDS\n";
     for (const CLI::App *const command : Commands(tool)) {
-        page << ".SS " << Plain(command->get_name()) << "\n" << Plain(command->get_description()) << ".\n";
+        page << ".SS " << Plain(command->get_name()) << "\n"
+             << Filled(command->get_description() + ".") << "\n";
         DescribeOptions(*command, page);
         DescribeFooter(*command, false, page);
     }
