@@ -49,13 +49,13 @@ private:
 // Each statement below takes one thing from the bytes at most: compilers differ in the order of arguments,
 // and an input has to mean the same to all of them.
 
-static KovaTextRect_t Rect(Bytes &bytes)
+static KovaTextRect_t Rect(Bytes &bytes, bool bAny = true)
 {
     KovaTextRect_t rect;
-    rect.uiX = bytes.Number();
-    rect.uiY = bytes.Number();
-    rect.uiWidth = bytes.Number();
-    rect.uiHeight = bytes.Number();
+    rect.uiX = bytes.Bounded(bAny, 4000);
+    rect.uiY = bytes.Bounded(bAny, 4000);
+    rect.uiWidth = bytes.Bounded(bAny, 4000);
+    rect.uiHeight = bytes.Bounded(bAny, 4000);
     return rect;
 }
 
@@ -192,7 +192,7 @@ static void PlayGlyphs(pKovaITextDisplay_t p, Bytes &bytes, bool bBatch)
     }
 }
 
-static void PlayPixels(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat)
+static void PlayPixels(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Below &below)
 {
     switch (ucWhat % 4) {
     case 0:
@@ -201,10 +201,10 @@ static void PlayPixels(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat)
     case 1: {
         pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
         const kova_sint8 c = bytes.Context();
-        KovaTextRect_t rect = Rect(bytes);
+        KovaTextRect_t rect = Rect(bytes, below.bAnyNumber);
         KovaTextRect_t *const pRect = bytes.Maybe(&rect);
-        const kova_uint32 x = bytes.Number();
-        p->Blit(pThiz, c, pRect, x, bytes.Number());
+        const kova_uint32 x = bytes.Bounded(below.bAnyNumber, 4000);
+        p->Blit(pThiz, c, pRect, x, bytes.Bounded(below.bAnyNumber, 4000));
         break;
     }
     default:
@@ -272,10 +272,10 @@ static void PlayState(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const
         p->UseBackupSurface(pThiz, c, bytes.Byte() & 3);
         break;
     case 12: {
-        KovaTextRect_t rect = Rect(bytes);
+        KovaTextRect_t rect = Rect(bytes, below.bAnyNumber);
         KovaTextRect_t *const pRect = bytes.Maybe(&rect);
-        const kova_uint32 x = bytes.Number();
-        p->BlitBackupSurface(pThiz, c, pRect, x, bytes.Number());
+        const kova_uint32 x = bytes.Bounded(below.bAnyNumber, 4000);
+        p->BlitBackupSurface(pThiz, c, pRect, x, bytes.Bounded(below.bAnyNumber, 4000));
         break;
     }
     case 13: {
@@ -305,7 +305,7 @@ static void PlayOne(pKovaITextDisplay_t pDisplay, Bytes &bytes, uint8_t ucWhat, 
     if (ucWhat < 70) {
         PlayText(pDisplay, bytes, ucWhat, below);
     } else if (ucWhat < 140) {
-        PlayPixels(pDisplay, bytes, ucWhat);
+        PlayPixels(pDisplay, bytes, ucWhat, below);
     } else {
         PlayState(pDisplay, bytes, ucWhat, below);
     }

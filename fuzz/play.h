@@ -72,10 +72,11 @@ private:
     const uint8_t *m_pNext, *m_pEnd;
 };
 
-// What the DirectFB below stands. The library hands most numbers on as they are.
+// What the DirectFB below stands: the library hands most numbers on as they are, and the published one
+// crashes by itself at copies and fonts far out of every bound.
 struct Below {
     std::vector<std::string> fonts; // names to open
-    bool bAnyNumber;                // sizes of planes and fonts and far ends of lines may be any number
+    bool bAnyNumber; // sizes of planes and fonts, copies and far ends of lines may be any number
 };
 
 // Calls operations of the table until the bytes end.

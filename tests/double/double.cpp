@@ -737,7 +737,7 @@ static void FillState(IDirectFBSurface *pIface)
         const DFBResult eResult =
             Called(Of(pThiz), "Lock", Flags(eFlags, {{DSLF_READ, "READ"}, {DSLF_WRITE, "WRITE"}}, "NONE"));
         if (eResult != DFB_OK) return eResult;
-        const bool bEmpty = Of(pThiz)->iWidth <= 0 || Of(pThiz)->iHeight <= 0;
+        const bool bEmpty = Of(pThiz)->iWidth == 0 || Of(pThiz)->iHeight == 0;
         if (Of(pThiz)->memory.empty() && !bEmpty) return DFB_LIMITEXCEEDED; // larger than any memory
         *ppData = Of(pThiz)->memory.data();
         *piPitch = Of(pThiz)->iPitch;

@@ -35,6 +35,16 @@ std::string TextOf(const AVPacket &packet, const ReaderContext &context, const P
     return PieceToUtf8(bytes, context.charset, "the cue at " + Timestamp(time.start), context.notices);
 }
 
+// The packet with other bytes; null where memory is short.
+static AVPacket *WithText(const AVPacket &packet, const std::string &text)
+{
+    av::Packet own(av_packet_alloc());
+    if (!own || av_new_packet(own.get(), int(text.size())) < 0) return nullptr;
+    if (av_packet_copy_props(own.get(), &packet) < 0) return nullptr;
+    std::memcpy(own->data, text.data(), text.size());
+    return own.release();
+}
+
 class AssReader : public CueReader
 {
 public:
@@ -46,13 +56,9 @@ public:
 
     void Take(AVPacket &packet, const PacketTime &time) override
     {
-        av::Packet own(av_packet_clone(&packet));
+        av::Packet own(IsBinary() ? av_packet_clone(&packet)
+                                  : WithText(packet, TextOf(packet, context_, time)));
         if (!own) return;
-        if (!IsBinary()) {
-            const std::string text = TextOf(packet, context_, time);
-            if (av_new_packet(own.get(), int(text.size())) < 0) return;
-            std::memcpy(own->data, text.data(), text.size());
-        }
         AVSubtitle subtitle = {};
         int decoded = 0;
         if (avcodec_decode_subtitle2(decoder_.get(), &subtitle, &decoded, own.get()) < 0) {
