@@ -9,6 +9,8 @@
 namespace caption
 {
 
+static const int g_largest = 1 << 20; // sides of a canvas beyond it mean nothing
+
 // What is known of an event while its text is read.
 struct AssScript::Reading {
     std::string name; // of the style of the event
@@ -124,9 +126,11 @@ AssScript::AssScript(const std::string &header, AssHeader asked, Notices &notice
         }
     }
     // One of the two stands for a picture of four by three, none for the smallest there was.
-    if (canvas_.width <= 0 && canvas_.height <= 0) canvas_ = {384, 288};
-    if (canvas_.width <= 0) canvas_.width = std::max(1, canvas_.height * 4 / 3);
-    if (canvas_.height <= 0) canvas_.height = std::max(1, canvas_.width * 3 / 4);
+    canvas_.width = std::clamp(canvas_.width, 0, g_largest);
+    canvas_.height = std::clamp(canvas_.height, 0, g_largest);
+    if (canvas_.width == 0 && canvas_.height == 0) canvas_ = {384, 288};
+    if (canvas_.width == 0) canvas_.width = std::max(1, canvas_.height * 4 / 3);
+    if (canvas_.height == 0) canvas_.height = std::max(1, canvas_.width * 3 / 4);
 }
 
 void AssScript::ReadStyle(const std::vector<std::string> &names, const std::vector<std::string> &values)

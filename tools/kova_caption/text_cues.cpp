@@ -22,6 +22,7 @@ void Keep(Timeline &timeline, Cue cue, const PacketTime &time)
     if (cue.blocks.empty()) return;
     cue.start = time.start;
     if (time.end) {
+        timeline.Clear(cue.start);
         cue.end = *time.end;
         timeline.Add(std::move(cue));
     } else {
