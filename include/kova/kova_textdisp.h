@@ -373,7 +373,7 @@ struct KovaITextDisplay_tag {
     int (*Release32BitPlane)(pKovaITextDisplay_t pThiz);
 
     /** Switches flipping off (0) and on; on KOVA_GRAPHIC_LAYER1 it is always on.
-        @param bFlip switched on, it flips at once what was drawn meanwhile
+        @param bFlip switched on, it flips at once what was drawn meanwhile; strings alone do not count
         @return -1 for a null display, without a report
 
         Any context, and a hidden display too. */
