@@ -53,7 +53,12 @@ int Rounds()
     return HasInEnvironment("KOVA_BENCH", "smoke") ? 1 : IsQuick() ? 41 : 301;
 }
 
-Display::Display(Colors_e eColors, KovaGraphicLayer_e eLayer)
+void Mute(IDirectFBSurface *pSurface)
+{
+    pSurface->Flip = KeepStill;
+}
+
+Display::Display(Colors_e eColors, KovaGraphicLayer_e eLayer, bool bMuted)
 {
     KeepDirectFB();
     KovaTextInitParam_t init = {};
@@ -78,7 +83,7 @@ Display::Display(Colors_e eColors, KovaGraphicLayer_e eLayer)
         colors[i] = {kova_uint8(i * 37), kova_uint8(i * 91), kova_uint8(i * 173), 255};
     }
     m_pDisplay->SetPalette(m_pDisplay, 0, colors, 256, 0);
-    Surface()->Flip = KeepStill;
+    if (bMuted) Mute(Surface());
 }
 
 Display::~Display()

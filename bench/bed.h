@@ -25,13 +25,15 @@ enum Colors_e {
     PACKED   // ARGB, a colour is 0xRRGGBBAA; not on layer 1
 };
 
-// The one display of the process, shown, with one active context. Its surface does not flip: the flip costs
-// the same whatever was drawn, and would drown what is measured. Who calls DirectFB directly draws on the
-// same surface, and flips it by the same pointer.
+// Lets a surface flip no more: the flip costs the same whatever was drawn, and would drown what is measured.
+void Mute(IDirectFBSurface *pSurface);
+
+// The one display of the process, shown, with one active context, its flips muted unless that is not wanted.
+// Who calls DirectFB directly draws on the same surface, and flips it by the same pointer.
 class Display
 {
 public:
-    explicit Display(Colors_e eColors, KovaGraphicLayer_e eLayer = KOVA_GRAPHIC_LAYER1);
+    explicit Display(Colors_e eColors, KovaGraphicLayer_e eLayer = KOVA_GRAPHIC_LAYER1, bool bMuted = true);
     ~Display();
     Display(const Display &) = delete;
     Display &operator=(const Display &) = delete;

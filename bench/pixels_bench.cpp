@@ -1,65 +1,11 @@
 // Pixels that the library writes itself, beside memcpy and memset of as many bytes to the same place.
 #include "bed.h"
+#include "page.h"
 
 #include <cstring>
 
 namespace bench
 {
-
-// What is drawn in one go: cells of glyphs, in batches of a hundred.
-struct Page {
-    kova_uint32 uiColumns, uiRows, uiWidth, uiHeight; // cells, and pixels a cell before enlarging
-    KovaTextExpand_e eExpand;
-    kova_uint32 uiHorizontal, uiVertical;
-
-    kova_uint32 Pixels() const
-    {
-        return uiColumns * uiRows * uiWidth * uiHeight * uiHorizontal * uiVertical;
-    }
-};
-
-static constexpr Page TELETEXT = {40, 25, 12, 10, KOVA_EXPAND_2X2Y, 2, 2};
-static constexpr Page GLYPHS = {10, 10, 48, 48, KOVA_EXPAND_1X1Y, 1, 1};
-
-// The cells of a page as the library is told them.
-class Cells
-{
-public:
-    explicit Cells(const Page &page);
-    void Draw(const Display &display)
-    {
-        for (size_t i = 0; i < m_data.size(); i += 100) {
-            display->BatchDrawPixelExpand(display, 0, &m_data[i], &m_x[i], &m_y[i], &m_width[i], &m_height[i],
-                                          &m_rowByte[i], &m_bg[i], &m_fg[i], &m_offset[i], &m_expand[i], 100);
-        }
-    }
-
-private:
-    std::vector<kova_uint8> m_bits;
-    std::vector<kova_uint8 *> m_data;
-    std::vector<kova_uint32> m_x, m_y, m_width, m_height, m_rowByte, m_offset;
-    std::vector<kova_sint32> m_bg, m_fg;
-    std::vector<KovaTextExpand_e> m_expand;
-};
-
-Cells::Cells(const Page &page)
-{
-    const kova_uint32 uiRowByte = (page.uiWidth + 7) / 8, uiCount = page.uiColumns * page.uiRows;
-
-    for (size_t i = 0; i < uiRowByte * page.uiHeight; i++) m_bits.push_back(kova_uint8(0x9D * (i + 1)));
-    for (kova_uint32 i = 0; i < uiCount; i++) {
-        m_x.push_back(i % page.uiColumns * page.uiWidth * page.uiHorizontal);
-        m_y.push_back(i / page.uiColumns * page.uiHeight * page.uiVertical);
-    }
-    m_data.assign(uiCount, m_bits.data());
-    m_width.assign(uiCount, page.uiWidth);
-    m_height.assign(uiCount, page.uiHeight);
-    m_rowByte.assign(uiCount, uiRowByte);
-    m_offset.assign(uiCount, 0);
-    m_bg.assign(uiCount, 1);
-    m_fg.assign(uiCount, 2);
-    m_expand.assign(uiCount, page.eExpand);
-}
 
 // The same cells as rows of finished pixels: what the drawing would cost if there were no bits to expand.
 template <typename Move>

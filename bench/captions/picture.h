@@ -1,0 +1,19 @@
+// The picture of those who have no screen of their own.
+#ifndef BENCH_CAPTIONS_PICTURE_H
+#define BENCH_CAPTIONS_PICTURE_H
+
+#include "contender.h"
+
+static uint32_t *g_puiPicture;
+
+void Start()
+{
+    g_puiPicture = new uint32_t[WIDTH * HEIGHT]();
+}
+
+const uint32_t *Look(int *piPitch)
+{
+    return *piPitch = WIDTH, g_puiPicture;
+}
+
+#endif
