@@ -92,22 +92,19 @@ void SetComparison(benchmark::State &state, const std::vector<double> &ours,
 
 // Both ways by turns, in batches, the first of a round being the second of the next. "ours" and "beside" are
 // the medians of the rounds in nanoseconds a call, "ratio" is the median of the rounds' own ratios: what
-// slows the machine for longer than a round cancels out. Before a batch, and outside its time, "prepare" is
-// told whose it is.
-template <typename Ours, typename Theirs, typename Prepare>
-void Versus(benchmark::State &state, const char *pcTheirs, Ours ours, Theirs theirs, Prepare prepare)
+// slows the machine for longer than a round cancels out.
+template <typename Ours, typename Theirs>
+void Versus(benchmark::State &state, const char *pcTheirs, Ours ours, Theirs theirs)
 {
     const int iCalls = CallsInABatch(ours);
-    const auto timeOurs = [&] { return prepare(true), SecondsOf(iCalls, ours); };
-    const auto timeTheirs = [&] { return prepare(false), SecondsOf(iCalls, theirs); };
     std::vector<double> ourTimes, theirTimes;
     bool bOursFirst = true;
 
-    timeTheirs(); // both warm
+    SecondsOf(iCalls, theirs); // both warm
     for (auto _ : state) {
-        double fOurs = bOursFirst ? timeOurs() : 0;
-        const double fTheirs = timeTheirs();
-        if (!bOursFirst) fOurs = timeOurs();
+        double fOurs = bOursFirst ? SecondsOf(iCalls, ours) : 0;
+        const double fTheirs = SecondsOf(iCalls, theirs);
+        if (!bOursFirst) fOurs = SecondsOf(iCalls, ours);
         bOursFirst = !bOursFirst;
         ourTimes.push_back(fOurs / iCalls);
         theirTimes.push_back(fTheirs / iCalls);
@@ -115,12 +112,6 @@ void Versus(benchmark::State &state, const char *pcTheirs, Ours ours, Theirs the
     }
     state.SetLabel(pcTheirs);
     SetComparison(state, ourTimes, theirTimes);
-}
-
-template <typename Ours, typename Theirs>
-void Versus(benchmark::State &state, const char *pcTheirs, Ours ours, Theirs theirs)
-{
-    Versus(state, pcTheirs, ours, theirs, [](bool) {});
 }
 
 // A row of a table: "section/group/row". The function does its own timing.
