@@ -52,21 +52,17 @@ void ConvertUnicode2UTF8(const unsigned short *pusStrUni, kova_uint8 ucBytes, ch
     const unsigned short *const pusEnd = pusStrUni + ucBytes;
     kova_uint8 *pucOut = pucStart;
 
-    const bool bFits = uiRoom >= 3u * ucBytes; // whatever it is, so that no unit need ask for room
-
-    while (bFits && pusStrUni != pusEnd) {
+    // Where the longest text fits no unit need ask for room.
+    while (uiRoom >= 3u * ucBytes && pusStrUni != pusEnd) {
         const unsigned uiUnit = *pusStrUni;
-        if (uiUnit < 0x80 && pusEnd - pusStrUni >= 4 && EncodeFourOfAscii(pusStrUni, pucOut)) {
+        if (uiUnit >= 0x80) {
+            pusStrUni++;
+            pucOut += uiUnit < 0x800 ? Encode2(uiUnit, pucOut) : Encode3(uiUnit, pucOut);
+        } else if (pusEnd - pusStrUni >= 4 && EncodeFourOfAscii(pusStrUni, pucOut)) {
             pusStrUni += 4, pucOut += 4;
-            continue;
-        }
-        pusStrUni++;
-        if (uiUnit < 0x80) {
-            *pucOut++ = kova_uint8(uiUnit);
-        } else if (uiUnit < 0x800) {
-            pucOut += Encode2(uiUnit, pucOut);
         } else {
-            pucOut += Encode3(uiUnit, pucOut);
+            pusStrUni++;
+            *pucOut++ = kova_uint8(uiUnit);
         }
     }
     // What is left may not fit: it ends before the first character that does not.
