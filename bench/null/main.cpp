@@ -5,6 +5,8 @@
 
 #include <cstdio>
 #include <cstring>
+#include <pthread.h>
+#include <sys/time.h>
 #include <unistd.h>
 #include <valgrind/callgrind.h>
 
@@ -59,18 +61,38 @@ static void Count(const Operation &operation)
     std::printf("%d %s\n", iAllocations, operation.pcName);
 }
 
-static void Time(benchmark::State &state, const Operation &operation)
+template <typename Way> static void Time(benchmark::State &state, Way way)
 {
-    NullDisplay display(operation.eColors, operation.eLayer);
-    const auto call = [&] { operation.pCall(display); };
-    const int iCalls = CallsInABatch(call);
+    const int iCalls = CallsInABatch(way);
     std::vector<double> times;
 
     for (auto _ : state) {
-        times.push_back(SecondsOf(iCalls, call) / iCalls);
+        times.push_back(SecondsOf(iCalls, way) / iCalls);
         state.SetIterationTime(times.back());
     }
     state.counters["ours"] = Median(times) * 1e9;
+}
+
+// What many operations cannot do without, alone.
+template <typename Way> static void RegisterAlone(const char *pcName, Way way)
+{
+    Register(std::string("calls//") + pcName, [way](benchmark::State &state) { Time(state, way); });
+}
+
+static void RegisterWhatIsNeeded()
+{
+    static pthread_mutex_t s_mutex;
+    static struct timeval s_now;
+    pthread_mutexattr_t attribute;
+
+    pthread_mutexattr_init(&attribute);
+    pthread_mutexattr_settype(&attribute, PTHREAD_MUTEX_RECURSIVE);
+    pthread_mutex_init(&s_mutex, &attribute);
+    RegisterAlone("(the mutex alone, locked and unlocked)", [] {
+        pthread_mutex_lock(&s_mutex);
+        pthread_mutex_unlock(&s_mutex);
+    });
+    RegisterAlone("(the clock alone)", [] { gettimeofday(&s_now, nullptr); });
 }
 
 } // namespace bench
@@ -83,9 +105,12 @@ int main(int argc, char **argv)
     }
     for (const bench::Operation &operation : bench::Operations()) {
         if (operation.pPrepare) continue; // no operation to repeat by itself
-        bench::Register(std::string("calls//") + operation.pcName,
-                        [&operation](benchmark::State &state) { bench::Time(state, operation); });
+        bench::Register(std::string("calls//") + operation.pcName, [&operation](benchmark::State &state) {
+            bench::NullDisplay display(operation.eColors, operation.eLayer);
+            bench::Time(state, [&] { operation.pCall(display); });
+        });
     }
+    bench::RegisterWhatIsNeeded();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     benchmark::RunSpecifiedBenchmarks();
