@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
+#include <cstring>
 #include <optional>
 #include <thread>
 #include <vector>
@@ -262,7 +264,16 @@ void Play(const SourceOptions &source, const Playback &playback, const Options &
     const Subtitles subtitles = ReadSubtitles(source);
     for (const std::string &notice : subtitles.notices) Say(notice);
 
-    Player player(subtitles.cues, playback, FitTo(subtitles.cues, options), out);
+    const Options fitting = FitTo(subtitles.cues, options);
+    if (!std::getenv("DISPLAY") && !std::getenv("DFBARGS") && !options.headless) {
+        Say("there is no X server (DISPLAY is not set); playing without a window");
+    }
+    Player player(subtitles.cues, playback, fitting, out);
+    const char *const system = std::getenv("DFBARGS");
+    if (fitting.mode == ColorMode::INDEX && fitting.layer != KOVA_GRAPHIC_LAYER1 && system &&
+        std::strstr(system, "system=x11")) {
+        Say("DirectFB shows no index mode in a window of this layer; use --layer 1 or another --mode");
+    }
     try {
         player.Run();
     } catch (const Interrupted &) {

@@ -135,6 +135,19 @@ TEST(Play, RefusesWhatItCannotPlay)
     }
 }
 
+TEST(Play, SaysWhereNothingWillBeSeen)
+{
+    const Folder folder;
+    const std::string play = "play --speed 100 '" + folder.Write("five.srt", FiveCues()) + "'";
+
+    EXPECT_EQ(RunTool(play + " --headless").err, "");
+    EXPECT_NE(RunTool(play).err.find("there is no X server (DISPLAY is not set); playing without a window"),
+              std::string::npos);
+    EXPECT_NE(RunToolUnderX(play + " --layer 2 --mode index").err.find("shows no index mode in a window"),
+              std::string::npos);
+    EXPECT_EQ(RunToolUnderX(play + " --mode index").err.find("kova-caption:"), std::string::npos);
+}
+
 TEST(Play, ObeysTheKeysOfTheTerminalAndGivesItBack)
 {
     const Folder folder;
