@@ -441,6 +441,26 @@ void BeginAgain()
     HoldSleeps(true);
 }
 
+// What the record says of the plane, the contexts and the way things are drawn.
+std::string StateOf(const KovaDFBDisplay_t &r)
+{
+    std::string state = "shown " + Text(r.bShow) + " mask " + Text(r.ucContextMask) + " active " +
+                        Text(r.scActiveContextID) + " font " + Text(r.scActiveFontID) + " plane " +
+                        Text(int(r.uiPlaneWidth)) + "x" + Text(int(r.uiPlaneHeight)) + " clip " +
+                        Text(r.clip.x1) + "," + Text(r.clip.y1) + " " + Text(r.clip.x2) + "," +
+                        Text(r.clip.y2) + " color32 " + Text(r.bColor32) + " flip " + Text(r.bFlip) +
+                        " changed " + Text(r.blast_frame_changed) + " backup " +
+                        Text(r.pActiveSurface && r.pActiveSurface == r.pBackupSurface);
+    for (const KovaDFBContext_t &context : r.context)
+        state += " " + Text(int(context.uiPlaneWidth)) + "x" + Text(int(context.uiPlaneHeight));
+    for (const KovaDFBFont_t &font : r.font)
+        state += " " + Text(font.pFont != nullptr) + ":" + Text(int(font.ucHeight)) + "x" +
+                 Text(int(font.ucWidth));
+    for (const KovaTextColor_t &c : r.palette)
+        state += " " + Text(c.r) + "," + Text(c.g) + "," + Text(c.b) + "," + Text(c.a);
+    return state;
+}
+
 // Every operation once on what the fault left. Nothing is expected but that it ends, with the lock free;
 // named are those that kept it.
 std::string PlayEverything(pKovaITextDisplay_t pDisplay)
@@ -519,6 +539,7 @@ private:
 
         m_clean = m_lines;
         m_answer = run.answer;
+        m_state = run.state;
         return run;
     }
 
@@ -559,6 +580,8 @@ private:
         pRun->answer = m_case.when(pDisplay);
         FailCall(0, DFB_OK);
         if (HoldsLock()) pRun->keepers = "itself ";
+        pDisplay = Kova_TextDisp_GetDisplayByID(0);
+        if (pDisplay) pRun->state = StateOf(*RecordOf(pDisplay));
     }
 
     static std::string Played(pKovaITextDisplay_t pDisplay)
@@ -582,13 +605,14 @@ private:
         }
         const std::string left = m_bPlayed ? "" : Joined(m_kept, expected.left);
         if (seen.trace == expected.trace && seen.answer == expected.answer && seen.left == left &&
-            seen.keepers.empty())
+            seen.keepers.empty() && (!expected.bSameState || seen.state == m_state))
             return;
         if (++s_iWrong > ENOUGH) return;
         EXPECT_EQ(seen.trace, expected.trace);
         EXPECT_EQ(seen.answer, expected.answer);
         EXPECT_EQ(seen.left, left);
         EXPECT_EQ(seen.keepers, "");
+        EXPECT_TRUE(!expected.bSameState || seen.state == m_state) << seen.state << "\nnot\n" << m_state;
         ADD_FAILURE() << "with " << pcResult << " at call " << fault.iCall << " (" << line.text << ") of "
                       << m_name;
     }
@@ -608,7 +632,7 @@ private:
     const Case_t &m_case;
     Scenario_t m_scenario;
     const ColorMode_e m_eMode;
-    std::string m_name, m_answer, m_kept;
+    std::string m_name, m_answer, m_state, m_kept;
     std::vector<Line_t> m_clean, m_lines;
     Tally_t m_tally;
     void (*m_take)(KovaDFBDisplay_t *) = nullptr;

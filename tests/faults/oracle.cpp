@@ -226,6 +226,7 @@ public:
         : m_scenario(scenario), m_clean(clean), m_fault(fault)
     {
         m_run.answer = answer;
+        m_run.bSameState = scenario.absent.empty();
     }
 
     Run_t Go()
@@ -324,6 +325,7 @@ private:
                                      : bOnAbsent && rule.pcAbsentReport     ? rule.pcAbsentReport
                                                                             : rule.pcReport;
         if (pcReport) m_lines.push_back(LineOf(Formatted(pcReport, m_scenario, eResult), line.bLocked));
+        if (pcReport || rule.pcGone || rule.pcAnswer || !line.made.empty()) m_run.bSameState = false;
         if (rule.pcAnswer) m_run.answer = rule.pcAnswer;
         if (rule.pcGone) m_gone = rule.pcGone;
         if (rule.bRecordLost) m_run.bRecordLost = true;

@@ -24,6 +24,8 @@ struct Run_t {
     std::string left;    // names of the objects that stay when the display is gone
     std::string keepers; // operations that kept the lock
     bool bRecordLost = false;
+    std::string state;      // what the record says afterwards
+    bool bSameState = true; // whether that is what it says without the failure
 };
 
 struct Scenario_t {
