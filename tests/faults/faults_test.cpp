@@ -83,6 +83,13 @@ struct Case_t {
 
 // ---- displays
 
+template <typename Interface> void Take(Interface *&pObject)
+{
+    if (pObject) pObject->Release(pObject);
+    pObject = nullptr;
+    ClearTrace();
+}
+
 pKovaITextDisplay_t Shown(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
 {
     return GivenShownDisplay(eLayer, eMode, NO_CONTEXT);
@@ -160,6 +167,22 @@ pKovaITextDisplay_t ReleasedPlane(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
     pKovaITextDisplay_t pDisplay = After32BitPlane(eLayer, eMode);
     EXPECT_EQ(pDisplay->Release32BitPlane(pDisplay), 0);
     ClearTrace();
+    return pDisplay;
+}
+
+// As a layer that was not to be had leaves it: the context counts as active all the same. On layer 1 the
+// window is given up before the layer is asked for.
+template <Given_t given> pKovaITextDisplay_t WithoutLayer(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
+{
+    pKovaITextDisplay_t pDisplay = given(eLayer, eMode);
+    KovaDFBDisplay_t *const pRecord = RecordOf(pDisplay);
+
+    if (eLayer == KOVA_GRAPHIC_LAYER1) {
+        pRecord->pActiveSurface = nullptr;
+        Take(pRecord->pBaseSurface);
+        Take(pRecord->pWindow);
+    }
+    Take(pRecord->pLayer);
     return pDisplay;
 }
 
@@ -254,6 +277,18 @@ template <kova_uint32 uiHeight> std::string CreateFontAt(pKovaITextDisplay_t p)
     return Text(iResult) + " font " + Text(siFont);
 }
 
+std::string CreatePlane(pKovaITextDisplay_t p)
+{
+    const int iResult = p->Create32BitPlane(p, 0, 0, 0, PLANE_WIDTH, PLANE_HEIGHT);
+    return Text(iResult) + " " + Active(p);
+}
+
+std::string ReleasePlane(pKovaITextDisplay_t p)
+{
+    const int iResult = p->Release32BitPlane(p);
+    return Text(iResult) + " " + Active(p);
+}
+
 template <int iContext, int iActive> std::string Activate(pKovaITextDisplay_t p)
 {
     Kova_TextDisp_SetActive(p, iContext, iActive);
@@ -343,16 +378,10 @@ const Case_t CASES[] = {
     {"BlitBackupSurface", "", WithBackup,
      [](pKovaITextDisplay_t p) { return Text(p->BlitBackupSurface(p, 0, &s_rect, 50, 60)); }},
     {"DrawLine", "", Shown, [](pKovaITextDisplay_t p) { return Text(p->DrawLine(p, 0, 1, 2, 3, 4, 5)); }},
-    {"Create32BitPlane", "", WithFont,
-     [](pKovaITextDisplay_t p) {
-         return Text(p->Create32BitPlane(p, 0, 0, 0, PLANE_WIDTH, PLANE_HEIGHT)) + " " + Active(p);
-     }},
-    {"Create32BitPlane", "Again", ReleasedPlane,
-     [](pKovaITextDisplay_t p) {
-         return Text(p->Create32BitPlane(p, 0, 0, 0, PLANE_WIDTH, PLANE_HEIGHT)) + " " + Active(p);
-     }},
-    {"Release32BitPlane", "", After32BitPlane,
-     [](pKovaITextDisplay_t p) { return Text(p->Release32BitPlane(p)) + " " + Active(p); }},
+    {"Create32BitPlane", "", WithFont, CreatePlane},
+    {"Create32BitPlane", "Again", ReleasedPlane, CreatePlane},
+    {"Create32BitPlane", "WithoutLayer", WithoutLayer<WithFont>, CreatePlane},
+    {"Release32BitPlane", "", After32BitPlane, ReleasePlane},
     {"SetFlip", "", FlippingOff, [](pKovaITextDisplay_t p) { return Text(p->SetFlip(p, 1)); }},
     {"SetSurface_OsdScaleInfo", "", Shown,
      [](pKovaITextDisplay_t p) {
@@ -374,6 +403,7 @@ const Case_t CASES[] = {
     {"SetActive", "Same", WithContexts<0>, Activate<0, 1>, "active 0"},
     {"SetActive", "Off", WithContexts<0>, Activate<0, 0>, "active 0"},
     {"SetActive", "Regain", Deactivated, Activate<0, 1>, "active -2"},
+    {"SetActive", "WithoutLayer", WithoutLayer<WithContexts<1>>, Activate<0, 1>, "active 1"},
     {"Flip_last_frame_Thread", "", Deferred, ThreadPass, "", true},
     {"Destroy", "", WithBackup, DestroyDisplay},
 };
@@ -674,13 +704,6 @@ INSTANTIATE_TEST_SUITE_P(Operation, EachCall, testing::ValuesIn(CASES), [](const
 });
 
 // ---- displays that lack something from the start: every call on it counts as one on what was destroyed
-
-template <typename Interface> void Take(Interface *&pObject)
-{
-    if (pObject) pObject->Release(pObject);
-    pObject = nullptr;
-    ClearTrace();
-}
 
 void TakeSurface(KovaDFBDisplay_t *pRecord)
 {

@@ -325,7 +325,10 @@ private:
                                      : bOnAbsent && rule.pcAbsentReport     ? rule.pcAbsentReport
                                                                             : rule.pcReport;
         if (pcReport) m_lines.push_back(LineOf(Formatted(pcReport, m_scenario, eResult), line.bLocked));
-        if (pcReport || rule.pcGone || rule.pcAnswer || !line.made.empty()) m_run.bSameState = false;
+        // Without a palette the record has the colours all the same.
+        if (pcReport || rule.pcGone || rule.pcAnswer ||
+            (!line.made.empty() && KindOf(line.made) != "palette"))
+            m_run.bSameState = false;
         if (rule.pcAnswer) m_run.answer = rule.pcAnswer;
         if (rule.pcGone) m_gone = rule.pcGone;
         if (rule.bRecordLost) m_run.bRecordLost = true;
