@@ -74,7 +74,14 @@ struct State_t {
     std::atomic<bool> bRealClock{false};
 
     std::shared_ptr<std::function<void(const char *, const void *)>> hook;
+    std::atomic<bool> bHooked{false};
+
+    std::atomic<bool> bKeepTrace{true};
+    std::atomic<void (*)()> pfnFilled{nullptr};
+    std::atomic<void (*)(struct timeval)> pfnFlipped{nullptr};
 };
+
+static thread_local struct timeval s_asked;
 
 static State_t &State()
 {
@@ -156,6 +163,7 @@ static void DrainStandardError()
 static void Add(const std::string &line)
 {
     State_t &state = State();
+    if (!state.bKeepTrace) return;
     const std::lock_guard<std::recursive_mutex> guard(state.mutex);
 
     DrainStandardError();
@@ -383,6 +391,7 @@ void Reset()
     state.symbol.clear();
     state.bDlError = false;
     state.bRealClock = false;
+    state.bKeepTrace = true;
     SetClock(1000000, 0);
     SetThreshold(5);
 }
@@ -455,12 +464,18 @@ template <typename Interface> static typename ObjectOf<Interface>::type *Of(Inte
 static void NameObject(Object_t *pObject, const std::string &kind, const std::string &name)
 {
     State_t &state = State();
+    const std::lock_guard<std::recursive_mutex> guard(state.mutex);
     const int iCount = ++state.names[name];
 
     pObject->kind = kind;
     pObject->name = iCount == 1 ? name : name + std::to_string(iCount);
     state.alive[pObject->name] = pObject;
-    if (!state.lines.empty() && !state.lines.back().method.empty()) state.lines.back().made = pObject->name;
+    // The call that gives it is the last that this thread has made.
+    for (auto line = state.lines.rbegin(); line != state.lines.rend(); ++line) {
+        if (line->bMainThread != IsMainThread()) continue;
+        if (!line->method.empty()) line->made = pObject->name;
+        break;
+    }
 }
 
 int LiveObjects()
@@ -490,6 +505,7 @@ static DFBResult Called(const std::string &who, const std::string &method, const
                         bool *pbNothing = nullptr)
 {
     State_t &state = State();
+    if (!state.bKeepTrace) return DFB_OK;
     const std::lock_guard<std::recursive_mutex> guard(state.mutex);
     DFBResult eResult = DFB_OK;
     bool bNothing = false;
@@ -669,6 +685,7 @@ static void FillDrawing(IDirectFBSurface *pIface)
                             "NOFX"));
     };
     pIface->FillRectangle = [](IDirectFBSurface *pThiz, int x, int y, int w, int h) {
+        if (void (*const pfnFilled)() = State().pfnFilled) pfnFilled();
         return Called(Of(pThiz), "FillRectangle", Format("%d,%d %dx%d", x, y, w, h));
     };
     pIface->DrawLine = [](IDirectFBSurface *pThiz, int x1, int y1, int x2, int y2) {
@@ -731,6 +748,7 @@ static void FillState(IDirectFBSurface *pIface)
         return eResult;
     };
     pIface->Flip = [](IDirectFBSurface *pThiz, const DFBRegion *pRegion, DFBSurfaceFlipFlags eFlags) {
+        if (void (*const pfnFlipped)(struct timeval) = State().pfnFlipped) pfnFlipped(s_asked);
         return Called(Of(pThiz), "Flip", Region(pRegion) + " " + FlipFlags(eFlags));
     };
     pIface->Lock = [](IDirectFBSurface *pThiz, DFBSurfaceLockFlags eFlags, void **ppData, int *piPitch) {
@@ -1111,8 +1129,21 @@ void UseRealClock(bool bReal)
     State().bRealClock = bReal;
 }
 
+void KeepTrace(bool bKeep)
+{
+    ClearTrace();
+    State().bKeepTrace = bKeep;
+}
+
+void WatchSurfaces(void (*pfnFilled)(), void (*pfnFlipped)(struct timeval asked))
+{
+    State().pfnFilled = pfnFilled;
+    State().pfnFlipped = pfnFlipped;
+}
+
 void BeforeThreadCall(std::function<void(const char *pcCall, const void *pObject)> hook)
 {
+    State().bHooked = bool(hook);
     std::atomic_store(
         &State().hook,
         hook ? std::make_shared<std::function<void(const char *, const void *)>>(std::move(hook)) : nullptr);
@@ -1232,6 +1263,7 @@ static KovaDebugCategory s_default = {"default", "", 0};
 
 static void TellHook(const char *pcCall, const void *pObject)
 {
+    if (!fake::State().bHooked) return;
     if (const auto hook = std::atomic_load(&fake::State().hook)) (*hook)(pcCall, pObject);
 }
 
@@ -1290,8 +1322,12 @@ DFBResult DirectFBErrorFatal(const char *msg, DFBResult result)
 
 int __wrap_gettimeofday(struct timeval *tv, void *)
 {
-    if (fake::State().bRealClock) return gettimeofday(tv, nullptr);
-    *tv = fake::Now();
+    if (fake::State().bRealClock) {
+        gettimeofday(tv, nullptr);
+    } else {
+        *tv = fake::Now();
+    }
+    fake::s_asked = *tv;
     return 0;
 }
 

@@ -118,6 +118,13 @@ void LetSleeperGo(); // and turns the clock by as much as it asked for
 void UseRealClock(bool bReal);
 void SetThreshold(int iLevel); // __kova_debug_min; 5 after Reset
 
+// For a stress: nothing is written down and no call fails, and threads that come by meet no lock here, which
+// the thread sanitizer would take for the library's. On again after Reset.
+void KeepTrace(bool bKeep);
+// Called in the calling thread at each FillRectangle and at each Flip of a surface, the latter with the time
+// that this thread was last told, zero if it never asked. Null: nobody.
+void WatchSurfaces(void (*pfnFilled)(), void (*pfnFlipped)(struct timeval asked));
+
 // Called in the calling thread before each pthread_mutex_lock, pthread_cond_wait and pthread_cond_signal that
 // the library makes, with that name and the mutex or condition: there a test holds a thread up, or slows it
 // down. nullptr takes it back; a call that has begun goes on.
