@@ -250,7 +250,8 @@ TEST(FlipThread, BringsTheLastFrameOfEveryBurstToTheScreen)
     CountFramesOf(RecordOf(pDisplay)->pActiveSurface);
     SlowTheThreadDown(RecordOf(pDisplay), 500);
 
-    for (const auto end = Clock::now() + STRESS; Clock::now() < end; iBursts++) {
+    // At least so many, however busy the machine.
+    for (const auto end = Clock::now() + STRESS; Clock::now() < end || iBursts <= 10; iBursts++) {
         DrawAFrame(pDisplay);
         DrawAFrame(pDisplay);
         // The thread is through with the second of the two about now.
@@ -264,7 +265,6 @@ TEST(FlipThread, BringsTheLastFrameOfEveryBurstToTheScreen)
 
     // Both ways to the screen were taken, or this proved nothing.
     RecordProperty("bursts", iBursts);
-    EXPECT_GT(iBursts, 10);
     EXPECT_GT(s_iThreadFlips, 0);
     EXPECT_GT(s_iFlips, s_iThreadFlips);
     DestroyInTime(pDisplay);
@@ -281,7 +281,7 @@ TEST(FlipThread, EndsEveryTimeItIsAsked)
     SlowTheThreadDown(RecordOf(pDisplay), 100);
     {
         Watchdog_t watchdog(PATIENCE, "the first cycle");
-        for (const auto end = Clock::now() + STRESS; Clock::now() < end; iCycles++) {
+        for (const auto end = Clock::now() + STRESS; Clock::now() < end || iCycles <= 1000; iCycles++) {
             ASSERT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
             if (iCycles % 2) SleepUpTo(400);
             Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
@@ -290,7 +290,6 @@ TEST(FlipThread, EndsEveryTimeItIsAsked)
         }
     }
     RecordProperty("cycles", iCycles);
-    EXPECT_GT(iCycles, 1000);
     EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 0u);
     BeforeThreadCall(nullptr);
     DestroyInTime(pDisplay);
@@ -307,7 +306,7 @@ TEST(FlipThread, EndsInTheMiddleOfBurstsToo)
     SlowTheThreadDown(RecordOf(pDisplay), 300);
     {
         Watchdog_t watchdog(PATIENCE, "the first cycle");
-        for (const auto end = Clock::now() + STRESS / 2; Clock::now() < end; iCycles++) {
+        for (const auto end = Clock::now() + STRESS / 2; Clock::now() < end || iCycles <= 20; iCycles++) {
             DrawAFrame(pDisplay);
             DrawAFrame(pDisplay);
             if (iCycles % 2) SleepUpTo(17000);
@@ -318,7 +317,6 @@ TEST(FlipThread, EndsInTheMiddleOfBurstsToo)
             ClearTrace();
         }
     }
-    EXPECT_GT(iCycles, 20);
     DestroyInTime(pDisplay);
     BeforeThreadCall(nullptr);
 }
