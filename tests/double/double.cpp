@@ -801,20 +801,26 @@ static void FillExtensions(IDirectFBSurface *pIface)
 }
 #endif
 
+static void Lay(Surface_t *pSurface, int iWidth, int iHeight, DFBSurfacePixelFormat eFormat)
+{
+    pSurface->iWidth = iWidth;
+    pSurface->iHeight = iHeight;
+    pSurface->eFormat = eFormat;
+    pSurface->iPitch = iWidth * (eFormat == DSPF_LUT8 ? 1 : 4) + 12; // a pitch that is not the width
+    // A caller may ask for a plane that no memory would hold; it is not there to be drawn in then.
+    const long long llBytes = (long long)(pSurface->iPitch) * iHeight;
+    const bool bFits = iWidth > 0 && iHeight > 0 && llBytes < 64 * 1024 * 1024;
+    pSurface->memory.assign(bFits ? size_t(llBytes) : 0, 0);
+}
+
 IDirectFBSurface *MakeSurface(const std::string &name, int iWidth, int iHeight, DFBSurfacePixelFormat eFormat)
 {
     const std::lock_guard<std::recursive_mutex> guard(State().mutex);
     auto *const pSurface = new Surface_t;
 
     NameObject(pSurface, "Surface", name);
-    pSurface->iWidth = iWidth;
-    pSurface->iHeight = iHeight;
-    pSurface->eFormat = eFormat;
-    pSurface->iPitch = iWidth * (eFormat == DSPF_LUT8 ? 1 : 4) + 12; // a pitch that is not the width
+    Lay(pSurface, iWidth, iHeight, eFormat);
     pSurface->clip = {0, 0, iWidth - 1, iHeight - 1};
-    // A caller may ask for a plane that no memory would hold; it is not there to be drawn in then.
-    const long long llBytes = (long long)(pSurface->iPitch) * iHeight;
-    if (iWidth > 0 && iHeight > 0 && llBytes < 64 * 1024 * 1024) pSurface->memory.resize(size_t(llBytes));
     pSurface->colors = std::make_shared<std::vector<DFBColor>>(256);
     Prepare(pSurface);
     FillDrawing(&pSurface->iface);
@@ -1018,6 +1024,12 @@ static IDirectFBDisplayLayer *MakeLayer()
         if (pConfig->flags & DLCONF_PIXELFORMAT) config.pixelformat = pConfig->pixelformat;
         if (pConfig->flags & DLCONF_BUFFERMODE) config.buffermode = pConfig->buffermode;
         if (pConfig->flags & DLCONF_SURFACE_CAPS) config.surface_caps = pConfig->surface_caps;
+        // A surface that the library keeps over an activation follows its layer in size.
+        const std::lock_guard<std::recursive_mutex> guard(State().mutex);
+        for (const auto &[name, pObject] : State().alive) {
+            auto *const pSurface = name.rfind("base", 0) == 0 ? dynamic_cast<Surface_t *>(pObject) : nullptr;
+            if (pSurface) Lay(pSurface, config.width, config.height, pSurface->eFormat);
+        }
         return eResult;
     };
     pLayer->iface.GetSurface = [](IDirectFBDisplayLayer *pThiz, IDirectFBSurface **ppSurface) {
