@@ -41,7 +41,7 @@ static void Mark(const char *pcPhase, const char *pcName)
     access((std::string(pcPhase) + "/" + pcName).c_str(), F_OK);
 }
 
-static void Count(const Operation &operation)
+static int Count(const Operation &operation)
 {
     NullDisplay display(operation.eColors, operation.eLayer);
 
@@ -59,6 +59,7 @@ static void Count(const Operation &operation)
     const int iAllocations = g_iAllocations;
     Mark("end", operation.pcName);
     std::printf("%d %s\n", iAllocations, operation.pcName);
+    return iAllocations;
 }
 
 template <typename Way> static void Time(benchmark::State &state, Way way)
@@ -99,9 +100,12 @@ static void RegisterWhatIsNeeded()
 
 int main(int argc, char **argv)
 {
-    if (argc == 2 && std::strcmp(argv[1], "--count") == 0) {
-        for (const bench::Operation &operation : bench::Operations()) bench::Count(operation);
-        return 0;
+    const bool bDemand = argc == 2 && std::strcmp(argv[1], "--demand-no-allocations") == 0;
+
+    if (bDemand || (argc == 2 && std::strcmp(argv[1], "--count") == 0)) {
+        int iAllocations = 0;
+        for (const bench::Operation &operation : bench::Operations()) iAllocations += bench::Count(operation);
+        return bDemand && iAllocations != 0;
     }
     for (const bench::Operation &operation : bench::Operations()) {
         if (operation.pPrepare) continue; // no operation to repeat by itself
