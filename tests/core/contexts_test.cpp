@@ -333,6 +333,42 @@ TEST(SetActive, TakesThePlaneOfTheContext)
     EXPECT_EQ(RecordOf(pDisplay)->clip.x2, 1279);
     EXPECT_EQ(RecordOf(pDisplay)->clip.y2, 719);
     EXPECT_EQ(RecordOf(pDisplay)->bShow, 1); // as it was
+
+    SetActive(pDisplay, 0, 1); // whose plane is not the one that the display has
+    EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, 720u);
+    EXPECT_EQ(RecordOf(pDisplay)->uiPlaneHeight, 480u);
+    EXPECT_EQ(RecordOf(pDisplay)->clip.x2, 719);
+    EXPECT_EQ(RecordOf(pDisplay)->clip.y2, 479);
+    Destroy(pDisplay);
+}
+
+TEST(SetActive, KeepsTheSurfaceThatIsThereThoughNoneIsDrawnInto)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    EXPECT_EQ(CreateContext(pDisplay), 1);
+    IDirectFBSurface *const pBase = RecordOf(pDisplay)->pBaseSurface;
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is none
+    EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, nullptr);
+    ClearTrace();
+
+    SetActive(pDisplay, 1, 1);
+
+    EXPECT_EQ(TraceOf("layer.GetSurface"), "");
+    EXPECT_EQ(RecordOf(pDisplay)->pBaseSurface, pBase);
+    EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, pBase);
+    Destroy(pDisplay);
+}
+
+TEST(SetActive, ReleasesTheSurfaceThatIsThereThoughNoneIsDrawnInto)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is none
+    ClearTrace();
+
+    SetActive(pDisplay, 0, 0);
+
+    EXPECT_EQ(TraceOf("base.Release"), "  base.Release\n");
+    EXPECT_EQ(RecordOf(pDisplay)->pBaseSurface, nullptr);
     Destroy(pDisplay);
 }
 
@@ -778,6 +814,23 @@ TEST(DestroyContext, StopsTheThreadWithTheLastContextOnly)
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
     EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
+}
+
+TEST(DestroyContext, HoldsTheThreadUntilItHasEnded)
+{
+    pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2);
+    kova_uint32 uiHolders = 0;
+    BeforeThreadCall([&](const char *pcCall, const void *) {
+        // Another thread that made a context now would start a second flip thread beside the one that ends.
+        if (strcmp(pcCall, "pthread_join") == 0) uiHolders = RecordOf(pDisplay)->flip_thread_ref;
+    });
+
+    Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
+
+    BeforeThreadCall(nullptr);
+    EXPECT_EQ(uiHolders, 1u);
+    EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 0u);
+    Destroy(pDisplay);
 }
 
 TEST(DestroyContext, ForgetsTheGeometryOfThatContextAlone)

@@ -218,3 +218,20 @@ TEST(Configure, RemembersHowLargeTheSurfaceIs)
     EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, 720u);
     Destroy(pDisplay);
 }
+
+TEST(ResetClip, MakesTheWholePlaneTheClip)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    KovaTextRect_t rect = {10, 20, 30, 40};
+    EXPECT_EQ(pDisplay->SetClip(pDisplay, 0, &rect), 0);
+
+    EXPECT_EQ(pDisplay->SetPlane(pDisplay, 0, 0, 0, 640, 360), 0);
+
+    for (const DFBRegion &clip : {RecordOf(pDisplay)->clip, ClipOf(RecordOf(pDisplay)->pBaseSurface)}) {
+        EXPECT_EQ(clip.x1, 0);
+        EXPECT_EQ(clip.y1, 0);
+        EXPECT_EQ(clip.x2, 639);
+        EXPECT_EQ(clip.y2, 359);
+    }
+    Destroy(pDisplay);
+}

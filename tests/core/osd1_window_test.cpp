@@ -85,6 +85,17 @@ TEST(CreateOSD1Window, ScalesAPlaneOfAnySizeOverTheWholeLayer)
     Destroy(pDisplay);
 }
 
+TEST(CreateOSD1Window, RemembersHowLargeItsSurfaceIs)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER1);
+
+    EXPECT_EQ(pDisplay->SetPlane(pDisplay, 0, 0, 0, 1280, 700), 0);
+
+    EXPECT_EQ(RecordOf(pDisplay)->uiSurfaceWidth, 1280u);
+    EXPECT_EQ(RecordOf(pDisplay)->uiSurfaceHeight, 700u);
+    Destroy(pDisplay);
+}
+
 TEST(CreateOSD1Window, DescribesNothingThatItsFlagsDoNotName)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER1, PALETTE_COLORS);

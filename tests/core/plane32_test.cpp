@@ -55,6 +55,20 @@ TEST(Create32BitPlane, KeepsTheSurfaceThatIsThere)
     EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
+TEST(Create32BitPlane, KeepsTheSurfaceThatIsThereThoughNoneIsDrawnInto)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    IDirectFBSurface *const pBase = RecordOf(pDisplay)->pBaseSurface;
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is none
+    ClearTrace();
+
+    EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 720, 480), 0);
+
+    EXPECT_EQ(TraceOf("layer.GetSurface"), "");
+    EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, pBase);
+    Destroy(pDisplay);
+}
+
 TEST(Create32BitPlane, DropsAllFonts)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);

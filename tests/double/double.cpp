@@ -1396,6 +1396,7 @@ int __wrap_pthread_create(pthread_t *thread, const pthread_attr_t *attr, void *(
 int __wrap_pthread_join(pthread_t thread, void **result)
 {
     fake::Note("pthread_join");
+    TellHook("pthread_join", nullptr);
     return pthread_join(thread, result);
 }
 

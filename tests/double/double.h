@@ -125,9 +125,9 @@ void KeepTrace(bool bKeep);
 // that this thread was last told, zero if it never asked. Null: nobody.
 void WatchSurfaces(void (*pfnFilled)(), void (*pfnFlipped)(struct timeval asked));
 
-// Called in the calling thread before each pthread_mutex_lock, pthread_cond_wait and pthread_cond_signal that
-// the library makes, with that name and the mutex or condition: there a test holds a thread up, or slows it
-// down. nullptr takes it back; a call that has begun goes on.
+// Called in the calling thread before each pthread_mutex_lock, pthread_cond_wait, pthread_cond_signal and
+// pthread_join that the library makes, with that name and the mutex or condition: there a test holds a thread
+// up, or slows it down. nullptr takes it back; a call that has begun goes on.
 void BeforeThreadCall(std::function<void(const char *pcCall, const void *pObject)> hook);
 
 } // namespace fake

@@ -4,6 +4,8 @@
 
 #include <memory>
 #include <random>
+#include <sys/mman.h>
+#include <unistd.h>
 
 using namespace test;
 
@@ -259,6 +261,33 @@ TEST_P(ExpandGlyphs, DrawsABatchInItsOrderUnderOneLock)
 INSTANTIATE_TEST_SUITE_P(On, ExpandGlyphs, testing::Values(INDEX_COLORS, PACKED_COLORS), [](const auto &row) {
     return std::string(row.param == INDEX_COLORS ? "Indexed" : "TrueColours");
 });
+
+TEST(ExpandGlyphsIn, NoByteBehindTheBitmapIsRead)
+{
+    const long lPage = sysconf(_SC_PAGESIZE);
+    void *const pPages =
+        mmap(nullptr, size_t(lPage) * 2, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(pPages, MAP_FAILED);
+    kova_uint8 *const pucEnd = static_cast<kova_uint8 *>(pPages) + lPage;
+    ASSERT_EQ(mprotect(pucEnd, size_t(lPage), PROT_NONE), 0); // a read here ends the test
+    pKovaITextDisplay_t pDisplay = GivenSmallPlane(INDEX_COLORS);
+
+    for (const kova_uint32 uiWidth : {1u, 8u, 9u, 17u, 48u}) {
+        for (const kova_uint32 uiHeight : {1u, 3u, 48u}) {
+            for (const kova_uint32 uiOffset : {0u, 7u}) {
+                const kova_uint32 uiLast =
+                    (uiOffset + uiWidth + 7) / 8; // the last row ends with its last pixel
+                const kova_uint32 uiRowByte = 7;
+                EXPECT_EQ(pDisplay->DrawPixelExpand(pDisplay, 0, pucEnd - (uiHeight - 1) * uiRowByte - uiLast,
+                                                    0, 0, uiWidth, uiHeight, uiRowByte, 1, 2, uiOffset,
+                                                    KovaTextExpand_e(0)),
+                          0);
+            }
+        }
+    }
+    Destroy(pDisplay);
+    munmap(pPages, size_t(lPage) * 2);
+}
 
 TEST(ExpandGlyphsIn, ThePaletteCopyModeDrawsThePackedEntry)
 {

@@ -197,6 +197,44 @@ TEST(DrawPixel, StaysWithinTheSurfaceThatWasMadeWhenThePlaneSizeRunsAhead)
     Destroy(pDisplay);
 }
 
+TEST(DrawPixel, WritesNothingRightOfOrBelowTheSurfaceThatWasMade)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    std::vector<kova_uint8> bitmap = Bitmap(20);
+    RecordOf(pDisplay)->uiSurfaceWidth = 300; // there is more memory, so that too much is seen
+    RecordOf(pDisplay)->uiSurfaceHeight = 100;
+
+    EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 0, 90, 10, 20, 16), 0);
+    EXPECT_EQ(BytesWritten(pDisplay), 10 * 10);
+    EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 0, 100, 10, 20, 16), 0);
+    EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 0, 200, 10, 20, 16), 0);
+    EXPECT_EQ(BytesWritten(pDisplay), 10 * 10);
+    EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 295, 0, 10, 20, 16), 0);
+    EXPECT_EQ(BytesWritten(pDisplay), 10 * 10 + 5 * 20);
+    EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 300, 0, 10, 20, 16), 0);
+    EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 400, 0, 10, 20, 16), 0);
+    EXPECT_EQ(BytesWritten(pDisplay), 10 * 10 + 5 * 20);
+    Destroy(pDisplay);
+}
+
+TEST(DrawPixel, FillsTheBackupSurfaceWhateverSizeTheBaseSurfaceHas)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    std::vector<kova_uint8> bitmap = Bitmap(1);
+    GivenBackupSurface(pDisplay);
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0);
+
+    for (const bool bSmaller : {true, false}) {
+        RecordOf(pDisplay)->uiSurfaceWidth = bSmaller ? 300 : 1280;
+        RecordOf(pDisplay)->uiSurfaceHeight = bSmaller ? 100 : 720;
+        Clip(pDisplay, 0, 0, 1279, 719);
+        const int iBefore = BytesWritten(pDisplay);
+        EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 716, bSmaller ? 470 : 471, 10, 1, 16), 0);
+        EXPECT_EQ(BytesWritten(pDisplay), iBefore + 4);
+    }
+    Destroy(pDisplay);
+}
+
 TEST(DrawPixel, DrawsOnTheBackupSurfaceInUse)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
@@ -320,6 +358,20 @@ TEST(Blit, CopiesWithinTheSurfaceAndFlips)
                        "  base.Flip all WAIT|BLIT|ONSYNC\n"
                        "exit Blit\n");
     EXPECT_TRUE(LockIsFree(pDisplay));
+    Destroy(pDisplay);
+}
+
+TEST(Blit, CopiesWithinTheBackupSurfaceInUse)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    KovaTextRect_t rect = {10, 20, 100, 50};
+    GivenBackupSurface(pDisplay);
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0);
+    ClearTrace();
+
+    EXPECT_EQ(pDisplay->Blit(pDisplay, 0, &rect, 15, 25), 0);
+
+    EXPECT_EQ(TraceOf("backup.Blit"), "  backup.Blit backup 10,20 100x50 to 15,25\n");
     Destroy(pDisplay);
 }
 
