@@ -616,6 +616,20 @@ TEST(SetSurfaceOsdScaleInfo, PassesAllButTheBufferSizeOn)
     }
 }
 
+TEST(SetSurfaceOsdScaleInfo, ScalesTheBackupSurfaceInUse)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    Surface_OsdScaleInfo info = Scaling();
+    GivenBackupSurface(pDisplay);
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0);
+    ClearTrace();
+
+    pDisplay->SetSurface_OsdScaleInfo(pDisplay, &info);
+
+    EXPECT_EQ(CallsOnly(Trace()), "backup.SetOSDScaleInfo plane 1,2 3x4 buf 0x0 crop 7,8 9x-10\n");
+    Destroy(pDisplay);
+}
+
 TEST(SetSurfaceOsdScaleInfo, ReportsAFailure)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
