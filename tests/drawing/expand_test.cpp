@@ -262,31 +262,32 @@ INSTANTIATE_TEST_SUITE_P(On, ExpandGlyphs, testing::Values(INDEX_COLORS, PACKED_
     return std::string(row.param == INDEX_COLORS ? "Indexed" : "TrueColours");
 });
 
-TEST(ExpandGlyphsIn, NoByteBehindTheBitmapIsRead)
+TEST(ExpandGlyphsIn, NoByteBeforeOrBehindTheBitmapIsRead)
 {
-    const long lPage = sysconf(_SC_PAGESIZE);
-    void *const pPages =
-        mmap(nullptr, size_t(lPage) * 2, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    const size_t uiPage = size_t(sysconf(_SC_PAGESIZE));
+    void *const pPages = mmap(nullptr, uiPage * 3, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     ASSERT_NE(pPages, MAP_FAILED);
-    kova_uint8 *const pucEnd = static_cast<kova_uint8 *>(pPages) + lPage;
-    ASSERT_EQ(mprotect(pucEnd, size_t(lPage), PROT_NONE), 0); // a read here ends the test
+    kova_uint8 *const pucBegin = static_cast<kova_uint8 *>(pPages) + uiPage, *const pucEnd =
+                                                                                 pucBegin + uiPage;
+    ASSERT_EQ(mprotect(pucBegin, uiPage, PROT_READ | PROT_WRITE), 0); // a read on either side ends the test
     pKovaITextDisplay_t pDisplay = GivenSmallPlane(INDEX_COLORS);
+    const kova_uint32 uiRowByte = 7;
 
-    for (const kova_uint32 uiWidth : {1u, 8u, 9u, 17u, 48u}) {
+    for (const kova_uint32 uiWidth : {1u, 3u, 8u, 9u, 17u, 48u}) {
         for (const kova_uint32 uiHeight : {1u, 3u, 48u}) {
             for (const kova_uint32 uiOffset : {0u, 7u}) {
                 const kova_uint32 uiLast =
                     (uiOffset + uiWidth + 7) / 8; // the last row ends with its last pixel
-                const kova_uint32 uiRowByte = 7;
-                EXPECT_EQ(pDisplay->DrawPixelExpand(pDisplay, 0, pucEnd - (uiHeight - 1) * uiRowByte - uiLast,
-                                                    0, 0, uiWidth, uiHeight, uiRowByte, 1, 2, uiOffset,
-                                                    KovaTextExpand_e(0)),
-                          0);
+                for (kova_uint8 *const pucData : {pucBegin, pucEnd - (uiHeight - 1) * uiRowByte - uiLast}) {
+                    EXPECT_EQ(pDisplay->DrawPixelExpand(pDisplay, 0, pucData, 0, 0, uiWidth, uiHeight,
+                                                        uiRowByte, 1, 2, uiOffset, KovaTextExpand_e(0)),
+                              0);
+                }
             }
         }
     }
     Destroy(pDisplay);
-    munmap(pPages, size_t(lPage) * 2);
+    munmap(pPages, uiPage * 3);
 }
 
 TEST(ExpandGlyphsIn, ThePaletteCopyModeDrawsThePackedEntry)

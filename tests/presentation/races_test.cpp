@@ -130,6 +130,32 @@ TEST(FlipThread, ServesARequestMadeBetweenItsDecisionToWaitAndItsWait)
     BeforeThreadCall(nullptr);
 }
 
+TEST(FlipThread, IsToldWhatForBeforeItIsWoken)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    const KovaDFBDisplay_t *const pRecord = RecordOf(pDisplay);
+    std::string told;
+    EXPECT_TRUE(AwaitIdleThread(pDisplay));
+    BeforeThreadCall([&](const char *pcCall, const void *pObject) {
+        if (IsFlipThread()) return;
+        if (pObject != &pRecord->flip_thread_mutex && pObject != &pRecord->flip_thread_cond) return;
+        const bool bStop = __atomic_load_n(&pRecord->flip_thread_stop, __ATOMIC_RELAXED) != 0;
+        const bool bFlip = __atomic_load_n(&pRecord->bFlipPosted, __ATOMIC_RELAXED) != 0;
+        told += std::string(pcCall) + (bStop ? " stop" : bFlip ? " flip" : "") + "\n";
+    });
+
+    DeferAFlip(pDisplay);
+    EXPECT_EQ(told, "pthread_mutex_lock flip\npthread_cond_signal flip\n");
+    HoldSleeps(false);
+    EXPECT_TRUE(InTime([] { return ThreadFlips() == 1; }));
+    EXPECT_TRUE(AwaitIdleThread(pDisplay));
+
+    told.clear();
+    DestroyInTime(pDisplay);
+    EXPECT_EQ(told, "pthread_mutex_lock stop\npthread_cond_signal stop\n");
+    BeforeThreadCall(nullptr);
+}
+
 TEST(FlipThread, MakesNoPassOfItsOwnForARequestThatItHasJustServed)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);

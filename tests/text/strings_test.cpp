@@ -525,3 +525,24 @@ TEST(DrawString, DrawsNothingForTheActiveContextWhileHidden)
                        "exit DrawString\n");
     DestroyAndCount(pDisplay);
 }
+
+TEST(DrawString, DrawsEdgesOnTheBackupSurfaceInUseThoughTheLayerGaveNone)
+{
+    for (const KovaTextEdgeType_e eEdge : {KOVA_TEXT_ERAISED, KOVA_TEXT_EUNIFORM}) {
+        pKovaITextDisplay_t pDisplay = GivenText(KOVA_GRAPHIC_LAYER2);
+        IDirectFBSurface *const pBackup = GivenBackupSurface(pDisplay);
+        EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0);
+        FailNth("Layer.GetSurface", 1, DFB_FAILURE);
+        EXPECT_EQ(pDisplay->SetPlane(pDisplay, 0, 0, 0, PLANE_WIDTH, PLANE_HEIGHT), 0);
+        EXPECT_EQ(RecordOf(pDisplay)->pBaseSurface, nullptr);
+        EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, pBackup);
+        RecordOf(pDisplay)->eEdge = eEdge;
+        ClearTrace();
+
+        EXPECT_EQ(Draw(pDisplay), 0);
+
+        EXPECT_NE(TraceOf(NameOf(pBackup) + ".DrawString"), "");
+        EXPECT_EQ(TraceOf("ERROR"), "");
+        Destroy(pDisplay);
+    }
+}

@@ -26,7 +26,7 @@ static std::vector<std::uint32_t> Composed(const std::string &text)
     const std::unique_ptr<std::uint32_t, void (*)(void *)> composed(
         u32_normalize(UNINORM_NFC, codes.data(), codes.size(), nullptr, &length), std::free);
     if (!composed) throw std::bad_alloc();
-    return {composed.get(), composed.get() + length};
+    return std::vector<std::uint32_t>(composed.get(), composed.get() + length);
 }
 
 static Letters Spread(const Line &line)
