@@ -10,7 +10,7 @@
 namespace caption
 {
 
-static const int g_signals[] = {SIGINT, SIGTERM, SIGHUP};
+static const int g_signals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 static int g_ends[2] = {-1, -1}; // of the pipe
 
 StopSignals::StopSignals()

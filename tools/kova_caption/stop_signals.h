@@ -30,7 +30,7 @@ public:
     void Read() const;
 
 private:
-    struct sigaction before_[3] = {};
+    struct sigaction before_[4] = {};
 };
 
 } // namespace caption

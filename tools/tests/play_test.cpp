@@ -203,6 +203,18 @@ TEST(Play, GoesRoundUntilCtrlCAndGivesTheTerminalBack)
     EXPECT_TRUE(terminal.Shows(" cues shown, ")) << terminal.shown();
 }
 
+TEST(Play, GivesTheTerminalBackWhenNobodyReadsWhatItPrints)
+{
+    const Folder folder;
+    Terminal terminal("play --headless '" + folder.Write("five.srt", FiveCues()) + "' | head -n 1");
+
+    ASSERT_TRUE(terminal.Shows("Caption 1")) << terminal.shown();
+    const int status = terminal.End();
+
+    EXPECT_TRUE(WIFEXITED(status)) << status;
+    EXPECT_TRUE(terminal.IsEchoing());
+}
+
 namespace
 {
 
