@@ -157,6 +157,10 @@ std::vector<Block> Blocks(const std::vector<PageRow> &rows, const CellGrid &grid
         blocks.push_back(BlockOf({rows.begin() + std::ptrdiff_t(begin), rows.begin() + std::ptrdiff_t(end)},
                                  grid, alignment));
     }
+    // Nearest to the edge first: those that come later make room.
+    const auto bottom = std::stable_partition(
+        blocks.begin(), blocks.end(), [](const Block &block) { return block.vertical == Vertical::TOP; });
+    std::reverse(bottom, blocks.end());
     return blocks;
 }
 

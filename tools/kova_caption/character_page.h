@@ -44,7 +44,8 @@ std::vector<PageRow> ReadRows(const vbi_page &page, const CellGrid &grid, Notice
 enum class RowAlignment { AS_THEY_LIE, LEFT };
 
 // Rows that follow one another make a block, which hangs from its first row in the upper half of the page and
-// stands on its last one in the lower half.
+// stands on its last one in the lower half. Those nearest to the upper edge come first, then those nearest to
+// the lower one, so that rows keep their order where they have to make room.
 std::vector<Block> Blocks(const std::vector<PageRow> &rows, const CellGrid &grid, RowAlignment alignment);
 
 } // namespace caption

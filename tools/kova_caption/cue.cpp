@@ -81,12 +81,29 @@ std::string PlainText(const Line &line)
     return text;
 }
 
+// Where a block stands from the top down; with no place of its own at its edge.
+static double Height(const Block &block)
+{
+    return block.anchor ? block.anchor->y : double(block.vertical) / 2;
+}
+
+std::vector<Line> Lines(const Cue &cue)
+{
+    std::vector<const Block *> blocks;
+    std::vector<Line> lines;
+
+    for (const Block &block : cue.blocks) blocks.push_back(&block);
+    std::stable_sort(blocks.begin(), blocks.end(),
+                     [](const Block *a, const Block *b) { return Height(*a) < Height(*b); });
+    for (const Block *const block : blocks)
+        lines.insert(lines.end(), block->lines.begin(), block->lines.end());
+    return lines;
+}
+
 std::string PlainText(const Cue &cue)
 {
     std::string text;
-    for (const Block &block : cue.blocks) {
-        for (const Line &line : block.lines) text += (text.empty() ? "" : " / ") + PlainText(line);
-    }
+    for (const Line &line : Lines(cue)) text += (text.empty() ? "" : " / ") + PlainText(line);
     return text;
 }
 

@@ -111,7 +111,10 @@ void Append(Line &line, const std::string &text, const Style &style);
 
 std::string PlainText(const Line &line);
 
-// The text of all blocks, its lines with " / " between them.
+// The lines of all blocks as they are read, the highest block first.
+std::vector<Line> Lines(const Cue &cue);
+
+// The text of these lines with " / " between them.
 std::string PlainText(const Cue &cue);
 
 } // namespace caption

@@ -81,9 +81,7 @@ static std::string TextOf(const Scene &scene, const char *separator)
     std::string text;
 
     for (const Cue *const cue : scene.cues) {
-        for (const Block &block : cue->blocks) {
-            for (const Line &line : block.lines) text += (text.empty() ? "" : separator) + PlainText(line);
-        }
+        for (const Line &line : Lines(*cue)) text += (text.empty() ? "" : separator) + PlainText(line);
     }
     return text;
 }

@@ -435,8 +435,8 @@ TEST(Teletext, StandsInItsRowsAndColumns)
     ASSERT_EQ(Summaries(read), (Said{"0-2000 Hello / there", "3000-6000 double"}))
         << "a page sent twice is one";
     ASSERT_EQ(read.cues[0].blocks.size(), 2u) << "row 21 is between them";
-    const Block &first = read.cues[0].blocks[0];
-    const Block &second = read.cues[0].blocks[1];
+    const Block &second = read.cues[0].blocks[0]; // nearer to the edge
+    const Block &first = read.cues[0].blocks[1];
     EXPECT_EQ(first.lines, (Lines{{{"Hello", Boxed()}}}));
     EXPECT_EQ(second.lines, (Lines{{{"there", Boxed(g_yellow)}}}));
     // 40 of a line's 52 microseconds and 25 rows of ten of a field's 288 lines lie in the middle.

@@ -77,6 +77,19 @@ TEST(PlainText, PutsASlashBetweenLines)
     EXPECT_EQ(PlainText(cue), "one two / three / four");
 }
 
+TEST(PlainText, ReadsTheHighestBlockFirst)
+{
+    Cue cue;
+    cue.blocks.resize(3);
+    cue.blocks[0].lines = {{{"bottom", {}}}};
+    cue.blocks[1].lines = {{{"middle", {}}}};
+    cue.blocks[1].anchor = caption::Anchor{0, 0.4};
+    cue.blocks[2].lines = {{{"top", {}}}};
+    cue.blocks[2].vertical = caption::Vertical::TOP;
+
+    EXPECT_EQ(PlainText(cue), "top / middle / bottom");
+}
+
 TEST(Append, JoinsTextOfOneStyle)
 {
     caption::Line line;
