@@ -68,7 +68,6 @@ public:
 
 private:
     struct Family;
-    struct Choice;
 
     void Add(const std::string &option, const std::string &file);
     bool AddFamily(const std::string &upright);

@@ -27,6 +27,12 @@ std::vector<std::string> Remarks::On(const Drawn &drawn, const Fonts &fonts)
         remarks.push_back(std::to_string(drawn.left) + " of " + std::to_string(drawn.left + drawn.lines) +
                           " lines found no room and are left out; a smaller --height shows more");
     }
+    if (drawn.unjoined && !unjoined_) {
+        unjoined_ = true;
+        remarks.push_back(
+            "its script joins or stacks letters in a way that is not done here: they stand one by "
+            "one");
+    }
     for (const char32_t code : fonts.Missing()) {
         if (missing_.insert(code).second) codes += " " + CodeName(code);
     }

@@ -20,6 +20,7 @@ public:
     std::vector<std::string> On(const Drawn &drawn, const Fonts &fonts);
 
 private:
+    bool unjoined_ = false;
     std::set<char32_t> missing_;
     std::set<std::string> withoutBold_;
 };

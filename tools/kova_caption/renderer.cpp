@@ -262,11 +262,8 @@ std::vector<Letters> Renderer::Prepared(const Cue &cue, Drawn &drawn)
     for (const Block &block : cue.blocks) {
         for (const Line &line : block.lines) lines.push_back(Prepare(line));
     }
-    if (std::any_of(lines.begin(), lines.end(), [](const Letters &line) { return NeedsShaping(line); })) {
-        drawn.notices.push_back(
-            "its script joins or stacks letters in a way that is not done here: they stand "
-            "one by one");
-    }
+    drawn.unjoined |=
+        std::any_of(lines.begin(), lines.end(), [](const Letters &line) { return NeedsShaping(line); });
     fonts_.Choose(lines);
     return lines;
 }

@@ -22,6 +22,7 @@ struct Drawn {
     std::vector<Rect> bitmaps; // likewise
     std::size_t lines = 0;     // drawn
     std::size_t left = 0;      // lines that found no room
+    bool unjoined = false;     // some letters should join or stack, and stand one by one
     std::vector<std::string> notices; // what is not as it was asked for, without a full stop
 };
 

@@ -202,6 +202,69 @@ TEST(Snapshot, NamesCharactersThatNoFontHasAndScriptsThatItDoesNotShape)
     EXPECT_EQ(outcome.err.find("cue 3"), std::string::npos) << outcome.err;
 }
 
+TEST(Snapshot, SaysOfAScriptThatItDoesNotShapeOnce)
+{
+    const Folder folder;
+    const std::string text = folder.Write("two.srt", "1\n00:00:01,000 --> 00:00:02,000\nनमस्ते\n\n"
+                                                     "2\n00:00:03,000 --> 00:00:04,000\nनमस्ते\n");
+
+    const Outcome outcome = RunTool("snapshot '" + text + "' -o '" + folder / "made" + "'");
+
+    EXPECT_EQ(CountOf("its script joins", outcome.err), 1u) << outcome.err;
+}
+
+TEST(Snapshot, TakesAFontWhoseNameIsLongerThanTheLibraryKeeps)
+{
+    const Folder folder;
+    const std::string text = folder.Write("one.srt", "1\n00:00:01,000 --> 00:00:02,000\nHello\n");
+    const std::string serif = "/usr/share/fonts/truetype/dejavu/DejaVuSerif.ttf";
+    const std::string longName = folder / (std::string(150, 'x') + ".ttf");
+    std::filesystem::create_symlink(serif, longName);
+
+    const std::string call = "snapshot '" + text + "' -o '" + folder / "made";
+    ASSERT_EQ(RunTool(call + "/short' --font " + serif).exit, 0);
+    ASSERT_EQ(RunTool(call + "/long' --font '" + longName + "'").exit, 0);
+
+    EXPECT_TRUE(ReadPng(folder / "made/short/0001.png") == ReadPng(folder / "made/long/0001.png"));
+}
+
+TEST(Snapshot, DrawsSubtitlesThatArePicturesInIndexModeAlone)
+{
+    const Folder folder;
+    const std::string call = "snapshot '" + g_samples + "/pictures.sup' -o '" + folder / "made" + "' --json";
+
+    const Outcome outcome = RunTool(call);
+    ASSERT_EQ(outcome.exit, 0) << outcome.err;
+    const nlohmann::json list = nlohmann::json::parse(outcome.out);
+    ASSERT_EQ(list["pictures"].size(), 1u);
+    EXPECT_EQ(list["pictures"][0]["start_ms"], 1000);
+    EXPECT_EQ(list["pictures"][0]["end_ms"], 4000);
+    ASSERT_EQ(list["pictures"][0]["bitmaps"].size(), 1u);
+    const auto &rect = list["pictures"][0]["bitmaps"][0];
+    const Points ink = Where(ReadPng(folder / "made/0001.png"), IsSomething);
+    EXPECT_GT(ink.size(), 5000u);
+    for (const auto &[x, y] : ink) {
+        ASSERT_TRUE(x >= rect["x"] && x < rect["x"].get<int>() + rect["width"].get<int>()) << x;
+        ASSERT_TRUE(y >= rect["y"] && y < rect["y"].get<int>() + rect["height"].get<int>()) << y;
+    }
+
+    const Outcome palette = RunTool(call + " --mode palette");
+    EXPECT_EQ(palette.exit, 1);
+    EXPECT_NE(palette.err.find("use --mode index, or leave it out"), std::string::npos) << palette.err;
+}
+
+TEST(Snapshot, DrawsTheSamplesOfPlacesAndScriptsWithoutARemark)
+{
+    const Folder folder;
+
+    for (const std::string name : {"places.ass", "scripts.srt", "roll_up.scc"}) {
+        const Outcome outcome =
+            RunTool("snapshot '" + g_samples + "/" + name + "' -o '" + folder / name + "' --plane 640x360");
+        EXPECT_EQ(outcome.exit, 0) << outcome.err;
+        EXPECT_EQ(outcome.err, "") << name;
+    }
+}
+
 TEST(Snapshot, SlantsItalics)
 {
     const Folder folder;
