@@ -806,11 +806,12 @@ static void Lay(Surface_t *pSurface, int iWidth, int iHeight, DFBSurfacePixelFor
     pSurface->iWidth = iWidth;
     pSurface->iHeight = iHeight;
     pSurface->eFormat = eFormat;
-    pSurface->iPitch = iWidth * (eFormat == DSPF_LUT8 ? 1 : 4) + 12; // a pitch that is not the width
     // A caller may ask for a plane that no memory would hold; it is not there to be drawn in then.
-    const long long llBytes = (long long)(pSurface->iPitch) * iHeight;
-    const bool bFits = iWidth > 0 && iHeight > 0 && llBytes < 64 * 1024 * 1024;
-    pSurface->memory.assign(bFits ? size_t(llBytes) : 0, 0);
+    const bool bFits =
+        iWidth > 0 && iHeight > 0 && iWidth < 1 << 14 && iHeight < 64 * 1024 * 1024 / (iWidth * 4 + 12);
+    pSurface->iPitch =
+        bFits ? iWidth * (eFormat == DSPF_LUT8 ? 1 : 4) + 12 : 0; // a pitch that is not the width
+    pSurface->memory.assign(size_t(pSurface->iPitch) * size_t(bFits ? iHeight : 0), 0);
 }
 
 IDirectFBSurface *MakeSurface(const std::string &name, int iWidth, int iHeight, DFBSurfacePixelFormat eFormat)
