@@ -15,6 +15,9 @@ av::Decoder OpenDecoder(const Source &source, const AVStream &stream)
 
     if (decoder && avcodec_parameters_to_context(decoder.get(), stream.codecpar) >= 0) {
         decoder->pkt_timebase = stream.time_base;
+        // Of a video nothing is looked at but what its frames carry.
+        decoder->thread_count = 0;
+        decoder->skip_loop_filter = AVDISCARD_ALL;
         if (avcodec_open2(decoder.get(), codec, nullptr) >= 0) return decoder;
     }
     throw Failure(source.file() + ": nothing here decodes its stream " + std::to_string(stream.index) + ", " +
@@ -24,7 +27,8 @@ av::Decoder OpenDecoder(const Source &source, const AVStream &stream)
 static std::string Tag(const AVStream &stream, const char *name)
 {
     const AVDictionaryEntry *const entry = av_dict_get(stream.metadata, name, nullptr, 0);
-    return entry ? entry->value : "";
+    const std::string value = entry ? entry->value : "";
+    return value == "und" ? "" : value; // undetermined
 }
 
 static bool IsVideo(const AVStream &stream)

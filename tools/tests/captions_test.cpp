@@ -324,6 +324,7 @@ TEST(CaptionsInVideo, AreReadFromEveryContainer)
         const std::vector<caption::StreamInfo> streams = caption::ListStreams({folder / name});
         ASSERT_EQ(streams.size(), 1u);
         EXPECT_EQ(streams[0].kind, StreamKind::EMBEDDED_CAPTIONS);
+        EXPECT_EQ(streams[0].language, "") << "nobody said";
     }
 }
 
