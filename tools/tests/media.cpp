@@ -282,7 +282,7 @@ Bytes TeletextPage(int page, const std::vector<TeletextRow> &rows)
     }
     // The header of another page ends this one. FF is the page that is none.
     Bytes end;
-    for (const unsigned nibble : {15, 15, 15, 7, 15, 3, 0, 0}) end.push_back(Hamming(nibble));
+    for (const unsigned nibble : {15u, 15u, 15u, 7u, 15u, 3u, 0u, 0u}) end.push_back(Hamming(nibble));
     return packet + TeletextLine(line++, magazine, 0, end + TeletextText("", 32));
 }
 
