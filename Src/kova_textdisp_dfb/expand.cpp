@@ -93,9 +93,16 @@ static inline void WriteRow(Ink ink, const kova_uint8 *pucBits, unsigned uiWidth
                             ptrdiff_t iPitch)
 {
     enum { BITS = Ink::BITS, BYTES = Ink::BYTES, BYTES_A_BIT = BYTES / BITS };
+    enum {
+        PIECE = BYTES < 16 ? BYTES : 16
+    }; // what registers hold, so that a block is read once for all rows
     const auto write = [=](unsigned uiCode, kova_uint8 *pucBlock) {
         const auto &block = ink.Block(uiCode);
-        for (int i = 0; i < iRows; i++) memcpy(pucBlock + i * iPitch, &block, BYTES);
+        for (int iAt = 0; iAt < BYTES; iAt += PIECE) {
+            uint64_t auiPiece[PIECE / 8];
+            memcpy(auiPiece, reinterpret_cast<const kova_uint8 *>(&block) + iAt, PIECE);
+            for (int i = 0; i < iRows; i++) memcpy(pucBlock + i * iPitch + iAt, auiPiece, PIECE);
+        }
     };
     const unsigned uiRest = uiWidth % 8;
 
