@@ -29,10 +29,15 @@ std::FILE *KeepStandardOutput()
 
 std::string InOneLine(const CLI::App *tool, const CLI::Error &error)
 {
+    const std::vector<std::string> unknown = tool->remaining();
     std::string command = tool->get_name();
+    std::string reason = error.what();
 
+    if (tool->get_subcommands().empty() && !unknown.empty()) {
+        reason = "'" + unknown.front() + "' is no command and no option";
+    }
     for (const CLI::App *given : tool->get_subcommands()) command += " " + given->get_name();
-    return tool->get_name() + ": " + error.what() + "; see " + command + " --help.\n";
+    return tool->get_name() + ": " + reason + "; see " + command + " --help.\n";
 }
 
 int Run(int argc, char **argv)

@@ -102,7 +102,9 @@ TEST(Tool, RefusesAWrongColour)
 TEST(Tool, NeedsACommand)
 {
     EXPECT_EQ(RunTool("").exit, 2);
-    EXPECT_EQ(RunTool("paint").exit, 2);
+    const Outcome paint = RunTool("paint");
+    EXPECT_EQ(paint.exit, 2);
+    EXPECT_EQ(paint.err, "kova-caption: 'paint' is no command and no option; see kova-caption --help.\n");
     EXPECT_EQ(RunTool("edges").exit, 2);
 }
 
