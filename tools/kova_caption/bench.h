@@ -10,8 +10,8 @@
 namespace caption
 {
 
-// Every edge in every colour mode, in the window of layer 1, where every flip is made at once. Each figure is a
-// mean over at least that time. A readable table, or JSON.
+// Every edge in every colour mode, in the window of layer 1, where every flip is made at once. Each figure is
+// a mean over at least that time. A readable table, or JSON.
 void Bench(const Options &options, std::chrono::milliseconds time, bool json, std::FILE *out);
 
 } // namespace caption
