@@ -41,4 +41,10 @@ install(FILES ${PROJECT_BINARY_DIR}/kova_textdisp.pc
 
 if(KOVA_BUILD_TOOLS)
     install(TARGETS kova-caption RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tool)
+    if(TARGET kova_caption_reference)
+        set(reference ${PROJECT_BINARY_DIR}/tools/kova-caption)
+        install(FILES ${reference}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tool)
+        install(FILES ${reference}.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+            RENAME kova-caption COMPONENT tool)
+    endif()
 endif()
