@@ -129,6 +129,9 @@ static void DrainStandardError()
     char acText[4096];
     std::string fresh;
 
+    // The library's thread writes with the display locked alone. What lies here otherwise is the main
+    // thread's, which has not come by yet.
+    if (!IsMainThread() && !HoldsLock()) return;
     fflush(stderr);
     for (ssize_t n;
          state.iCapture >= 0 && (n = pread(state.iCapture, acText, sizeof acText, state.uiRead)) > 0;) {
@@ -168,6 +171,16 @@ static void Add(const std::string &line)
 
     DrainStandardError();
     AddLine(line);
+}
+
+// What the library's thread wrote is its own only until it gives the lock back.
+void BeforeUnlock()
+{
+    State_t &state = State();
+    if (!state.bKeepTrace || IsMainThread()) return;
+    const std::lock_guard<std::recursive_mutex> guard(state.mutex);
+
+    DrainStandardError();
 }
 
 void Note(const std::string &line)
@@ -1373,6 +1386,12 @@ int __wrap_pthread_mutex_lock(pthread_mutex_t *mutex)
 {
     TellHook("pthread_mutex_lock", mutex);
     return pthread_mutex_lock(mutex);
+}
+
+int __wrap_pthread_mutex_unlock(pthread_mutex_t *mutex)
+{
+    fake::BeforeUnlock();
+    return pthread_mutex_unlock(mutex);
 }
 
 int __wrap_pthread_cond_wait(pthread_cond_t *cond, pthread_mutex_t *mutex)
