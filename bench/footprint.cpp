@@ -2,22 +2,12 @@
 // later: by the library, or by DirectFB alone. usage: kova_footprint ours|direct OUT.json
 #include "bed.h"
 #include "direct_window.h"
+#include "memory.h"
 
 #include <cstdio>
 #include <cstring>
 
 static constexpr char TEXT[] = "The quick brown fox jumps over a";
-
-static long ResidentKiB()
-{
-    char acLine[256];
-    long lResident = 0;
-    FILE *const pFile = std::fopen("/proc/self/status", "r");
-
-    while (pFile && std::fgets(acLine, sizeof acLine, pFile)) std::sscanf(acLine, "VmRSS: %ld", &lResident);
-    if (pFile) std::fclose(pFile);
-    return lResident;
-}
 
 static void DrawOurs(pKovaITextDisplay_t display, int i)
 {
@@ -61,9 +51,9 @@ int main(int argc, char **argv)
         });
         if (!display) return 1;
         bench::Mute(reinterpret_cast<KovaDFBDisplay_t *>(display)->pActiveSurface);
-        lStart = ResidentKiB();
+        lStart = MemoryKiB("VmRSS:");
         for (int i = 0; i < 10000; i++) DrawOurs(display, i);
-        lEnd = ResidentKiB();
+        lEnd = MemoryKiB("VmRSS:");
     } else {
         bench::DirectWindow *pWindow = nullptr;
         fFirst = bench::SecondsOf(1, [&] {
@@ -72,9 +62,9 @@ int main(int argc, char **argv)
             DrawDirectly(pWindow->Surface(), 0);
         });
         bench::Mute(pWindow->Surface());
-        lStart = ResidentKiB();
+        lStart = MemoryKiB("VmRSS:");
         for (int i = 0; i < 10000; i++) DrawDirectly(pWindow->Surface(), i);
-        lEnd = ResidentKiB();
+        lEnd = MemoryKiB("VmRSS:");
     }
     FILE *const pOut = std::fopen(argv[2], "w");
     if (!pOut) return std::perror(argv[2]), 1;

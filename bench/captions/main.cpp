@@ -1,6 +1,7 @@
 // Draws captions with one edge, and prints: the microseconds of the first caption, with all that has to be
 // opened for it, those of the captions after it, and the peak memory in KiB. With a file name: a picture of
 // the first. usage: PROGRAM EDGE(0 to 5) CAPTIONS [PICTURE.png]
+#include "../memory.h"
 #include "contender.h"
 
 #include <chrono>
@@ -34,17 +35,6 @@ void WipeBox(uint32_t *puiPicture)
 {
     for (int y = BOX_Y; y < BOX_Y + BOX_HEIGHT; y++)
         std::memset(puiPicture + y * WIDTH + BOX_X, 0, BOX_WIDTH * 4);
-}
-
-static long PeakMemory()
-{
-    char acLine[256];
-    long lPeak = 0;
-    FILE *const pFile = std::fopen("/proc/self/status", "r");
-
-    while (pFile && std::fgets(acLine, sizeof acLine, pFile)) std::sscanf(acLine, "VmHWM: %ld", &lPeak);
-    if (pFile) std::fclose(pFile);
-    return lPeak;
 }
 
 // The box over grey, as colours that are premultiplied.
@@ -91,7 +81,7 @@ int main(int argc, char **argv)
     if (argc > 3) SavePicture(argv[3]);
     Draw(1);
     for (int i = 0; i < iCaptions; i++) line += " " + std::to_string(time([=] { Draw(i % 2); }));
-    std::printf("%s\n%ld\n%s\n%s\n", line.c_str(), PeakMemory(), CONTENDER, DIFFERENCES);
+    std::printf("%s\n%ld\n%s\n%s\n", line.c_str(), MemoryKiB("VmHWM:"), CONTENDER, DIFFERENCES);
     std::fflush(stdout);
     std::quick_exit(0); // what a library does on its way out is not measured
 }

@@ -3,7 +3,7 @@
 
 #include "failure.h"
 #include "media.h"
-#include "subtitles.h"
+#include "summary.h"
 #include "tool.h"
 
 using caption::Anchor;
@@ -19,18 +19,6 @@ using caption::Vertical;
 using Codes = std::vector<std::uint16_t>;
 using Lines = std::vector<Line>;
 using Said = std::vector<std::string>;
-
-static std::string Summary(const Cue &cue)
-{
-    return std::to_string(cue.start) + "-" + std::to_string(cue.end) + " " + PlainText(cue);
-}
-
-static Said Summaries(const Subtitles &subtitles)
-{
-    Said summaries;
-    for (const Cue &cue : subtitles.cues) summaries.push_back(Summary(cue));
-    return summaries;
-}
 
 static Style Boxed(std::optional<Color> color = {}, Color background = {0, 0, 0, 255})
 {

@@ -5,7 +5,7 @@
 
 #include "failure.h"
 #include "media.h"
-#include "subtitles.h"
+#include "summary.h"
 #include "tool.h"
 
 using caption::Anchor;
@@ -24,18 +24,6 @@ using media::operator+;
 using media::Text;
 using Lines = std::vector<Line>;
 using Said = std::vector<std::string>;
-
-static std::string Summary(const Cue &cue)
-{
-    return std::to_string(cue.start) + "-" + std::to_string(cue.end) + " " + PlainText(cue);
-}
-
-static Said Summaries(const Subtitles &subtitles)
-{
-    Said summaries;
-    for (const Cue &cue : subtitles.cues) summaries.push_back(Summary(cue));
-    return summaries;
-}
 
 static void WriteBytes(const std::string &file, const Bytes &bytes)
 {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "failure.h"
-#include "subtitles.h"
+#include "summary.h"
 #include "tool.h"
 
 using caption::Anchor;
@@ -21,19 +21,6 @@ static Subtitles Read(const std::string &name, const std::string &text, const st
 {
     const Folder folder;
     return caption::ReadSubtitles({folder.Write(name, text), std::nullopt, charset});
-}
-
-// Its times and its text.
-static std::string Summary(const Cue &cue)
-{
-    return std::to_string(cue.start) + "-" + std::to_string(cue.end) + " " + PlainText(cue);
-}
-
-static std::vector<std::string> Summaries(const Subtitles &subtitles)
-{
-    std::vector<std::string> summaries;
-    for (const Cue &cue : subtitles.cues) summaries.push_back(Summary(cue));
-    return summaries;
 }
 
 static Style Colored(Color color)
