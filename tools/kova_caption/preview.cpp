@@ -114,7 +114,7 @@ struct Measures {
 class Labels
 {
 public:
-    explicit Labels(Options options) : fonts_(Plain(options)), display_(options)
+    explicit Labels(const Options &options) : fonts_(Plain(options)), display_(Plain(options))
     {
         display_.SetEdge(KOVA_TEXT_ENONE);
     }
@@ -131,12 +131,14 @@ public:
     }
 
 private:
-    static const Options &Plain(Options &options)
+    static Options Plain(const Options &options)
     {
-        options.plane = {1280, g_nameHeight * 2};
-        options.color = {222, 226, 232};
-        options.font.clear();
-        return options;
+        Options plain = options;
+
+        plain.plane = {1280, g_nameHeight * 2};
+        plain.color = {222, 226, 232};
+        plain.font.clear();
+        return plain;
     }
 
     Fonts fonts_;
