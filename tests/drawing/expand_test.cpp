@@ -258,6 +258,25 @@ TEST_P(ExpandGlyphs, DrawsABatchInItsOrderUnderOneLock)
     Destroy(pDisplay);
 }
 
+// Neighbours often share a colour, and what was made ready for one must not be taken for the other.
+TEST_P(ExpandGlyphs, DrawsNeighboursInABatchEachInItsOwnColors)
+{
+    pKovaITextDisplay_t pDisplay = GivenSmallPlane(GetParam());
+    Reference_t reference(RecordOf(pDisplay)->pActiveSurface);
+    Dice_t dice(23);
+    std::vector<Glyph_t> glyphs;
+
+    for (int i = 0; i < 100; i++) {
+        glyphs.push_back(AnyGlyph(dice, GetParam() == INDEX_COLORS));
+        glyphs.back().uiFg = kova_uint32(dice.Between(1, 2));
+        glyphs.back().uiBg = kova_uint32(dice.Between(3, 4));
+    }
+    EXPECT_EQ(DrawAll(pDisplay, glyphs), 0);
+    for (const Glyph_t &glyph : glyphs) reference.Draw(glyph);
+    ASSERT_NO_FATAL_FAILURE(reference.Compare());
+    Destroy(pDisplay);
+}
+
 INSTANTIATE_TEST_SUITE_P(On, ExpandGlyphs, testing::Values(INDEX_COLORS, PACKED_COLORS), [](const auto &row) {
     return std::string(row.param == INDEX_COLORS ? "Indexed" : "TrueColours");
 });

@@ -119,6 +119,9 @@ TEST(Conversion, WritesAllUnits)
             expected += acBytes;
         }
         ASSERT_EQ(Measured(pDisplay, text), "\"" + expected + "\"");
+        // The same in a text so long that each unit has to be asked whether it fits.
+        text.insert(text.end(), 60, 'x');
+        ASSERT_EQ(Measured(pDisplay, text), "\"" + expected + Times(60, "x") + "\"");
     }
     DestroyAndCount(pDisplay);
 }
