@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Activations with eight fonts, beside the DirectFB calls that they make, made directly.
 #include "bed.h"
 #include "direct_window.h"

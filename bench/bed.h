@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the benchmarks share: a display to measure on, and the comparison of two ways to do one thing.
 #ifndef BENCH_BED_H
 #define BENCH_BED_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A thousand draws a second for some seconds, then silence: what is flipped, when, and at what price.
 // usage: kova_burst LAYER(2, 3) ours|direct SECONDS OUT.json
 #include "bed.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an operation costs beside the DirectFB calls it makes, made directly: on the same surface, in the same
 // colours, with the same muted flip where the operation flips.
 #include "bed.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "direct_window.h"
 
 #include "bed.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an activation of layer 1 does, by DirectFB calls alone.
 #ifndef BENCH_DIRECT_WINDOW_H
 #define BENCH_DIRECT_WINDOW_H

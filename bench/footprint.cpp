@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // From the first call to the first caption on the screen, and the memory then and ten thousand captions
 // later: by the library, or by DirectFB alone. usage: kova_footprint ours|direct OUT.json
 #include "bed.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How costs grow: measured at several sizes by turns, and a straight line laid through the least of each, for
 // what a busy machine adds grows with nothing.
 #include "bed.h"

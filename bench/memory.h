@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What memory this process takes, as the kernel counts it.
 #ifndef BENCH_MEMORY_H
 #define BENCH_MEMORY_H

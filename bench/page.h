@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pages of one-bit bitmaps.
 #ifndef BENCH_PAGE_H
 #define BENCH_PAGE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pixels that the library writes itself, beside memcpy and memset of as many bytes to the same place.
 #include "bed.h"
 #include "page.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // 16-bit text to UTF-8, beside the libraries that one would take for it.
 #include "bed.h"
 

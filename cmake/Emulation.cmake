@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # How tests, scripts and shells start programs of this build: as they are, or under emulation by scripts in a folder of
 # its own beside them, which hand them to the emulator.
 set(KOVA_EMULATED "")

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What `cmake --install` brings: the library with its headers, pkg-config file and CMake package, and the tool. The
 # stand-in logging library is equipment of a desk and comes only when asked for: on a set it would hide the real one.
 include(GNUInstallDirs)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Where DirectFB's header and the logging library are.
 if(NOT KOVA_DIRECTFB_INCLUDE_DIR)
     find_package(PkgConfig REQUIRED)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # What every target of the project is compiled with.
 add_library(kova_warnings INTERFACE)
 target_compile_options(kova_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A subtitle that comes as a bitmap with a palette of its own, as broadcast ones do.
    usage: bitmap_subtitle [SECONDS] */
 #include "kova/kova_textdisp.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Two styled lines of caption on the on-screen display.  usage: hello_caption [FONT-FILE [SECONDS]] */
 #include "kova/kova_textdisp.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A plane of 32-bit colours on layer 2: each colour is 0xRRGGBBAA, opacity included, and there is no palette.
    usage: plane32 [FONT-FILE [SECONDS]] */
 #include "kova/kova_textdisp.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A roll-up window of three rows: a line is written at the bottom, and rolls up when the next one comes.
    usage: roll_up [FONT-FILE [SECONDS]] */
 #include "kova/kova_textdisp.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A page in a bitmap font, its glyphs enlarged by the display, a line of them in one call.
    usage: teletext_page [SECONDS] */
 #include "kova/kova_textdisp.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* Two callers on one display, each with a plane of its own size: subtitles, and a menu that takes their
    place. usage: two_contexts [FONT-FILE [SECONDS]] */
 #include "kova/kova_textdisp.h"

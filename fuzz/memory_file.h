@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A file without a place on any disk, with a name by which others open it.
 #ifndef FUZZ_MEMORY_FILE_H
 #define FUZZ_MEMORY_FILE_H

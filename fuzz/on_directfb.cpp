@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // On real DirectFB without a screen: one display for the whole run, because DirectFB does not like to be
 // taken down and brought up again. Each input begins with a fresh plane.
 #include "memory_file.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // On the recording double: a display for each input, on any layer, in any colour mode, with any one call made
 // to fail.
 #include "double.h"

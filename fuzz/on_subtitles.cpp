@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The bytes of a file, read as kova-caption reads it: every kind of subtitles, every stream.
 #include "memory_file.h"
 

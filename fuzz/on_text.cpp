@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The conversion of 16-bit text on its own, between buffers of exactly the sizes it is told. What comes out
 // is read back, by another way than it was written, and has to be the text as far as it fits.
 #include "kova_textdisp_dfb/operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "play.h"
 
 #include "kova_textdisp_dfb/record.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Bytes played as calls: each byte sequence is a program of operations with hostile arguments, inside what a
 // caller owes the library (pointers that point to what the other arguments say).
 #ifndef FUZZ_PLAY_H

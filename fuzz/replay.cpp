@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Plays inputs once each, for machines and builds without libFuzzer: files, folders of files, or --random N
 // SEED.
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* A stand-in for the set's libUtility.so, for machines that are no television. Records go to standard error
    as lines:
 

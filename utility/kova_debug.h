@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /* The set's logging library, libUtility.so, as TextDisplay uses it. */
 #ifndef KOVA_DEBUG_H
 #define KOVA_DEBUG_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The forms in which the library speaks. Each half defines TEXTDISP_SOURCE, the name its records carry as
 // their file, before it includes this. Every form is one expression: none returns, jumps or declares.
 #ifndef TEXTDISP_LOG_H

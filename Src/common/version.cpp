@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The build's identification, in a section that is never loaded. Each byte is the text's, exclusive-or'ed
 // with the running key that cmake/Version.cmake states; scripts/read-version shows it in clear.
 #include "version_bytes.h"

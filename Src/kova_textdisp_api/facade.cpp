@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The public face. It takes no lock and trusts its display argument; what draws stands behind the type of the
 // display.
 #define TEXTDISP_SOURCE "Src/kova_textdisp_api"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "call.h"
 
 #include <stdio.h>

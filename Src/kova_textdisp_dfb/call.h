@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The call discipline: how an operation finds its record, locks, asks who may act, calls DirectFB and
 // reports.
 #ifndef TEXTDISP_CALL_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A colour argument becomes a DirectFB colour, by the display's colour mode.
 #ifndef TEXTDISP_COLOR_H
 #define TEXTDISP_COLOR_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The platform's DirectFB header as C has it. For C++ some versions draw in wrapper classes and with them the
 // C++ run-time, which the library does without; the guard defined here keeps them out.
 #ifndef TEXTDISP_DIRECTFB_C_H

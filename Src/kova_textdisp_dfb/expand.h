@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One-bit bitmaps drawn without the platform's help, into the memory of the locked surface.
 #ifndef TEXTDISP_EXPAND_H
 #define TEXTDISP_EXPAND_H

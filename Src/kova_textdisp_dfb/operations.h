@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every operation and worker of the DirectFB half, room by room. Workers expect the display's lock and repeat
 // no check of their callers; what the operations of the table promise is said in kova/kova_textdisp.h.
 #ifndef TEXTDISP_OPERATIONS_H

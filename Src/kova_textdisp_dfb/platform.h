@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a platform's DirectFB may have beyond the published interfaces. Each piece is looked for in the header
 // at compile time, never by version, and made good here where it is missing.
 #ifndef TEXTDISP_PLATFORM_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All the state a display has. Fields are read and written by many files; the comment above each group names
 // the one that owns it. The order and types are fixed, up to flip_clip: other programs look at this record.
 #ifndef TEXTDISP_RECORD_H

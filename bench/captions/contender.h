@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One way to draw captions. Each is an executable of its own, so that its memory is its own.
 #ifndef BENCH_CAPTIONS_CONTENDER_H
 #define BENCH_CAPTIONS_CONTENDER_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draws captions with one edge, and prints: the microseconds of the first caption, with all that has to be
 // opened for it, those of the captions after it, and the peak memory in KiB. With a file name: a picture of
 // the first. usage: PROGRAM EDGE(0 to 5) CAPTIONS [PICTURE.png]

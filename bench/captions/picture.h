@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The picture of those who have no screen of their own.
 #ifndef BENCH_CAPTIONS_PICTURE_H
 #define BENCH_CAPTIONS_PICTURE_H

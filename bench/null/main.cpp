@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The cost of the library's own layer. Without an argument: nanoseconds. With --count every operation is
 // called once, between marks that bench/count finds in the output of callgrind and strace, and its
 // allocations are printed.

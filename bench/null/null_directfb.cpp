@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A DirectFB whose calls return at once, so that what is left of an operation's cost is the library's own.
 #include "directfb_c.h"
 

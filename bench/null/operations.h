@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every operation of the table, called once, on a display that the null DirectFB carries.
 #ifndef BENCH_NULL_OPERATIONS_H
 #define BENCH_NULL_OPERATIONS_H

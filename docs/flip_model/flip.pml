@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: MIT */
 /* How frames reach the screen: two callers that draw and flip, the flip thread, a clock, and an owner of the
  * contexts who starts the thread, ends it and starts it again. One step is what one thread does between two
  * moments at which another one may come in. Names are those of Src/kova_textdisp_dfb/presentation.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Takes a picture wherever an example pauses, and does not wait. It is linked into the example's own object
 // by -Wl,--wrap=sleep, so that the example stays what a user would write. KOVA_PICTURE names the files
 // without their ending: NAME.png, then NAME_2.png and so on; without it no picture is taken. With

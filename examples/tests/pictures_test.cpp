@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the examples show: ink where it is expected, in its colour, and none elsewhere. The examples run as a
 // user runs them, but for a camera in place of their pauses.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** @file
     Captions and subtitles on a television's on-screen display: the table of operations that a display offers,
     and the functions that make, find and destroy the one display. C99 and C++.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** @file
     The DirectFB side of TextDisplay, for callers that speak DirectFB themselves. Needs directfb.h, and the
     public header of the same version that the library was built against. Most callers want kova_textdisp.h

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /** @file
     Scalars, parameter records and enumerations of TextDisplay. C99 and C++; needs <stdint.h> alone. */
 #ifndef KOVA_TEXTDISP_TYPES_H

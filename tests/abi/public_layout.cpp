@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The layout and the numbers of everything a caller sees, the same on every machine. A build of this file is
 // the test.
 #include "kova/kova_textdisp_dfb.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The order and the types of the fields of the display's record, from its start up to flip_clip, for programs
 // that look at it. Offsets follow from the sizes of pointers and of the threads library's types, so each
 // field is asked to stand where the one before it ends. A build of this file is the test.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What every operation has in common: how it speaks, how it prints what DirectFB refused, how it locks.
 #include "expect.h"
 #include "support.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "expect.h"
 
 using namespace test;

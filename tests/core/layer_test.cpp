@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Obtaining a layer again, and what its configuration keeps. Creation has its own tests of both.
 #include "expect.h"
 #include "support.h"

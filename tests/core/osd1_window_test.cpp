@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window is reached through creation, activation, deactivation and the plane; its creation step by step
 // and its failures stand beside those of the display that it belongs to.
 #include "expect.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The library built against the published header, which lacks the OSD extensions.
 #include "expect.h"
 

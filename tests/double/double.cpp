@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "double.h"
 
 #include "kova_debug.h"

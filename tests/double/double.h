@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A DirectFB, a logging library and a clock that do what the test says and write down what was asked of them.
 //
 // The trace is text, one line an event, in order; a line is indented by two spaces while the calling thread

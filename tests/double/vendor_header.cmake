@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # Makes the header of a platform with the OSD extensions out of the published one: run as a script with -DFROM=, -DTO=.
 # Each replacement must find its text, or the published header is another than the one this was written for.
 file(READ ${FROM} text)

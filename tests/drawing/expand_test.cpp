@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Bit-expanded drawing where the platform's calls are missing: the library draws into the surface itself.
 // What it draws is compared with the plainest loop there is, pixel by pixel.
 #include "expect.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every DirectFB call that an operation makes fails once with every result there is, or says OK and gives
 // nothing; so do the services that a display is made of. What must then be seen is worked out in oracle.cpp.
 // Run without arguments it ends with what was tried, an operation a line.

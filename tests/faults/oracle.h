@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an operation does when one of its DirectFB calls fails, worked out from what it does when none fails
 // and from a table of what each call is worth: which form reports it, and what its failure changes beyond the
 // report. The table is written from what the operations promise; nothing in it is read off the library.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Who refuses what, in which order and with which words: all 34 operations, slot by slot. Each row lists an
 // operation's checks as its contract has them. Every set of simultaneous faults is then tried, so that the
 // order is proven and not only each check. The orders differ between operations, and are meant to.

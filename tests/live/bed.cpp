@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "bed.h"
 
 #include "kova_textdisp_dfb/record.h" // for Settle alone: no public call knows what the surface knows

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A display on real DirectFB, what it drew, and the same drawn by DirectFB alone.
 //
 // Which display is tested comes from the environment, so that one executable runs every scenario on every

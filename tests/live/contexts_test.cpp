@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Contexts of different planes, activated in turn, and the fonts and palette that follow them.
 #include "bed.h"
 

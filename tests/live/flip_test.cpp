@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What was drawn reaches the screen, at once or by the thread, and the thread always ends.
 #include "bed.h"
 

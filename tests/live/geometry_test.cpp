@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Planes of another size, the 32-bit plane, and the scaling of the plane.
 #include "bed.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One-bit bitmaps: published DirectFB leaves drawing them to the library. Compared with a plain loop.
 #include "bed.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the library says, and when: its errors through the logging library from the threshold of KOVA_DEBUG
 // on, a failed DirectFB call on standard error always.
 #include "bed.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Copies: rows of bytes against a plain loop, and areas of the surface against DirectFB's own blit under the
 // same flags and colour key.
 #include "bed.h"

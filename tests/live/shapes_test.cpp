@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Rectangles, lines, clip, colour key and copies, compared with the same drawn by DirectFB alone.
 #include "bed.h"
 

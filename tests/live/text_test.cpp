@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Strings with their edges, in every font the display can open, compared with the passes drawn by DirectFB
 // alone.
 #include "bed.h"

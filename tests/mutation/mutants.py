@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 """Small mistakes that could stand in the library's sources, made by rule: one operator at one place is one mutant.
 
 The sources are read as .clang-format leaves them: a statement begins on a line of its own, a function's body lies

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Two displays at once, for what all displays of a process share.
 #ifndef TESTS_DISPLAYS_H
 #define TESTS_DISPLAYS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What hours of captions leave behind: captions, context switches and plane resizes on real DirectFB at 500
 // operations a second; then a table, and a failure where memory or descriptors grew past a bound.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "watch.h"
 
 #ifndef DIRECTFBPP_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Sees the flips of a display from below, where they happen: in the methods of the DirectFB interfaces that
 // the library is given. DirectFB hands out one IDirectFB to a process; from it on, the few methods that lead
 // to the display's surface are replaced by ours, which call the original and note the time. Draws and flips

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Eight threads draw, show, hide, activate, resize and flip on one display, in real time, while its flip
 // thread works. Beside what the thread sanitizer sees: the lock is free at the end, the last frame is on the
 // screen, no direct flip came too soon after another, and no object is left. usage: threads_stress

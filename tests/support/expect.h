@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Words that expectations of many files share.
 #ifndef TESTS_EXPECT_H
 #define TESTS_EXPECT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What lets a test read as a sentence: displays in a given state, on the recording double.
 #ifndef TESTS_SUPPORT_H
 #define TESTS_SUPPORT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Ends the process when a test is stuck: a thread that never ends, or a lock that nobody gives back, cannot
 // be told from outside.
 #ifndef TESTS_WATCHDOG_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The stand-in logging library, asked in processes of their own: it looks at its environment when it is
 // loaded.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Speaks to the logging library as a program would, one scene a run. The records come out on standard error.
 #include "kova/kova_textdisp.h"
 #include "kova_debug.h"

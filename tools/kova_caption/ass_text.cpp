@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "ass_text.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What an ASS script says: its styles, and the text of its events. libavcodec makes such an event of nearly
 // every text subtitle.
 #ifndef KOVA_CAPTION_ASS_TEXT_H

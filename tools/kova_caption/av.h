@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What FFmpeg's libraries hand out, owned.
 #ifndef KOVA_CAPTION_AV_H
 #define KOVA_CAPTION_AV_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What captions cost on this machine's DirectFB.
 #ifndef KOVA_CAPTION_BENCH_H
 #define KOVA_CAPTION_BENCH_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Subtitles that are pictures: DVB, PGS, VobSub, XSUB. Each takes the place of the one before it.
 #include <algorithm>
 

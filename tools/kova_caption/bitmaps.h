@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Pictures of a source, which have a canvas and palettes of their own, made fit for the plane.
 #ifndef KOVA_CAPTION_BITMAPS_H
 #define KOVA_CAPTION_BITMAPS_H

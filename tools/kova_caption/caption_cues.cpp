@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Closed captions in a stream of their own, and carried by the frames of a video.
 #include "closed_captions.h"
 #include "cue_reader.h"

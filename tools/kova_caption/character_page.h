@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Closed captions and teletext stand in cells of a page, which libzvbi fills. Their rows become blocks.
 #ifndef KOVA_CAPTION_CHARACTER_PAGE_H
 #define KOVA_CAPTION_CHARACTER_PAGE_H

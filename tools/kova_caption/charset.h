@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text in any character set becomes UTF-8.
 #ifndef KOVA_CAPTION_CHARSET_H
 #define KOVA_CAPTION_CHARSET_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "closed_captions.h"
 
 #include <algorithm>

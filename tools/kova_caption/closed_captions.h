@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Closed captions as analogue television had them: two bytes in each field.
 #ifndef KOVA_CAPTION_CLOSED_CAPTIONS_H
 #define KOVA_CAPTION_CLOSED_CAPTIONS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which characters of a source no font has.
 #ifndef KOVA_CAPTION_COVERAGE_H
 #define KOVA_CAPTION_COVERAGE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a source of subtitles asks to be shown, whatever its format: cues of blocks of styled text, and
 // pictures.
 #ifndef KOVA_CAPTION_CUE_H

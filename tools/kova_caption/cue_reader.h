@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Makes cues of the packets of one stream. There is one kind for each way in which subtitles are kept.
 #ifndef KOVA_CAPTION_CUE_READER_H
 #define KOVA_CAPTION_CUE_READER_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "directfb_system.h"
 
 #include <cstdio>

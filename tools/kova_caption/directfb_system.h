@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Chooses what DirectFB runs on, unless its user has chosen with DFBARGS.
 #ifndef KOVA_CAPTION_DIRECTFB_SYSTEM_H
 #define KOVA_CAPTION_DIRECTFB_SYSTEM_H

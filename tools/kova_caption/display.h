@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One display of the library with one active context, as a caption renderer keeps it.
 #ifndef KOVA_CAPTION_DISPLAY_H
 #define KOVA_CAPTION_DISPLAY_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "edge_sheet.h"
 
 #include <string>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // One picture with every edge in every colour mode, enlarged until its pixels show.
 #ifndef KOVA_CAPTION_EDGE_SHEET_H
 #define KOVA_CAPTION_EDGE_SHEET_H

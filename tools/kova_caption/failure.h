@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What stops the tool, in words for its user: one line that says what is wrong and what to do.
 #ifndef KOVA_CAPTION_FAILURE_H
 #define KOVA_CAPTION_FAILURE_H

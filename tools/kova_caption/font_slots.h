@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The eight fonts that a display holds at a time, and whose turn it is to go when a ninth is needed.
 #ifndef KOVA_CAPTION_FONT_SLOTS_H
 #define KOVA_CAPTION_FONT_SLOTS_H

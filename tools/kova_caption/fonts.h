@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which font file draws which characters. FreeType answers whether a font has a character and how its lines
 // are measured, fontconfig which other font has one; the drawing itself is the library's.
 #ifndef KOVA_CAPTION_FONTS_H

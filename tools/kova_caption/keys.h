@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the viewer asks for while captions play: keys of the terminal, keys of DirectFB's window, and signals.
 #ifndef KOVA_CAPTION_KEYS_H
 #define KOVA_CAPTION_KEYS_H

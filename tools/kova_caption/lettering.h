@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lines of text put where a sheet wants them.
 #ifndef KOVA_CAPTION_LETTERING_H
 #define KOVA_CAPTION_LETTERING_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text as it is laid out: letters, which know their style, their direction and the font that draws them. They
 // stand in the order in which they are read until a row of them is put into the order in which it is seen.
 #ifndef KOVA_CAPTION_LETTERS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // kova-caption: draws subtitles through the display library. Its commands stand in commands/.
 #include <csignal>
 #include <cstdio>

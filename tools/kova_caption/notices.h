@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a user should know of a source, each thing said once.
 #ifndef KOVA_CAPTION_NOTICES_H
 #define KOVA_CAPTION_NOTICES_H

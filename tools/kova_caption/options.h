@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What the command line says, checked.
 #ifndef KOVA_CAPTION_OPTIONS_H
 #define KOVA_CAPTION_OPTIONS_H

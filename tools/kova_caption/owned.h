@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A DirectFB interface, released with its owner.
 #ifndef KOVA_CAPTION_OWNED_H
 #define KOVA_CAPTION_OWNED_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A picture in memory: straight (not premultiplied) RGBA, and its way into a PNG file.
 #ifndef KOVA_CAPTION_PICTURE_H
 #define KOVA_CAPTION_PICTURE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Plays subtitles in real time on the display.
 #ifndef KOVA_CAPTION_PLAYER_H
 #define KOVA_CAPTION_PLAYER_H

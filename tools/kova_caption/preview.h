@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What captions may look like: the sheet for the menu of caption settings.
 #ifndef KOVA_CAPTION_PREVIEW_H
 #define KOVA_CAPTION_PREVIEW_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How far a long work has come, for one who watches it on a terminal.
 #ifndef KOVA_CAPTION_PROGRESS_H
 #define KOVA_CAPTION_PROGRESS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Keeps two harmless lines of DirectFB's start off standard error; every other one is passed on.
 #ifndef KOVA_CAPTION_QUIET_START_H
 #define KOVA_CAPTION_QUIET_START_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a display has drawn, read through published DirectFB calls: the display's own record is private.
 #ifndef KOVA_CAPTION_READBACK_H
 #define KOVA_CAPTION_READBACK_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a user should know of a picture: what is not as the source asks for it.
 #ifndef KOVA_CAPTION_REMARKS_H
 #define KOVA_CAPTION_REMARKS_H

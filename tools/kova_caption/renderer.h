@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Lays captions out on the plane and has the display draw them.
 #ifndef KOVA_CAPTION_RENDERER_H
 #define KOVA_CAPTION_RENDERER_H

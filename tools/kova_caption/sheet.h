@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All cues of a source in one picture.
 #ifndef KOVA_CAPTION_SHEET_H
 #define KOVA_CAPTION_SHEET_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Every cue of a source as a picture.
 #ifndef KOVA_CAPTION_SNAPSHOT_H
 #define KOVA_CAPTION_SNAPSHOT_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A file opened for reading its subtitles, whatever it is.
 #ifndef KOVA_CAPTION_SOURCE_H
 #define KOVA_CAPTION_SOURCE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What a command needs to draw captions, made from its options in one place.
 #ifndef KOVA_CAPTION_STAGE_H
 #define KOVA_CAPTION_STAGE_H

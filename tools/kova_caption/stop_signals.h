@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Signals that ask the tool to end, taken in between two steps of its work.
 #ifndef KOVA_CAPTION_STOP_SIGNALS_H
 #define KOVA_CAPTION_STOP_SIGNALS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Reads subtitles of every kind that libavformat and libavcodec know.
 #ifndef KOVA_CAPTION_SUBTITLES_H
 #define KOVA_CAPTION_SUBTITLES_H

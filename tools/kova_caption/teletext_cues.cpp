@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Teletext subtitles of a broadcast.
 #include <algorithm>
 #include <cstdio>

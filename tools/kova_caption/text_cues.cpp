@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text subtitles: libavcodec makes ASS of them, but for WebVTT, of which it would keep neither place nor
 // colours.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Cues made of what comes one after the other.
 #ifndef KOVA_CAPTION_TIMELINE_H
 #define KOVA_CAPTION_TIMELINE_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #ifndef KOVA_CAPTION_TIMESTAMP_H
 #define KOVA_CAPTION_TIMESTAMP_H
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Values that every part speaks of.
 #ifndef KOVA_CAPTION_TYPES_H
 #define KOVA_CAPTION_TYPES_H

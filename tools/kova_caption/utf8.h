@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // UTF-8 taken apart into characters.
 #ifndef KOVA_CAPTION_UTF8_H
 #define KOVA_CAPTION_UTF8_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "webvtt_cue.h"
 
 #include <algorithm>

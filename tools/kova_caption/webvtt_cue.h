@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // WebVTT: the text of a cue with its tags, and the settings that say where it stands.
 #ifndef KOVA_CAPTION_WEBVTT_CUE_H
 #define KOVA_CAPTION_WEBVTT_CUE_H

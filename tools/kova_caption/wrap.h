@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Breaks lines that are too wide.
 #ifndef KOVA_CAPTION_WRAP_H
 #define KOVA_CAPTION_WRAP_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Subtitles that are pictures, drawn as indexes: alone, scaled, and beside text.
 #include <set>
 

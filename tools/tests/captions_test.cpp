@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Closed captions and teletext, made from their definitions.
 #include <gtest/gtest.h>
 

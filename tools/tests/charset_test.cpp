@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "charset.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Which characters no font has.
 #include <gtest/gtest.h>
 

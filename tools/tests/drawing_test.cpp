@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What cues look like on the plane, on real DirectFB without a screen: which colour is where.
 #include <algorithm>
 

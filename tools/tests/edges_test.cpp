@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The edges to the pixel, on real DirectFB: with three colours alone every pixel is text, edge or neither.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Whatever goes wrong is said in one line, with what to do, and leaves nothing behind.
 #include <algorithm>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What becomes of text before the operation sees it, which draws character after character from the left.
 #include "letters.h"
 

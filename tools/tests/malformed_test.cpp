@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files that are damaged, or no subtitles at all: a message or what can be read of them, nothing worse.
 #include <algorithm>
 #include <fstream>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Files with subtitles in them, made while testing: from the definitions of the formats, or by an encoder
 // where libavcodec has one.
 #ifndef KOVA_CAPTION_TESTS_MEDIA_H

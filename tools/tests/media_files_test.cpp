@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Subtitles in containers, and subtitles that are pictures.
 #include <fstream>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Captions in real time: what is shown when, what keys do, and how the tool leaves.
 #include <chrono>
 #include <csignal>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The sheet of what captions may look like: every sample is there, in its colour, on its background.
 #include <algorithm>
 

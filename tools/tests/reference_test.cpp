@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Manual page and completion say what --help says, and the examples in it work.
 #include <algorithm>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // All cues in one picture.
 #include <gtest/gtest.h>
 

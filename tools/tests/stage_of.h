@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Draws cues on a plane of its own, in this process, and tells where each colour is.
 #ifndef KOVA_CAPTION_TESTS_STAGE_OF_H
 #define KOVA_CAPTION_TESTS_STAGE_OF_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // What was read, in short: when each cue comes and goes, and its text.
 #ifndef KOVA_CAPTION_TESTS_SUMMARY_H
 #define KOVA_CAPTION_TESTS_SUMMARY_H

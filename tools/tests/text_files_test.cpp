@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Text files of every format, as the model that they become.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Runs kova-caption as its user does, and looks at what it made.
 #ifndef KOVA_CAPTION_TESTS_TOOL_H
 #define KOVA_CAPTION_TESTS_TOOL_H

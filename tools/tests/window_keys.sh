@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: MIT
 # For scripts under with_xvfb: runs the tool and presses keys over its window.
 
 shown=$(mktemp)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "kova/kova_textdisp_dfb.h"
 #include "operations.h"
 #include "platform.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A display made, and taken down again. Where making fails half-way, what was acquired stays: this is how
 // sets in the field behave, and their callers end the process.
 #include "kova/kova_textdisp_dfb.h"

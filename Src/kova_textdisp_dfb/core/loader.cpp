@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // DirectFB is opened by name, never linked: a set without it still starts whatever carries this library.
 #include "operations.h"
 

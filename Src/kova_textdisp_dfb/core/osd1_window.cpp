@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The window that stands in for layer 1: as large as the plane, scaled by DirectFB over the whole primary
 // layer. Neither function locks; their callers hold the lock, or are alone with the display.
 #include "operations.h"

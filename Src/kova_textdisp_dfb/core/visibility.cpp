@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Showing and hiding wipe the plane; the layer itself stays as it is. The wipe reaches the screen with the
 // next flip.
 #include "operations.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "color.h"
 #include "operations.h"
 #include "platform.h"

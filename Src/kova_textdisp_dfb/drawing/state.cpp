@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The state that later drawing is done with. It lives in the active surface alone, but for the clip, and does
 // not follow when another surface becomes the active one.
 #include "color.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The thread that flips the last frame of a burst. A wake-up must not be lost: a lost flip leaves the last
 // frame off the screen, a lost stop hangs the join. So whoever wakes the thread notes what for (bFlipPosted,
 // or the stop flag), passes once through flip_thread_mutex, and only then signals: the thread either sees the

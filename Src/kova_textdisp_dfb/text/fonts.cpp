@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Eight slots of fonts, and eight rows of names that outlive them: a font opened again finds its row by its
 // name.
 #include "operations.h"

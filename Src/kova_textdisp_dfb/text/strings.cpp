@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A string and its edge: the same string drawn several times, in the edge colour at small offsets and then in
 // the text colour. Coordinates are unsigned; an offset that runs below 0 wraps, and DirectFB clips it away.
 #include "color.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // How the next strings are drawn. The values are kept as they come; drawing makes sense of them.
 #include "operations.h"
 

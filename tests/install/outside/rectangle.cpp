@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Brings a display up, draws, takes it down; and refuses nothing on the way.
 #include <cstdio>
 #include <kova/kova_textdisp.h>

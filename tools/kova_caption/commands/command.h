@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // A command of the tool: what it adds to the command line, and its work.
 #ifndef KOVA_CAPTION_COMMANDS_COMMAND_H
 #define KOVA_CAPTION_COMMANDS_COMMAND_H

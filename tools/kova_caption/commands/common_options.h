@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // Options that several commands have.
 #ifndef KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
 #define KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "command.h"
 #include "common_options.h"
 #include "reference.h"

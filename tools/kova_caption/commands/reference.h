@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 // The command line described for the shell and for man, made from the command line itself, so that neither
 // says anything else than --help.
 #ifndef KOVA_CAPTION_COMMANDS_REFERENCE_H
