@@ -2,8 +2,8 @@
 // The bytes of a file, read as kova-caption reads it: every kind of subtitles, every stream.
 #include "memory_file.h"
 
-#include "failure.h"
-#include "subtitles.h"
+#include "base/failure.h"
+#include "reading/subtitles.h"
 
 #include <cstdint>
 

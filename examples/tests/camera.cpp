@@ -10,9 +10,9 @@
 #include <exception>
 #include <string>
 
+#include "base/options.h"
+#include "drawing/readback.h"
 #include "kova_textdisp_dfb/record.h"
-#include "options.h"
-#include "readback.h"
 
 extern "C" unsigned int __wrap_sleep(unsigned int seconds);
 

@@ -9,10 +9,10 @@
 #include <sstream>
 #include <string>
 
-#include "tool.h"
+#include "support/tool.h"
 
+using caption::Color;
 using caption::Picture;
-using caption::Pixel;
 
 namespace
 {
@@ -21,10 +21,10 @@ struct Box {
     int left = 0, top = 0, right = 0, bottom = 0; // the far edges are not in it
 };
 
-constexpr Pixel NOTHING = {};
-constexpr Pixel BLACK = {0, 0, 0, 255};
-constexpr Pixel WHITE = {255, 255, 255, 255};
-constexpr Pixel YELLOW = {255, 230, 80, 255};
+constexpr Color NOTHING = caption::g_transparent;
+constexpr Color BLACK = {0, 0, 0, 255};
+constexpr Color WHITE = {255, 255, 255, 255};
+constexpr Color YELLOW = {255, 230, 80, 255};
 
 } // namespace
 
@@ -46,7 +46,7 @@ static Picture PictureOf(const std::string &example, int pause = 1)
     return ReadPng(folder / (pause == 1 ? "shot.png" : "shot_" + std::to_string(pause) + ".png"));
 }
 
-static int Count(const Picture &picture, const Pixel &color, const Box &box)
+static int Count(const Picture &picture, const Color &color, const Box &box)
 {
     int count = 0;
     for (int y = box.top; y < box.bottom; ++y) {
@@ -66,7 +66,7 @@ static Box Whole(const Picture &picture)
 }
 
 // The smallest box that holds every pixel of the colour.
-static Box Around(const Picture &picture, const Pixel &color, const Box &within)
+static Box Around(const Picture &picture, const Color &color, const Box &within)
 {
     Box box = {within.right, within.bottom, 0, 0};
     for (int y = within.top; y < within.bottom; ++y) {
@@ -90,7 +90,7 @@ TEST(HelloCaption, ShowsTwoCentredLinesInTheirColours)
     EXPECT_GT(Count(picture, YELLOW, {400, 640, 880, 710}), 1000);
     EXPECT_EQ(Count(picture, YELLOW, {0, 0, 1280, 640}), 0);
     EXPECT_GT(Count(picture, BLACK, {400, 580, 880, 710}), 500);
-    for (const Pixel &color : {WHITE, YELLOW}) {
+    for (const Color &color : {WHITE, YELLOW}) {
         const Box line = Around(picture, color, Whole(picture));
         EXPECT_NEAR(line.left + line.right, 1280, 12);
     }
@@ -104,7 +104,7 @@ TEST(RollUp, KeepsThreeRowsOfTheSameLines)
     EXPECT_EQ(Ink(picture, window), 800 * 144);
     EXPECT_EQ(Ink(picture, Whole(picture)), 800 * 144);
     // Three lines of text with a row of box alone between them, and nothing of the two that rolled out.
-    const Pixel box = {0, 0, 0, 200};
+    const Color box = {0, 0, 0, 200};
     int lines = 0;
     bool inLine = false;
     for (int y = window.top; y < window.bottom; ++y) {
@@ -121,8 +121,8 @@ TEST(RollUp, KeepsThreeRowsOfTheSameLines)
 TEST(BitmapSubtitle, ShowsTheBitmapInItsOwnColours)
 {
     const Picture picture = PictureOf("bitmap_subtitle");
-    const Pixel box = {0, 0, 0, 140};
-    const Pixel letters = {255, 235, 130, 255};
+    const Color box = {0, 0, 0, 140};
+    const Color letters = {255, 235, 130, 255};
     const Box place = {20, 37, 75, 50};
 
     ASSERT_EQ(picture.size().width, 96);
@@ -140,9 +140,9 @@ TEST(BitmapSubtitle, ShowsTheBitmapInItsOwnColours)
 TEST(TeletextPage, EnlargesEachLineByItsOwnFactors)
 {
     const Picture picture = PictureOf("teletext_page");
-    const Pixel yellow = {255, 255, 0, 255};
-    const Pixel cyan = {0, 255, 255, 255};
-    const Pixel blue = {0, 0, 160, 255};
+    const Color yellow = {255, 255, 0, 255};
+    const Color cyan = {0, 255, 255, 255};
+    const Color blue = {0, 0, 160, 255};
 
     EXPECT_EQ(Ink(picture, Whole(picture)), 480 * 272);
     const Box title = Around(picture, blue, Whole(picture));

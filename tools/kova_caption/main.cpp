@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// kova-caption: draws subtitles through the display library. Its commands stand in commands/.
+// kova-caption: draws subtitles through the display library. Its commands are in commands/.
 #include <csignal>
 #include <cstdio>
 #include <exception>
@@ -7,9 +7,10 @@
 #include <CLI/CLI.hpp>
 #include <unistd.h>
 
+#include "base/failure.h"
 #include "commands/command.h"
-#include "failure.h"
-#include "stop_signals.h"
+#include "terminal/report.h"
+#include "terminal/stop_signals.h"
 
 namespace
 {
@@ -28,17 +29,17 @@ std::FILE *KeepStandardOutput()
     return out;
 }
 
-std::string InOneLine(const CLI::App *tool, const CLI::Error &error)
+std::string InOneLine(const CLI::App &tool, const CLI::Error &error)
 {
-    const std::vector<std::string> unknown = tool->remaining();
-    std::string command = tool->get_name();
+    const std::vector<std::string> unknown = tool.remaining();
+    std::string command = tool.get_name();
     std::string reason = error.what();
 
-    if (tool->get_subcommands().empty() && !unknown.empty()) {
-        reason = "'" + unknown.front() + "' is no command and no option";
+    if (tool.get_subcommands().empty() && !unknown.empty()) {
+        reason = "unknown command or option '" + unknown.front() + "'";
     }
-    for (const CLI::App *given : tool->get_subcommands()) command += " " + given->get_name();
-    return tool->get_name() + ": " + reason + "; see " + command + " --help.\n";
+    for (const CLI::App *given : tool.get_subcommands()) command += " " + given->get_name();
+    return reason + "; see " + command + " --help";
 }
 
 int Run(int argc, char **argv)
@@ -46,11 +47,12 @@ int Run(int argc, char **argv)
     CLI::App tool("Draws subtitles as a television's on-screen display would", "kova-caption");
     const std::vector<caption::Command> commands = caption::AddCommands(tool);
 
-    tool.failure_message(InOneLine);
     try {
         tool.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
-        return tool.exit(error) == EXIT_OK ? EXIT_OK : EXIT_USAGE;
+        if (error.get_exit_code() == EXIT_OK) return tool.exit(error); // --help, --version
+        caption::Report(InOneLine(tool, error));
+        return EXIT_USAGE;
     }
     std::FILE *const out = KeepStandardOutput();
     for (const caption::Command &command : commands) {
@@ -71,10 +73,10 @@ int main(int argc, char **argv)
         std::signal(interrupted.signal, SIG_DFL);
         return std::raise(interrupted.signal);
     } catch (const caption::WrongUsage &error) {
-        std::fprintf(stderr, "kova-caption: %s.\n", error.what());
+        caption::Report(error.what());
         return EXIT_USAGE;
     } catch (const std::exception &error) {
-        std::fprintf(stderr, "kova-caption: %s.\n", error.what());
+        caption::Report(error.what());
         return EXIT_FAILED;
     }
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "command.h"
+#include "commands/command.h"
 
 #include <CLI/CLI.hpp>
 

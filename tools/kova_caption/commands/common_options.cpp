@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "common_options.h"
+#include "commands/common_options.h"
+
+#include "commands/parse.h"
 
 namespace caption
 {

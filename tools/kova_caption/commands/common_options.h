@@ -7,8 +7,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include "options.h"
-#include "subtitles.h"
+#include "base/options.h"
+#include "reading/subtitles.h"
 
 namespace caption
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "reference.h"
+#include "commands/reference.h"
 
 #include <algorithm>
 #include <cctype>

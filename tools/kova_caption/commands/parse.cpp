@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "commands/parse.h"
+
+#include <cctype>
+#include <cstdio>
+#include <regex>
+#include <string>
+
+#include "base/failure.h"
+
+namespace caption
+{
+
+Color ParseColor(const std::string &option, const std::string &text)
+{
+    const std::string digits = text.rfind('#', 0) == 0 ? text.substr(1) : text;
+
+    if (digits.size() != 6 || digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
+        throw WrongUsage(option + " " + text +
+                         ": a colour is six hexadecimal digits, RRGGBB, such as FFFF00");
+    }
+    const auto value = std::stoul(digits, nullptr, 16);
+    return {std::uint8_t(value >> 16), std::uint8_t(value >> 8 & 255), std::uint8_t(value & 255)};
+}
+
+Size ParsePlane(const std::string &text)
+{
+    Size plane;
+    char rest = 0;
+    const bool bounded = text.size() <= 9; // so that no number overflows
+
+    if (!bounded || std::sscanf(text.c_str(), "%dx%d%c", &plane.width, &plane.height, &rest) != 2 ||
+        plane.width < 1 || plane.width > 1920 || plane.height < 1 || plane.height > 1080) {
+        throw Failure("--plane " + text +
+                      ": a plane is WIDTHxHEIGHT, from 1x1 to 1920x1080, such as 1280x720");
+    }
+    return plane;
+}
+
+std::int64_t ParseTime(const std::string &option, const std::string &text)
+{
+    static const std::regex form(R"((?:(?:(\d{1,3}):)?([0-5]?\d):)?(\d{1,6})(?:[.,](\d{1,3}))?)");
+    std::smatch parts;
+
+    if (!std::regex_match(text, parts, form)) {
+        throw WrongUsage(option + " " + text + ": a time is [[HH:]MM:]SS[.mmm], such as 1:02:03.5 or 90");
+    }
+    const auto number = [&](std::size_t part) { return parts[part].length() ? std::stoll(parts[part]) : 0; };
+    const std::string thousandths = (parts[4].str() + "000").substr(0, 3);
+    return ((number(1) * 60 + number(2)) * 60 + number(3)) * 1000 + std::stoll(thousandths);
+}
+
+} // namespace caption

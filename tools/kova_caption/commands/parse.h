@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// Values of options, which the command line gives as text. Text that is no such value is a WrongUsage that names
+// the option.
+#ifndef KOVA_CAPTION_COMMANDS_PARSE_H
+#define KOVA_CAPTION_COMMANDS_PARSE_H
+
+#include <cstdint>
+#include <string>
+
+#include "base/color.h"
+#include "base/rect.h"
+
+namespace caption
+{
+
+// "RRGGBB", with or without a leading #.
+Color ParseColor(const std::string &option, const std::string &text);
+
+// "WIDTHxHEIGHT", 1x1 to 1920x1080.
+Size ParsePlane(const std::string &text);
+
+// "[[HH:]MM:]SS[.mmm]" in milliseconds.
+std::int64_t ParseTime(const std::string &option, const std::string &text);
+
+} // namespace caption
+
+#endif

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+// One display of the library with one active context, as a caption renderer keeps it.
+#ifndef KOVA_CAPTION_DRAWING_DISPLAY_H
+#define KOVA_CAPTION_DRAWING_DISPLAY_H
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/options.h"
+#include "base/rect.h"
+#include "drawing/font_slots.h"
+#include "drawing/picture.h"
+#include "drawing/readback.h"
+#include "kova/kova_textdisp.h"
+#include "text/fonts.h"
+#include "text/pieces.h"
+
+namespace caption
+{
+
+class Display
+{
+public:
+    // Starts DirectFB. Only one display can be there at a time.
+    explicit Display(const Options &options);
+    ~Display();
+    Display(const Display &) = delete;
+    Display &operator=(const Display &) = delete;
+
+    void SetEdge(KovaTextEdgeType_e edge);
+    int Width(const Piece &piece, int height);
+
+    // From the top left corner of its font, lines under and through it included.
+    void Draw(const Piece &piece, int height, int x, int y);
+
+    // Replaces what is there.
+    void Fill(Rect rect, Color color);
+
+    // The part of a picture as large as the plane that lies in the rectangle, pixel for pixel. Index mode has
+    // 255 colours for all that is drawn since the last Clear.
+    void Copy(const Picture &picture, Rect rect);
+    bool CanCopy() const;
+
+    void Clear();
+
+    // What is drawn between the two is shown by the second, all at once. Layer 1 cannot wait: there every
+    // string is shown as it is drawn, and only what came after the last one is shown by the second.
+    void Hold();
+    void Release();
+
+    void Flip();
+
+    // Flips, and reads back what is on the screen then.
+    Picture Present();
+
+    // Whether more colours than the palette holds were asked for since the last Clear, and near ones taken.
+    bool RanOutOfColors() const
+    {
+        return ranOutOfColors_;
+    }
+
+private:
+    bool HasPalette() const;
+    void Select(const Piece &piece, int height);
+    Stroke Underline(const Piece &piece, int height);
+    void DrawStroke(const Piece &piece, Rect rect);
+    kova_uint32 Value(Color color);
+
+    Options options_;
+    pKovaITextDisplay_t display_ = nullptr;
+    kova_sint8 context_ = -1;
+    KovaTextEdgeType_e edge_;
+    std::unique_ptr<FontSlots> slots_;
+    std::unique_ptr<Readback> readback_;
+    std::vector<Color> palette_; // loaded since the last Clear
+    bool ranOutOfColors_ = false;
+    bool flipped_ = false; // nothing was drawn since the last flip
+};
+
+} // namespace caption
+
+#endif

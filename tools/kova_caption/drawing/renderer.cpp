@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+#include "drawing/renderer.h"
+
+namespace caption
+{
+
+Renderer::Renderer(const Options &options, Display &display, Fonts &fonts)
+    : options_(options), margins_(MarginsOf(options.edge)), display_(display),
+      engine_(options, display, fonts)
+{
+}
+
+// Fonts of different reach share the baseline: a string is drawn from the top of its font.
+void Renderer::DrawRow(const Row &row, int x, int y)
+{
+    x += margins_.left;
+    for (std::size_t i = 0; i < row.pieces.size(); x += row.widths[i++]) {
+        const Piece &piece = row.pieces[i];
+        const Reach reach = ReachOf(*piece.face, options_.TextHeight());
+        display_.Draw(piece, options_.TextHeight(), x, y + margins_.top + row.reach.ascent - reach.ascent);
+    }
+}
+
+// Backgrounds come first, so that none covers the edge of a letter in the row above.
+void Renderer::DrawRows(const BlockLayout &layout)
+{
+    const auto xOf = [&](const Row &row) {
+        const int left = layout.rect.width - row.width - 2 * layout.padding;
+        return layout.rect.x + Before(int(layout.alignment), left);
+    };
+    int y = layout.rect.y;
+
+    for (const Row &row : layout.rows) {
+        int x = xOf(row);
+        for (std::size_t i = 0; i < row.pieces.size(); ++i) {
+            const int width = row.widths[i] + (i == 0 ? layout.padding + margins_.left : 0) +
+                              (i + 1 == row.pieces.size() ? margins_.right + layout.padding : 0);
+            const auto &background = row.pieces[i].style.background;
+            if (background && background->alpha > 0) display_.Fill({x, y, width, row.height}, *background);
+            x += width;
+        }
+        y += row.height;
+    }
+    y = layout.rect.y;
+    for (const Row &row : layout.rows) {
+        DrawRow(row, xOf(row) + layout.padding, y);
+        y += row.height;
+    }
+}
+
+Drawn Renderer::Draw(const Plan &plan)
+{
+    Drawn drawn = plan.drawn;
+
+    for (const Rect &rect : drawn.bitmaps) display_.Copy(*plan.bitmaps, rect);
+    for (const BlockLayout &block : plan.blocks) DrawRows(block);
+    if (display_.RanOutOfColors()) {
+        drawn.notices.push_back(
+            "it has more colours than a palette holds, so some are drawn in one that is near");
+    }
+    return drawn;
+}
+
+} // namespace caption

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "drawing/stage.h"
+
+#include <algorithm>
+
+#include "base/failure.h"
+#include "drawing/directfb_system.h"
+
+namespace caption
+{
+
+static const Options &Prepare(const Options &options)
+{
+    ChooseDirectFBSystem(options);
+    return options;
+}
+
+// Refuses what the display cannot do: 32-bit colours in the window of layer 1, text higher than the plane.
+static const Options &Checked(const Options &options)
+{
+    if (options.Mode() == ColorMode::ARGB && options.layer == KOVA_GRAPHIC_LAYER1) {
+        throw Failure(
+            "--mode argb: layer 1 has no 32-bit colours; use --mode palette there, or --layer 2 or 3");
+    }
+    if (options.TextHeight() > options.plane.height) {
+        throw Failure("--height " + std::to_string(options.height) + ": higher than the plane of " +
+                      std::to_string(options.plane.height) + " pixels; choose a smaller one");
+    }
+    return options;
+}
+
+Options FitTo(const std::vector<Cue> &cues, Options options)
+{
+    const bool bitmaps =
+        std::any_of(cues.begin(), cues.end(), [](const Cue &cue) { return !cue.bitmaps.empty(); });
+
+    if (!bitmaps) return options;
+    if (options.mode && *options.mode != ColorMode::INDEX) {
+        throw Failure("--mode: these subtitles are pictures, which are drawn as indexes into a palette; use "
+                      "--mode index, or leave it out");
+    }
+    options.mode = ColorMode::INDEX;
+    return options;
+}
+
+Picture Shoot(Stage &stage, const std::vector<const Cue *> &cues, Drawn &drawn)
+{
+    stage.display.Clear();
+    drawn = stage.renderer.Draw(cues);
+    if (drawn.lines == 0 && drawn.left > 0 && drawn.bitmaps.empty()) {
+        throw Failure("--height " + std::to_string(stage.options.TextHeight()) +
+                      ": a line of text finds no room on a plane " +
+                      std::to_string(stage.options.plane.height) + " pixels high; choose a smaller one");
+    }
+    return stage.display.Present();
+}
+
+Stage::Stage(const Options &wanted)
+    : options(Checked(wanted)), fonts(options), display(Prepare(options)), renderer(options, display, fonts)
+{
+}
+
+} // namespace caption

@@ -1,0 +1,417 @@
+// SPDX-License-Identifier: MIT
+#include "reading/ass.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdlib>
+#include <sstream>
+
+namespace caption
+{
+
+static const int g_largest = 1 << 20; // sides of a canvas beyond it mean nothing
+
+// What is known of an event while its text is read.
+struct AssScript::Reading {
+    std::string name; // of the style of the event
+    const StyleEntry *base = nullptr;
+    Style style;
+    Block block;
+    int alignment = 2;
+    bool drawing = false;
+    bool aligned = false;
+};
+
+static std::string Trimmed(const std::string &text)
+{
+    const std::size_t begin = text.find_first_not_of(" \t\r");
+    return begin == std::string::npos ? "" : text.substr(begin, text.find_last_not_of(" \t\r") - begin + 1);
+}
+
+static std::string Lower(std::string text)
+{
+    for (char &letter : text) {
+        if (letter >= 'A' && letter <= 'Z') letter = char(letter - 'A' + 'a');
+    }
+    return text;
+}
+
+// At most so many fields; the last one may itself hold commas.
+static std::vector<std::string> Fields(const std::string &text, std::size_t most)
+{
+    std::vector<std::string> fields;
+    std::size_t at = 0;
+
+    while (fields.size() + 1 < most) {
+        const std::size_t comma = text.find(',', at);
+        if (comma == std::string::npos) break;
+        fields.push_back(text.substr(at, comma - at));
+        at = comma + 1;
+    }
+    fields.push_back(text.substr(at));
+    return fields;
+}
+
+static double Number(const std::string &text)
+{
+    const double number = std::strtod(text.c_str(), nullptr);
+    return std::isfinite(number) ? std::clamp(number, -1e9, 1e9) : 0;
+}
+
+static int Integer(const std::string &text)
+{
+    return int(Number(text));
+}
+
+// &HAABBGGRR& or a decimal number; alpha counts from opaque to clear.
+static std::uint32_t Packed(const std::string &text)
+{
+    const std::size_t digits = text.find_first_not_of("&Hh ");
+    if (digits == std::string::npos) return 0;
+    const bool hexadecimal = text.find_first_of("Hh&") != std::string::npos;
+    return std::uint32_t(std::strtoll(text.c_str() + digits, nullptr, hexadecimal ? 16 : 10));
+}
+
+static Color ColorOf(std::uint32_t packed, std::uint8_t alpha)
+{
+    return {std::uint8_t(packed), std::uint8_t(packed >> 8), std::uint8_t(packed >> 16), alpha};
+}
+
+static Color ColorOf(const std::string &text)
+{
+    const std::uint32_t packed = Packed(text);
+    return ColorOf(packed, std::uint8_t(255 - (packed >> 24)));
+}
+
+// True for 1 and -1, and for weights from semi-bold on.
+static bool IsBold(int weight)
+{
+    return weight == 1 || weight == -1 || weight >= 600;
+}
+
+// The old numbering has 5 to 7 for the top and 9 to 11 for the middle.
+static int FromOldAlignment(int alignment)
+{
+    if (alignment >= 9) return alignment - 9 + 4;
+    if (alignment >= 5) return alignment - 5 + 7;
+    return alignment;
+}
+
+AssScript::AssScript(const std::string &header, AssHeader asked, Notices &notices)
+    : asked_(asked), notices_(notices)
+{
+    std::istringstream lines(header);
+    std::vector<std::string> names;
+    bool old = false;
+
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t colon = line.find(':');
+        const std::string key = Lower(Trimmed(line.substr(0, colon)));
+        const std::string value = colon == std::string::npos ? "" : Trimmed(line.substr(colon + 1));
+
+        if (key == "[v4 styles]") old = true;
+        if (key == "[events]") break;
+        if (key == "playresx") canvas_.width = Integer(value);
+        if (key == "playresy") canvas_.height = Integer(value);
+        if (key == "format") names = Fields(Lower(value), 64);
+        if (key == "style" && asked != AssHeader::NOTHING) {
+            std::vector<std::string> values = Fields(value, 64);
+            for (std::size_t i = 0; i < names.size() && i < values.size(); ++i) {
+                names[i] = Trimmed(names[i]);
+                if (old && names[i] == "alignment") {
+                    values[i] = std::to_string(FromOldAlignment(Integer(values[i])));
+                }
+            }
+            ReadStyle(names, values);
+        }
+    }
+    // One of the two stands for a picture of four by three, none for the smallest there was.
+    canvas_.width = std::clamp(canvas_.width, 0, g_largest);
+    canvas_.height = std::clamp(canvas_.height, 0, g_largest);
+    if (canvas_.width == 0 && canvas_.height == 0) canvas_ = {384, 288};
+    if (canvas_.width == 0) canvas_.width = std::max(1, canvas_.height * 4 / 3);
+    if (canvas_.height == 0) canvas_.height = std::max(1, canvas_.width * 3 / 4);
+}
+
+void AssScript::ReadStyle(const std::vector<std::string> &names, const std::vector<std::string> &values)
+{
+    const auto field = [&](const char *name) {
+        const auto found = std::find(names.begin(), names.end(), name);
+        const auto index = std::size_t(found - names.begin());
+        return index < values.size() ? Trimmed(values[index]) : "";
+    };
+    const auto color = [&](const char *name) -> std::optional<Color> {
+        return field(name).empty() ? std::nullopt : std::make_optional(ColorOf(field(name)));
+    };
+    StyleEntry entry;
+
+    entry.style.italic = Integer(field("italic")) != 0;
+    entry.style.bold = IsBold(Integer(field("bold")));
+    entry.style.underline = Integer(field("underline")) != 0;
+    entry.style.strikeout = Integer(field("strikeout")) != 0;
+    entry.style.color = color("primarycolour");
+    if (asked_ == AssHeader::STYLES) {
+        // A box that is clear is none; edges libavcodec made up.
+        entry.style.background = color("backcolour");
+        if (entry.style.background && entry.style.background->alpha == 0) entry.style.background.reset();
+    } else if (field("borderstyle") == "3") {
+        entry.style.background = color("outlinecolour");
+    } else if (field("borderstyle") == "4") {
+        entry.style.background = color("backcolour");
+    } else if (Number(field("outline")) > 0) {
+        entry.style.edgeColor = color("outlinecolour");
+    } else if (Number(field("shadow")) > 0) {
+        entry.style.edgeColor = color("backcolour");
+    }
+    const int alignment = Integer(field("alignment"));
+    if (alignment >= 1 && alignment <= 9) entry.alignment = alignment;
+    entry.left = Number(field("marginl"));
+    entry.right = Number(field("marginr"));
+    entry.vertical = Number(field("marginv"));
+    entry.size = field("fontsize");
+    entry.vertically = field("fontname").compare(0, 1, "@") == 0;
+    if (Number(field("angle")) != 0) Unsupported("turned letters");
+    if (Number(field("spacing")) != 0) Unsupported("letters set apart");
+    for (const char *const scale : {"scalex", "scaley"}) {
+        if (!field(scale).empty() && Number(field(scale)) != 100) Unsupported("stretched letters");
+    }
+    if (defaultStyle_.empty()) defaultStyle_ = field("name");
+    styles_[field("name")] = entry;
+}
+
+const AssScript::StyleEntry &AssScript::Find(const std::string &name) const
+{
+    static const StyleEntry none;
+
+    // The name of the default style is sometimes written with a star before it.
+    for (const std::string &candidate : {name, name.compare(0, 1, "*") == 0 ? name.substr(1) : name,
+                                         std::string("Default"), defaultStyle_}) {
+        const auto found = styles_.find(candidate);
+        if (found != styles_.end()) return found->second;
+    }
+    return none;
+}
+
+void AssScript::Unsupported(const std::string &what)
+{
+    notices_.Say("it asks for " + what + ", which the display does not have");
+}
+
+void AssScript::ReadTag(const std::string &name, const std::string &value, Reading &reading)
+{
+    Style &style = reading.style;
+    const auto flag = [&](bool preset) { return value.empty() ? preset : Integer(value) != 0; };
+    const auto setColor = [&](std::optional<Color> &color, const std::optional<Color> &preset) {
+        color = value.empty()
+                    ? preset
+                    : std::make_optional(ColorOf(Packed(value), color ? color->alpha : std::uint8_t(255)));
+    };
+    const auto setAlpha = [&](std::optional<Color> &color) {
+        if (color) color->alpha = std::uint8_t(255 - (Packed(value) & 0xFF));
+    };
+
+    if (name == "i") style.italic = flag(reading.base->style.italic);
+    if (name == "b") style.bold = value.empty() ? reading.base->style.bold : IsBold(Integer(value));
+    if (name == "u") style.underline = flag(reading.base->style.underline);
+    if (name == "s") style.strikeout = flag(reading.base->style.strikeout);
+    if (name == "c" || name == "1c") setColor(style.color, reading.base->style.color);
+    if (name == "3c") {
+        const bool box = reading.base->style.background.has_value();
+        setColor(box ? style.background : style.edgeColor,
+                 box ? reading.base->style.background : reading.base->style.edgeColor);
+    }
+    if (name == "alpha" || name == "1a") setAlpha(style.color);
+    if (name == "alpha" || name == "3a") setAlpha(style.edgeColor);
+    if (name == "r") {
+        reading.base = value.empty() ? &Find(reading.name) : &Find(value);
+        style = reading.base->style;
+    }
+    if ((name == "an" || name == "a") && !reading.aligned) {
+        const int alignment = name == "a" ? FromOldAlignment(Integer(value)) : Integer(value);
+        if (alignment >= 1 && alignment <= 9) reading.alignment = alignment;
+        reading.aligned = alignment >= 1 && alignment <= 9;
+    }
+    if ((name == "pos" || name == "move") && !reading.block.anchor) {
+        const std::vector<std::string> point = Fields(value, 8);
+        if (point.size() >= 2) {
+            reading.block.anchor =
+                Anchor{Number(point[0]) / canvas_.width, Number(point[1]) / canvas_.height};
+            reading.block.pinned = true;
+        }
+    }
+    if (name == "p") reading.drawing = Integer(value) > 0;
+}
+
+void AssScript::ReadTags(const std::string &tags, Reading &reading)
+{
+    struct Known {
+        const char *name;
+        const char *undrawn; // what is said of it, if anything
+    };
+    // Where one name begins another the longer one comes first.
+    static const Known known[] = {{"alpha", ""},
+                                  {"an", ""},
+                                  {"a", ""},
+                                  {"blur", "blurred edges"},
+                                  {"bord", "edges of a width of its own"},
+                                  {"be", "blurred edges"},
+                                  {"b", ""},
+                                  {"clip", "cut letters"},
+                                  {"c", ""},
+                                  {"fade", "fading"},
+                                  {"fad", "fading"},
+                                  {"fax", "sheared letters"},
+                                  {"fay", "sheared letters"},
+                                  {"fe", ""},
+                                  {"fn", "fonts of its own"},
+                                  {"fr", "turned letters"},
+                                  {"fscx", "stretched letters"},
+                                  {"fscy", "stretched letters"},
+                                  {"fsp", "letters set apart"},
+                                  {"fs", "letters of different sizes"},
+                                  {"iclip", "cut letters"},
+                                  {"i", ""},
+                                  {"kf", "karaoke"},
+                                  {"ko", "karaoke"},
+                                  {"kt", "karaoke"},
+                                  {"k", "karaoke"},
+                                  {"K", "karaoke"},
+                                  {"move", "movement"},
+                                  {"org", ""},
+                                  {"pbo", ""},
+                                  {"pos", ""},
+                                  {"p", ""},
+                                  {"q", ""},
+                                  {"r", ""},
+                                  {"shad", "edges of a width of its own"},
+                                  {"s", ""},
+                                  {"t", "animation"},
+                                  {"u", ""},
+                                  {"xbord", "edges of a width of its own"},
+                                  {"xshad", "edges of a width of its own"},
+                                  {"ybord", "edges of a width of its own"},
+                                  {"yshad", "edges of a width of its own"},
+                                  {"1a", ""},
+                                  {"1c", ""},
+                                  {"2a", ""},
+                                  {"2c", ""},
+                                  {"3a", ""},
+                                  {"3c", ""},
+                                  {"4a", ""},
+                                  {"4c", ""}};
+
+    for (std::size_t at = tags.find('\\'); at != std::string::npos;) {
+        std::size_t end = tags.find_first_of("\\(", ++at);
+        if (end != std::string::npos && tags[end] == '(') end = std::min(tags.find(')', end), tags.size());
+        const std::string tag = Trimmed(tags.substr(at, end - at));
+        at = end == std::string::npos ? end : tags.find('\\', end);
+
+        const auto found = std::find_if(std::begin(known), std::end(known),
+                                        [&](const Known &each) { return tag.rfind(each.name, 0) == 0; });
+        if (found == std::end(known)) continue;
+        const std::string name = found->name;
+        std::string value = Trimmed(tag.substr(name.size()));
+        if (value.compare(0, 1, "(") == 0) value.erase(0, 1);
+        const bool asks = value.find_first_not_of("xyz0. ") != std::string::npos; // nothing and 0 do not
+        if (*found->undrawn && asks) Unsupported(found->undrawn);
+        ReadTag(name, value, reading);
+    }
+}
+
+void AssScript::ReadText(const std::string &text, Reading &reading)
+{
+    static const std::string hardSpace = "\xC2\xA0";
+    static const std::string wordJoiner = "\xE2\x81\xA0"; // stands after a backslash that is meant as one
+    std::vector<Line> &lines = reading.block.lines;
+
+    lines.emplace_back();
+    for (std::size_t at = 0; at < text.size();) {
+        const char next = at + 1 < text.size() ? text[at + 1] : '\0';
+        const std::size_t close = text[at] == '{' ? text.find('}', at) : std::string::npos;
+        std::string shown;
+
+        if (close != std::string::npos) {
+            ReadTags(text.substr(at + 1, close - at - 1), reading);
+            at = close + 1;
+        } else if (text[at] == '\\' && next == 'N') {
+            lines.emplace_back();
+            at += 2;
+        } else if (text[at] == '\\' && next == 'n') {
+            shown = " ";
+            at += 2;
+        } else if (text[at] == '\\' && next == 'h') {
+            shown = hardSpace;
+            at += 2;
+        } else if (text[at] == '\\' && (next == '{' || next == '}')) {
+            shown = next;
+            at += 2;
+        } else if (text[at] == '\\' && text.compare(at + 1, wordJoiner.size(), wordJoiner) == 0) {
+            shown = "\\";
+            at += 1 + wordJoiner.size();
+        } else {
+            const std::size_t end = std::min(text.find_first_of("{\\\r\n", at + 1), text.size());
+            if (text[at] != '\r' && text[at] != '\n') shown = text.substr(at, end - at);
+            at = shown.empty() ? at + 1 : end;
+        }
+        if (reading.drawing && !shown.empty()) Unsupported("drawings");
+        if (!reading.drawing) Append(lines.back(), shown, reading.style);
+    }
+}
+
+void AssScript::Place(const std::vector<std::string> &fields, Reading &reading) const
+{
+    Block &block = reading.block;
+
+    block.horizontal = Horizontal((reading.alignment - 1) % 3);
+    block.vertical = Vertical(2 - (reading.alignment - 1) / 3);
+    if (block.anchor || asked_ != AssHeader::STYLES_AND_MARGINS) return;
+
+    // A margin of the event stands in place of its style's.
+    const auto margin = [&](std::size_t field, double preset) {
+        return Number(fields[field]) != 0 ? Number(fields[field]) : preset;
+    };
+    const double left = margin(4, reading.base->left) / canvas_.width;
+    const double right = 1 - margin(5, reading.base->right) / canvas_.width;
+    const double vertical = margin(6, reading.base->vertical) / canvas_.height;
+    const double xs[] = {left, (left + right) / 2, right};
+    const double ys[] = {vertical, 0.5, 1 - vertical};
+    block.anchor = Anchor{xs[int(block.horizontal)], ys[int(block.vertical)]};
+    block.width = std::max(0.0, right - left);
+}
+
+static bool IsBlank(const Line &line)
+{
+    return PlainText(line).find_first_not_of(" \t") == std::string::npos;
+}
+
+void AssScript::Read(const std::string &event, Cue &cue)
+{
+    const std::vector<std::string> fields = Fields(event, 9);
+    if (fields.size() < 9) return;
+    Reading reading;
+
+    reading.name = fields[2];
+    reading.base = &Find(reading.name);
+    reading.style = reading.base->style;
+    reading.alignment = reading.base->alignment;
+    const StyleEntry &own = *reading.base;
+    ReadText(fields[8], reading);
+
+    std::vector<Line> &lines = reading.block.lines;
+    while (!lines.empty() && IsBlank(lines.back())) lines.pop_back();
+    lines.erase(lines.begin(), std::find_if_not(lines.begin(), lines.end(), IsBlank));
+    if (lines.empty()) return;
+
+    if (!fields[7].empty()) Unsupported("effects such as scrolling");
+    if (own.vertically) Unsupported("vertical text");
+    if (!own.size.empty()) sizes_.insert(own.size);
+    if (sizes_.size() > 1) Unsupported("letters of different sizes");
+    reading.base = &own;
+    Place(fields, reading);
+    cue.layer = Integer(fields[1]);
+    if (asked_ == AssHeader::STYLES_AND_MARGINS) cue.canvas = canvas_;
+    cue.blocks.push_back(std::move(reading.block));
+}
+
+} // namespace caption

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+// Closed captions and teletext stand in cells of a page, which libzvbi fills. Their rows become blocks.
+#ifndef KOVA_CAPTION_READING_CELL_PAGE_H
+#define KOVA_CAPTION_READING_CELL_PAGE_H
+
+#include <vector>
+
+#include <libzvbi.h>
+
+#include "base/notices.h"
+#include "cues/cue.h"
+
+namespace caption
+{
+
+// Where the cells lie on the canvas.
+struct CellGrid {
+    int firstRow = 0; // of the page, rows above it are not shown
+    int firstColumn = 0;
+    int columns = 0;
+    int rows = 0;
+    double left = 0; // of the first column, as a share of the canvas
+    double top = 0;
+    double columnWidth = 0;
+    double rowHeight = 0;
+};
+
+// Text of a row, without the empty cells on its sides.
+struct PageRow {
+    int row = 0;    // from the first row of the grid
+    int first = 0;  // column
+    int last = 0;   // column
+    int height = 1; // rows
+    Line line;
+
+    bool operator==(const PageRow &other) const
+    {
+        return row == other.row && first == other.first && height == other.height && line == other.line;
+    }
+};
+
+std::vector<PageRow> ReadRows(const vbi_page &page, const CellGrid &grid, Notices &notices);
+
+// How rows are told to be aligned: by their ends, or not at all where they are still being written.
+enum class RowAlignment { AS_THEY_LIE, LEFT };
+
+// Rows that follow one another make a block, which hangs from its first row in the upper half of the page and
+// stands on its last one in the lower half. Those nearest to the upper edge come first, then those nearest to
+// the lower one, so that rows keep their order where they have to make room.
+std::vector<Block> Blocks(const std::vector<PageRow> &rows, const CellGrid &grid, RowAlignment alignment);
+
+} // namespace caption
+
+#endif

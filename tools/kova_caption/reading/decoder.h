@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#ifndef KOVA_CAPTION_READING_DECODER_H
+#define KOVA_CAPTION_READING_DECODER_H
+
+#include "reading/av.h"
+#include "reading/media_file.h"
+
+namespace caption
+{
+
+// Opens a decoder that libavcodec has for the stream; a Failure where it has none.
+av::Decoder OpenDecoder(const MediaFile &source, const AVStream &stream);
+
+} // namespace caption
+
+#endif

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+#include "reading/media_file.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "base/failure.h"
+#include "reading/charset.h"
+#include "reading/webvtt.h"
+
+namespace caption
+{
+
+static const char g_advice[] = "; give a file of subtitles, or a video that holds some";
+static const std::uintmax_t g_longestText = 64 << 20;
+
+// The formats that are text. Others that libavformat knows name further files to open.
+static const char g_textFormats[] =
+    "aqtitle,ass,jacosub,mcc,microdvd,mpl2,mpsub,pjs,realtext,sami,scc,srt,stl,"
+    "subviewer,subviewer1,tedcaptions,vplayer,webvtt";
+
+// libavformat would also take an address, wait at a pipe, and has no words that help.
+static std::string Head(const std::string &file)
+{
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(file, error);
+
+    if (std::filesystem::is_directory(status)) throw Failure(file + ": is a folder" + g_advice);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+        throw Failure(file + ": is a pipe or a device" + g_advice);
+    }
+    std::FILE *const readable = std::fopen(file.c_str(), "rb");
+    if (!readable) throw Failure(file + ": cannot be read (" + std::strerror(errno) + ")" + g_advice);
+    std::string head(std::size_t(64) << 10, '\0');
+    head.resize(std::fread(head.data(), 1, head.size(), readable));
+    std::fclose(readable);
+    if (head.empty()) throw Failure(file + ": is empty" + g_advice);
+    return head;
+}
+
+static std::string WholeText(const std::string &file)
+{
+    std::error_code error;
+    if (std::filesystem::file_size(file, error) > g_longestText) {
+        throw Failure(file + ": is too long for a text file, of which 64 MiB are read; cut it up");
+    }
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+int MediaFile::ReadText(void *source, std::uint8_t *buffer, int size)
+{
+    MediaFile &self = *static_cast<MediaFile *>(source);
+    const std::size_t count = std::min(std::size_t(size), self.text_.size() - self.at_);
+
+    if (count == 0) return AVERROR_EOF;
+    std::memcpy(buffer, self.text_.data() + self.at_, count);
+    self.at_ += count;
+    return int(count);
+}
+
+std::int64_t MediaFile::SeekText(void *source, std::int64_t offset, int whence)
+{
+    MediaFile &self = *static_cast<MediaFile *>(source);
+    const auto size = std::int64_t(self.text_.size());
+
+    if (whence == AVSEEK_SIZE) return size;
+    const std::int64_t from = whence == SEEK_CUR ? std::int64_t(self.at_) : whence == SEEK_END ? size : 0;
+    if (offset < -from || offset > size - from) return AVERROR(EINVAL);
+    self.at_ = std::size_t(from + offset);
+    return from + offset;
+}
+
+MediaFile::MediaFile(const std::string &file, const std::string &charset, Notices &notices) : file_(file)
+{
+    av_log_set_level(AV_LOG_QUIET);
+
+    const std::string head = Head(file);
+    // The index of VobSub is text, but libavformat has to find the pictures beside it.
+    const bool text = LooksLikeText(head) && head.find("VobSub index file") == std::string::npos;
+    if (text) text_ = WithoutWebVttStyles(ToUtf8(WholeText(file), charset, notices), notices);
+
+    AVFormatContext *context = avformat_alloc_context();
+    AVDictionary *settings = nullptr;
+    if (text) {
+        const int size = 4096;
+        io_.reset(avio_alloc_context(static_cast<unsigned char *>(av_malloc(size)), size, 0, this, ReadText,
+                                     nullptr, SeekText));
+        context->pb = io_.get();
+        av_dict_set(&settings, "format_whitelist", g_textFormats, 0);
+    } else {
+        av_dict_set(&settings, "protocol_whitelist", "file", 0);
+    }
+    // libavformat frees the context where it fails.
+    const int result = avformat_open_input(&context, ("file:" + file).c_str(), nullptr, &settings);
+    av_dict_free(&settings);
+    input_.reset(context);
+    if (result < 0) throw Failure(file + ": is no subtitle file that could be understood" + g_advice);
+    if (text) return;
+
+    avformat_find_stream_info(input_.get(), nullptr);
+    // The clock of a broadcast starts anywhere.
+    const bool anyClock = input_->iformat->flags & AVFMT_TS_DISCONT;
+    if (anyClock && input_->start_time != AV_NOPTS_VALUE) beginning_ = input_->start_time;
+}
+
+void MediaFile::ReadOnly(const AVStream &stream)
+{
+    for (unsigned i = 0; i < input_->nb_streams; ++i) {
+        const bool wanted = int(i) == stream.index;
+        input_->streams[i]->discard = wanted ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    }
+}
+
+bool MediaFile::Read(AVPacket &packet)
+{
+    av_packet_unref(&packet);
+    return av_read_frame(input_.get(), &packet) >= 0;
+}
+
+std::int64_t MediaFile::Milliseconds(const AVStream &stream, std::int64_t timestamp) const
+{
+    const std::int64_t longest = std::int64_t(1) << 50;
+    const std::int64_t time = av_rescale_q(timestamp, stream.time_base, {1, 1000});
+
+    return std::clamp(time, -longest, longest) - av_rescale(beginning_, 1000, AV_TIME_BASE);
+}
+
+} // namespace caption

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+// A file opened for reading its subtitles, whatever it is.
+#ifndef KOVA_CAPTION_READING_MEDIA_FILE_H
+#define KOVA_CAPTION_READING_MEDIA_FILE_H
+
+#include <cstdint>
+#include <string>
+
+#include "base/notices.h"
+#include "reading/av.h"
+
+namespace caption
+{
+
+class MediaFile
+{
+public:
+    // Text becomes UTF-8 before libavformat reads it. A Failure where the file is nothing of use.
+    MediaFile(const std::string &file, const std::string &charset, Notices &notices);
+    MediaFile(const MediaFile &) = delete;
+    MediaFile &operator=(const MediaFile &) = delete;
+
+    const std::string &file() const
+    {
+        return file_;
+    }
+
+    const AVFormatContext &format() const
+    {
+        return *input_;
+    }
+
+    // The whole text of a text file; empty for others.
+    const std::string &text() const
+    {
+        return text_;
+    }
+
+    // Only packets of this stream are read from now on.
+    void ReadOnly(const AVStream &stream);
+
+    bool Read(AVPacket &packet);
+
+    // Of one of its streams, in milliseconds from the beginning.
+    std::int64_t Milliseconds(const AVStream &stream, std::int64_t timestamp) const;
+
+private:
+    static int ReadText(void *source, std::uint8_t *buffer, int size);
+    static std::int64_t SeekText(void *source, std::int64_t offset, int whence);
+
+    std::string file_;
+    std::string text_;
+    std::size_t at_ = 0;
+    av::Io io_; // before the input, which reads through it until it is closed
+    av::Input input_;
+    std::int64_t beginning_ = 0; // in AV_TIME_BASE
+};
+
+} // namespace caption
+
+#endif

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#ifndef KOVA_CAPTION_TEXT_PIECES_H
+#define KOVA_CAPTION_TEXT_PIECES_H
+
+#include <string>
+#include <vector>
+
+#include "cues/cue.h"
+#include "text/letters.h"
+
+namespace caption
+{
+
+// Text of one look, as it is seen from left to right.
+struct Piece {
+    std::string text; // UTF-8
+    const Face *face = nullptr;
+    bool slanted = false;
+    Style style;
+};
+
+// Letters that lie side by side, from left to right.
+std::vector<Piece> Pieces(const Letters &visual);
+
+} // namespace caption
+
+#endif

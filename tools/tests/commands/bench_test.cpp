@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include <regex>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "support/tool.h"
+
+// A row of the table: a figure for each of the three colour modes.
+static void ExpectRow(const std::string &table, const std::string &name)
+{
+    const std::string figure = " +([0-9]+\\.[0-9])";
+    std::smatch parts;
+
+    ASSERT_TRUE(std::regex_search(table, parts, std::regex("\n" + name + figure + figure + figure + "\n")))
+        << name << " in\n"
+        << table;
+    for (std::size_t i = 1; i <= 3; ++i) EXPECT_GT(std::stod(parts[i]), 0) << name;
+}
+
+static void ExpectMember(const nlohmann::json &table, const std::string &name)
+{
+    for (const std::string mode : {"index", "palette", "argb"}) {
+        EXPECT_GT(table.at(name).at(mode).get<double>(), 0) << name << ", " << mode;
+    }
+}
+
+TEST(Bench, MeasuresEveryEdgeInEveryColourMode)
+{
+    const Outcome table = RunTool("bench --headless --plane 320x180 --time 5");
+    const Outcome text = RunTool("bench --headless --plane 320x180 --time 5 --json");
+
+    ASSERT_EQ(table.exit, 0) << table.err;
+    EXPECT_NE(table.out.find("320x180"), std::string::npos) << table.out;
+    EXPECT_TRUE(std::regex_search(table.out, std::regex("captions per second +index +palette +argb\n")));
+    ASSERT_EQ(text.exit, 0) << text.err;
+    const auto json = nlohmann::json::parse(text.out);
+    EXPECT_EQ(json.at("plane").at("width"), 320);
+    EXPECT_EQ(json.at("height"), 12);
+    for (const std::string edge : {"none", "raised", "depressed", "uniform", "left-shadow", "right-shadow"}) {
+        ExpectRow(table.out, edge);
+        ExpectRow(table.out, "draw a line, " + edge);
+        ExpectMember(json.at("microsecondsPerCaption"), edge);
+        ExpectMember(json.at("microsecondsPerOperation"), "draw a line, " + edge);
+    }
+    for (const std::string operation : {"clear the plane", "measure a line", "flip", "lay a caption out"}) {
+        ExpectRow(table.out, operation);
+        ExpectMember(json.at("microsecondsPerOperation"), operation);
+    }
+}
