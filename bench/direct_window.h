@@ -3,7 +3,7 @@
 #ifndef BENCH_DIRECT_WINDOW_H
 #define BENCH_DIRECT_WINDOW_H
 
-#include "directfb_c.h"
+#include "platform/directfb_c.h"
 
 #include <vector>
 

@@ -4,7 +4,7 @@
 namespace textdisp
 {
 
-// The texts are the library's own, and a message is its own format.
+// The formats are the library's own texts, so nothing from outside is ever used as one.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-security"
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The forms in which the library speaks. Each half defines TEXTDISP_SOURCE, the name its records carry as
-// their file, before it includes this. Every form is one expression: none returns, jumps or declares.
+// The logging macros. Each half of the library defines TEXTDISP_SOURCE, the file name in its records, before it
+// includes this. Every macro is one expression: none returns, jumps or declares.
 #ifndef TEXTDISP_LOG_H
 #define TEXTDISP_LOG_H
 
@@ -13,14 +13,13 @@ namespace textdisp
 
 enum { LEVEL_ERROR = 1, LEVEL_LOG = 5 };
 
-// The operation that a record speaks for. A helper that reports for its caller takes one, made by
-// TEXTDISP_HERE.
+// The operation whose name a record carries. A helper that reports for its caller takes one, made by TEXTDISP_HERE.
 struct Place_t {
     const char *pcFunction;
     int iLine;
 };
 
-// Off as a rule: one load and one branch then.
+// Logging is off as a rule, and then costs one load and one branch.
 inline bool IsLogged(int iLevel)
 {
     return __builtin_expect(__atomic_load_n(&__kova_debug_min, __ATOMIC_RELAXED) >= iLevel, false);
@@ -31,14 +30,14 @@ inline unsigned long Self()
     return (unsigned long)pthread_self();
 }
 
-// What "%ld" prints of a 32-bit value on the set: sign-extended, on every machine.
+// Makes "%ld" print a 32-bit value as the 32-bit target prints it, sign-extended, on every machine.
 template <typename Value> long Long(Value value)
 {
     return long(static_cast<int>(value));
 }
 
-// Out of line, for they are written many times and seldom run: cold, so that the compiler keeps the ways that
-// lead there small and out of the way. The gate of the two traces is their caller's.
+// Out of line, because they are written many times and seldom run; cold, so that the compiler keeps the paths that
+// lead to them small and out of the way. The macros test the threshold of the two traces.
 #define TEXTDISP_COLD __attribute__((cold))
 TEXTDISP_COLD void LogError(const char *pcFile, const char *pcFunction, int iLine, const char *pcMessage);
 TEXTDISP_COLD void LogEntry(const char *pcFile, const char *pcFunction, int iLine);
@@ -55,7 +54,7 @@ TEXTDISP_COLD void LogExit(const char *pcFile, const char *pcFunction, int iLine
 
 #define TEXTDISP_RECORD(level, ...) TEXTDISP_RECORD_AT(TEXTDISP_HERE, level, __VA_ARGS__)
 
-// Three records: where, what, and the end of the line. Each is gated on its own.
+// Three records: the place, the message and the end of the line. Each tests the threshold on its own.
 #define TEXTDISP_ERROR(message) textdisp::LogError(TEXTDISP_SOURCE, __func__, __LINE__, message)
 #define TEXTDISP_ERROR_WITH(...)                                                                             \
     (TEXTDISP_RECORD(textdisp::LEVEL_ERROR, "[File:%s Function:%s Line:%d]:", TEXTDISP_SOURCE, __func__,     \
@@ -66,8 +65,9 @@ TEXTDISP_COLD void LogExit(const char *pcFile, const char *pcFunction, int iLine
 #define TEXTDISP_ERROR_RECORD(...) TEXTDISP_RECORD(textdisp::LEVEL_ERROR, __VA_ARGS__)
 
 #define TEXTDISP_TRACE(...) TEXTDISP_RECORD(textdisp::LEVEL_LOG, __VA_ARGS__)
+#define TEXTDISP_TRACE_AT(place, ...) TEXTDISP_RECORD_AT(place, textdisp::LEVEL_LOG, __VA_ARGS__)
 
-// The same with the place first, and the operation's own format and values behind it.
+// The same with the place first and the operation's own format and values after it.
 #define TEXTDISP_TRACE_WITH(prefix, text, ...)                                                               \
     TEXTDISP_TRACE("TextDisp: " prefix "%s():%d tpid:0x%lx " text "\n", __func__, __LINE__,                  \
                    textdisp::Self(), __VA_ARGS__)

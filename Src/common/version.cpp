@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The build's identification, in a section that is never loaded. Each byte is the text's, exclusive-or'ed
-// with the running key that cmake/Version.cmake states; scripts/read-version shows it in clear.
+// with the running key that cmake/Version.cmake states; scripts/read-version prints it as plain text.
 #include "version_bytes.h"
 
 __asm__(".pushsection VERSION,\"\",%progbits\n"

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The public face. It takes no lock and trusts its display argument; what draws stands behind the type of the
-// display.
+// The public functions. They take no lock and trust their display argument; the display's type selects what draws.
 #define TEXTDISP_SOURCE "Src/kova_textdisp_api"
 
-#include "kova_textdisp_dfb/directfb_c.h"
+#include "kova_textdisp_dfb/platform/directfb_c.h"
 
 #include "common/log.h"
 #include "kova/kova_textdisp_dfb.h"

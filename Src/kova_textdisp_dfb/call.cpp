@@ -9,7 +9,7 @@ namespace textdisp
 
 DisplayLock_t DisplayLock;
 
-// The "thread" of both lines is the process: readers of old logs know it so.
+// The "thread" of both lines is the process, as in all logs so far.
 void ReportResult(DFBResult eResult, int iLine)
 {
     fprintf(stderr, "TextDisp: [thread:%d]:%s <%d>: err %#x \n\t", getpid(), TEXTDISP_SOURCE, iLine,

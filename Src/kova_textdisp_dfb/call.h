@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The call discipline: how an operation finds its record, locks, asks who may act, calls DirectFB and
-// reports.
+// The call discipline: how an operation finds its record, locks, checks its context, calls DirectFB and reports.
 #ifndef TEXTDISP_CALL_H
 #define TEXTDISP_CALL_H
 
@@ -9,7 +8,7 @@
 #include "common/log.h"
 #include "record.h"
 
-// Clang follows the display's lock on every path; other compilers read these as nothing.
+// Clang checks the display's lock on every path; for other compilers these are empty.
 #if defined(__clang__)
 #define TEXTDISP_ANNOTATE(attribute) __attribute__((attribute))
 #else
@@ -89,8 +88,8 @@ inline bool IsIndexed(const KovaDFBDisplay_t *pDisplay)
     return !Peek(pDisplay->bColor32) && !pDisplay->bTextDisp_Palette;
 }
 
-// Calls a method of a DirectFB object. One that is not there has failed as one that was destroyed. Numbers
-// are converted to what the header at hand declares, for headers differ in it.
+// Calls a method of a DirectFB object. A missing object counts as destroyed. Numbers are converted to the types that
+// the header at hand declares, because headers differ in them.
 template <typename To, typename From> To Argument(From from)
 {
     return static_cast<To>(from);
@@ -102,7 +101,7 @@ DFBResult Call(Interface *pObject, Result (*Interface::*method)(Interface *, Par
     return pObject ? DFBResult((pObject->*method)(pObject, Argument<Params>(args)...)) : DFB_DESTROYED;
 }
 
-// What is set is released and nulled by this one function.
+// Releases an object and clears the field. Nothing else releases an object.
 template <typename Interface> DFBResult ReleaseAndClear(Interface *&pObject)
 {
     const DFBResult eResult = Call(pObject, &Interface::Release);
@@ -127,7 +126,7 @@ inline void CheckBriefly(DFBResult eResult, int iLine)
 
 } // namespace textdisp
 
-// A DirectFB result other than DFB_OK is printed to standard error, logging or not, and work goes on.
+// A DirectFB result other than DFB_OK is printed to standard error, whatever the log threshold, and work goes on.
 #define DFB_CHECK(result) textdisp::Check(result, __LINE__)
 #define DFB_CHECK_BRIEF(result) textdisp::CheckBriefly(result, __LINE__)
 

@@ -8,13 +8,13 @@
 namespace textdisp
 {
 
-// An entry of the display's palette copy; transparent black past its end, where callers have no business.
+// An entry of the display's palette copy; transparent black for an index past its end.
 inline KovaTextColor_t PaletteColor(const KovaDFBDisplay_t *pDisplay, kova_uint32 uiIndex)
 {
     return uiIndex < MAX_PALETTE_COLOR ? pDisplay->palette[uiIndex] : KovaTextColor_t{0, 0, 0, 0};
 }
 
-// A packed colour, 0xRRGGBBAA, taken apart.
+// The channels of a packed colour, 0xRRGGBBAA.
 inline KovaTextColor_t UnpackColor(kova_uint32 color)
 {
     return {kova_uint8(color >> 24), kova_uint8(color >> 16), kova_uint8(color >> 8), kova_uint8(color)};

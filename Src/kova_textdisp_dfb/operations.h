@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Every operation and worker of the DirectFB half, room by room. Workers expect the display's lock and repeat
-// no check of their callers; what the operations of the table promise is said in kova/kova_textdisp.h.
+// Every operation and worker of the DirectFB half, folder by folder. Workers expect the display's lock and repeat no
+// check of their callers. kova/kova_textdisp.h documents the operations of the table.
 #ifndef TEXTDISP_OPERATIONS_H
 #define TEXTDISP_OPERATIONS_H
 
@@ -14,18 +14,20 @@ int TextDisplayLoadLibrary(pKovaDFBDisplay_t pDisplay);
 int TextDisplayUnLoadLibrary(pKovaDFBDisplay_t pDisplay);
 
 // core/layer.cpp
-// Asks for a layer until the answer is not "temporarily unavailable", 50 ms apart and without end.
+// Asks for a layer every 50 ms while it is temporarily unavailable, without limit.
 DFBResult ObtainLayer(IDirectFB *pDfb, DFBDisplayLayerID id, IDirectFBDisplayLayer **ppLayer, Place_t place);
-// The same for a display whose layer is gone, reporting why there is none; false leaves it without an active
-// context.
+// The same for a display that has given its layer back. On failure it reports why, leaves the display without an
+// active context and returns false.
 bool RegainLayer(KovaDFBDisplay_t *pDisplay, Place_t place) HOLDS_DISPLAY;
 DFBSurfacePixelFormat PlaneFormat(const KovaDFBDisplay_t *pDisplay);
-// Puts a back-video plane of the size and the display's format into what the layer said of itself.
+// Sets a back-video plane of this size and of the display's format in the configuration read from the layer.
 void DescribePlane(const KovaDFBDisplay_t *pDisplay, kova_uint32 uiWidth, kova_uint32 uiHeight,
                    DFBDisplayLayerConfig *pConfig);
 // Configures the layer, and remembers how large its surface now is.
 DFBResult Configure(KovaDFBDisplay_t *pDisplay, IDirectFBDisplayLayer *pLayer,
                     const DFBDisplayLayerConfig &current, const DFBDisplayLayerConfig &wanted);
+// Takes the layer's surface as the base surface, in place of none.
+DFBResult TakeLayerSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 // The whole plane becomes the clip.
 void ResetClip(KovaDFBDisplay_t *pDisplay);
 
@@ -47,7 +49,7 @@ void SetSurface_OsdScaleInfo(pKovaITextDisplay_t pThiz, Surface_OsdScaleInfo *pO
 // core/plane32.cpp
 int Create32BitPlane(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint32 uiX, kova_uint32 uiY,
                      kova_uint32 uiWidth, kova_uint32 uiHeight);
-int Release32BitPanle(pKovaITextDisplay_t pThiz); // spelt so in every log there is
+int Release32BitPanle(pKovaITextDisplay_t pThiz); // the spelling that all logs have
 
 // core/visibility.cpp
 void Show(pKovaITextDisplay_t pThiz, kova_sint8 scContextID);
@@ -59,16 +61,19 @@ void RestoreShownState(pKovaITextDisplay_t pThiz, kova_sint8 scContextID) HOLDS_
 // presentation/flip.cpp
 int Flip(pKovaITextDisplay_t pThiz, kova_sint8 scContextID);
 int SetFlip(pKovaITextDisplay_t pThiz, kova_bool bFlip);
-int FilpInternal(pKovaITextDisplay_t pThiz) HOLDS_DISPLAY; // spelt so in every log there is
+int FilpInternal(pKovaITextDisplay_t pThiz) HOLDS_DISPLAY; // the spelling that all logs have
 unsigned long compare_time(const struct timeval *ptime1, const struct timeval *ptime2);
 bool IsBackBuffered(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 DFBResult FlipSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 
 // presentation/flip_thread.cpp
 void *Flip_last_frame_Thread(void *args);
-int StartFlipThread(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 void PostFlip(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
-void AskFlipThreadToStop(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
+// For a new context. Returns 0, or the error of pthread_create: the context then has no hold.
+int HoldFlipThread(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
+// For a context that ends. True when the thread was asked to stop: the caller gives the lock up, which the thread takes
+// on its way out, and joins it.
+bool ReleaseFlipThread(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 void JoinFlipThread(KovaDFBDisplay_t *pDisplay);
 
 // presentation/backup.cpp
@@ -141,11 +146,11 @@ int SetEdgeColor(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint32 
 int SetEdgeType(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, KovaTextEdgeType_e eEdge);
 
 // text/utf8.cpp
-// ucBytes counts 16-bit units here, whatever its name says. What does not fit whole into uiRoom bytes ends
-// the text.
+// ucBytes counts 16-bit units here, despite its name. The text ends before the first character that does not fit whole
+// into uiRoom bytes.
 void ConvertUnicode2UTF8(const unsigned short *pusStrUni, kova_uint8 ucBytes, char *pcStrUTF8,
                          kova_uint32 uiRoom, kova_uint32 *puiBytes);
-// The bytes of a caller's string, by its encoding, and how many they are; none for ASCII.
+// Converts a caller's string by its encoding and returns the number of bytes; 0 for ASCII.
 kova_uint32 ToUTF8(const unsigned short *pusStr, kova_uint8 ucBytes, KovaTextEncoding_e eEncoding,
                    char *pcStrUTF8, kova_uint32 uiRoom);
 int GetStringWidth(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, const unsigned short *pusStr,

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// All the state a display has. Fields are read and written by many files; the comment above each group names
-// the one that owns it. The order and types are fixed, up to flip_clip: other programs look at this record.
+// All the state of a display. Many files read and write the fields; the comment above each group names the file that
+// owns it. Up to flip_clip the order and types are fixed, because other programs read this record.
 #ifndef TEXTDISP_RECORD_H
 #define TEXTDISP_RECORD_H
 
-#include "directfb_c.h"
 #include "kova/kova_textdisp.h"
+#include "platform/directfb_c.h"
 
 #include <pthread.h>
 
@@ -109,20 +109,19 @@ typedef struct KovaDFBDisplay_tag {
     // presentation/flip_thread.cpp
     kova_uint32 flip_thread_ref; // contexts that hold the thread; it exists while this is above 0
     pthread_t flip_thread_id;
-    pthread_mutex_t
-        flip_thread_mutex; // only around the thread's wait, never with display_mutex held by the thread
+    // Held only around the thread's wait; the thread never holds it together with display_mutex.
+    pthread_mutex_t flip_thread_mutex;
     pthread_cond_t flip_thread_cond;
     kova_bool flip_thread_stop;
     kova_bool blast_frame_changed; // 0 only while a deferred flip is pending and nothing has superseded it
     kova_bool has_flipping_req;    // the thread is awake for a request
     DFBRegion flip_clip;           // the clip under which the deferred flip is made
 
-    // presentation/flip_thread.cpp: a flip was deferred and the thread has not seen it yet. A signal alone
-    // would be lost when it comes between the thread's decision to wait and its waiting.
+    // presentation/flip_thread.cpp: a flip was deferred and the thread has not seen it yet. A signal alone would be
+    // lost if it came between the thread's decision to wait and its wait.
     kova_bool bFlipPosted;
 
-    // core/layer.cpp: the size of pBaseSurface as it was last made, pixels. The plane size may run ahead of
-    // it.
+    // core/layer.cpp: the size of pBaseSurface as it was last made, pixels. The plane size may differ from it.
     kova_uint32 uiSurfaceWidth;
     kova_uint32 uiSurfaceHeight;
 } KovaDFBDisplay_t, *pKovaDFBDisplay_t;

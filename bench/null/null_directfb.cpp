@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // A DirectFB whose calls return at once, so that what is left of an operation's cost is the library's own.
-#include "directfb_c.h"
+#include "platform/directfb_c.h"
 
 #define EXPORTED extern "C" __attribute__((visibility("default")))
 

@@ -513,8 +513,7 @@ void DropObjects()
     State().alive.clear();
 }
 
-// Writes the call down and says what shall become of it. NOTHING is told by *pbNothing, for the calls that
-// give objects.
+// Records the call and returns its planned result. *pbNothing says that a call that gives objects is to give none.
 static DFBResult Called(const std::string &who, const std::string &method, const std::string &arguments,
                         bool *pbNothing = nullptr)
 {
@@ -917,8 +916,7 @@ static IDirectFBFont *MakeFont()
     return &pFont->iface;
 }
 
-// ------------------------------------------------------------------------------------------------ windows
-// and layers
+// ------------------------------------------------------------------------------------- windows and layers
 
 static IDirectFBWindow *MakeWindow(const DFBWindowDescription &desc)
 {
@@ -1072,8 +1070,7 @@ static IDirectFBDisplayLayer *MakeLayer()
     return &pLayer->iface;
 }
 
-// ------------------------------------------------------------------------------------------------ the main
-// interface
+// ------------------------------------------------------------------------------------- the main interface
 
 static std::string FontText(const char *pcName, const DFBFontDescription &d)
 {
@@ -1278,8 +1275,7 @@ static void Log(const Record_t &r)
 
 } // namespace fake
 
-// ---------------------------------------------------------------------------------------------------- what
-// is exported
+// --------------------------------------------------------------------------------------- what is exported
 
 struct KovaDebugCategory {
     std::string name, description;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A DirectFB, a logging library and a clock that do what the test says and write down what was asked of them.
+// A DirectFB, a logging library and a clock that do what the test plans and record every call.
 //
 // The trace is text, one line an event, in order; a line is indented by two spaces while the calling thread
 // holds the display's lock. Lines of other threads than the test's own (the flip thread's) are kept apart.
@@ -7,9 +7,10 @@
 //
 //     enter DrawLine                      an entry trace; text of the operation's own follows the name
 //     exit DrawLine                       an exit trace, likewise
-//     ERROR DrawLine: NULL Pointer!       the three records of one error, when the three agree with each
-//     other error SetPaletteInternal: invalide  a single record at level ERROR log SetClip: Set Clip Area:
-//     x:0x1   a single record at level LOG base.DrawLine 10,20 30,20           a call on a DirectFB object
+//     ERROR DrawLine: NULL Pointer!       the three records of one error, when they agree with each other
+//     error SetPaletteInternal: invalide  a single record at level ERROR
+//     log SetClip: Set Clip Area: x:0x1   a single record at level LOG
+//     base.DrawLine 10,20 30,20           a call on a DirectFB object
 //     DFB_CHECK 0x1f                      a line of DFB_CHECK on standard error, with the result it names
 //     DFB_CHECK_BRIEF                     a line of DFB_CHECK_BRIEF
 //     dlopen libdirectfb.so NOW|GLOBAL    and dlsym NAME, dlclose, usleep 16000, pthread_create, pthread_join
@@ -20,7 +21,7 @@
 #ifndef TESTS_DOUBLE_H
 #define TESTS_DOUBLE_H
 
-#include "kova_textdisp_dfb/directfb_c.h"
+#include "kova_textdisp_dfb/platform/directfb_c.h"
 
 #include <functional>
 #include <pthread.h>
@@ -68,26 +69,25 @@ std::string LiveObjectNames();
 void DropObjects(); // frees what is left of them; none may be used any more
 int CallCount();    // DirectFB calls since the last Reset, those of all threads
 
-// ---- what shall happen; a method is named "Surface.SetClip", "Layer.GetSurface", "Dfb.CreateFont",
-// "DirectFBInit"
+// ---- what is planned; methods have names like "Surface.SetClip", "Layer.GetSurface", "DirectFBInit"
 
 void Fail(const std::string &method, DFBResult eResult);              // every time, out pointers untouched
 void FailNth(const std::string &method, int iNth, DFBResult eResult); // the n-th call from now, 1 the next
 void GiveNothing(const std::string &method); // says OK, and the out pointer becomes null
-void FailCall(int iIndex,
-              DFBResult eResult); // the call that raises CallCount() to this number, whatever it is
+// The call that raises CallCount() to this number, whatever it is.
+void FailCall(int iIndex, DFBResult eResult);
 void GiveNothingAtCall(int iIndex);
 void TemporarilyUnavailable(int iTimes); // answers of GetDisplayLayer before it does as it should
-void SetEncodings(
-    std::vector<std::pair<unsigned, const char *>> encodings); // a null name is handed on; default UTF8 last
-void EnumerateWithoutContext();                                // the callback gets a null context
+// A null name is passed on. The default has UTF8 last.
+void SetEncodings(std::vector<std::pair<unsigned, const char *>> encodings);
+void EnumerateWithoutContext(); // the callback gets a null context
 void SetFontMetrics(int iHeight, int iUnderlinePosition, int iUnderlineThickness, int iWidthPerByte);
 void SetLayerConfig(const DFBDisplayLayerConfig &config); // what GetConfiguration says until it is set anew
 void ForceBufferMode(DFBDisplayLayerBufferMode eMode, bool bReported); // whatever was configured
 void FailAllocation();                                                 // the library's next calloc
 void FailThreadStart(int iError);
-void FailInitialization(
-    int iError); // of mutexes and conditions, which are then left as they were; 0: no more
+// Of mutexes and conditions, which are then left as they were; 0 ends it.
+void FailInitialization(int iError);
 void FailLoading(const std::string &error);                         // dlopen
 void FailSymbol(const std::string &name, const std::string &error); // dlsym
 void Reset(); // all of the above, and the trace; objects stay alive, and names begin anew if there are none

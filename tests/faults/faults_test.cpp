@@ -592,8 +592,7 @@ private:
             if (bOurs || line.text.compare(0, 9, "DFB_CHECK") == 0) m_lines.push_back(line);
         }
         run.trace = Comparable(m_lines);
-        // After one of the faults at each site all else is tried; after the others it is counted what is
-        // left.
+        // One of the faults at each site is followed by all other operations; after the others, objects are counted.
         pKovaITextDisplay_t pDisplay = Kova_TextDisp_GetDisplayByID(0);
         m_bPlayed = pDisplay && fault.iCall && fault.eResult == DFB_FAILURE;
         if (m_bPlayed) run.keepers += Played(pDisplay);

@@ -50,8 +50,7 @@ static const char END[] = "end"; // the exit trace too
 #define LAYER_NULL "Display layer = NULL after GetDisplayLayer"
 
 static const Rule_t s_rules[] = {
-    // A layer is asked for again while it is "temporarily unavailable" (below), and reported by the log
-    // alone.
+    // A layer is asked for again while it is temporarily unavailable (below), and the log alone reports it.
     {"|Create|", LAYERS_2_3, "Dfb.GetDisplayLayer", SILENT,
      "error Kova_TextDFBDisp_Create: GetDisplayLayer(layer:%L) failed.", nullptr, ALL, "null", "dfb", true},
     {OSD1, LAYER_1, "Dfb.GetDisplayLayer", SILENT, "ERROR CreateOSD1Window: pLayer is NULL!", nullptr,

@@ -35,8 +35,7 @@ enum Colors_e {
 KovaGraphicLayer_e Layer();
 Colors_e Colors();
 
-// 256 colours, no two alike, of four different opacities. Entry 0 is transparent black, as showing a display
-// makes it.
+// 256 different colours of four opacities. Entry 0 is transparent black, as it is after a display was shown.
 const std::array<KovaTextColor_t, 256> &TestPalette();
 
 // Entry i of the palette as an argument of a drawing call, and of the bit-expanded drawing.

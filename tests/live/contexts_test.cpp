@@ -117,8 +117,7 @@ TEST(Contexts, DrawRightAfterEachOfManySwitches)
 #endif
 }
 
-// Of another plane, while context 0 is active: its plane is not built before its activation, and that is
-// said.
+// Of another plane, while context 0 is active: its plane is built at its activation, and a message says so.
 static kova_sint8 GivenInactiveContext(pKovaITextDisplay_t pDisplay, kova_uint32 uiWidth,
                                        kova_uint32 uiHeight)
 {

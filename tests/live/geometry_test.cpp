@@ -103,8 +103,7 @@ TEST(Display, CreatedInThirtyTwoBitsDrawsPackedColors)
     ExpectFrame(pDisplay, PLANE_WIDTH, PLANE_HEIGHT);
 }
 
-// Published DirectFB has no such call on a surface. It is made good by the layer's rectangles or it is
-// reported.
+// Published DirectFB has no such call on a surface: the layer's rectangles replace it, or the failure is reported.
 TEST(SetSurfaceOsdScaleInfo, IsNeverSilentlyLeftOut)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();

@@ -111,8 +111,7 @@ TEST(Blit, CopiesAsDirectFBCopiesUnderEveryFlag)
     EXPECT_TRUE(Same(pictures[3], pictures[5]));  // 255 is both
 }
 
-// Not the library's doing, and good to know: what was drawn since the last flip is not yet there to be
-// copied.
+// A property of DirectFB that callers must know: a copy does not see what was drawn since the last flip.
 TEST(Blit, CopiesWhatWasLastFlipped)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
@@ -141,9 +140,8 @@ struct Clip_t {
     }
 };
 
-// One byte a pixel, whatever the format. The source starts at its first byte also where the clip cut off its
-// first columns and rows. What starts left of or above the plane has a huge start, and nothing of it is
-// copied.
+// One byte a pixel, whatever the format. The source starts at its first byte even if the clip cuts off its first
+// columns and rows. A start left of or above the plane wraps to a huge number, so nothing is copied.
 static void CopyRows(Picture_t &picture, const Clip_t &clip, const kova_uint8 *pucSource, kova_uint32 uiX,
                      kova_uint32 uiY, kova_uint32 uiWidth, kova_uint32 uiHeight, kova_uint32 uiRowByte)
 {

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Strings with their edges, in every font the display can open, compared with the passes drawn by DirectFB
-// alone.
+// Strings with their edges, in every font the display can open, compared with the same passes drawn by DirectFB.
 #include "bed.h"
 
 #include <string.h>

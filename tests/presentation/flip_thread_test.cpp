@@ -27,8 +27,7 @@ static void GivenDeferredFlip(pKovaITextDisplay_t pDisplay)
     EXPECT_TRUE(AwaitSleeper());
 }
 
-// Ends the thread's sleep and waits until it waits again. What it failed at is written down by the next
-// event.
+// Ends the thread's sleep and waits until it waits again. The next event records its failures.
 static void EndSleep(pKovaITextDisplay_t pDisplay)
 {
     LetSleeperGo();

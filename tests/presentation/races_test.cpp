@@ -251,8 +251,7 @@ static void SleepUpTo(int iMicroseconds)
         std::chrono::microseconds(std::uniform_int_distribution<int>(0, iMicroseconds)(s_random)));
 }
 
-// The thread hesitates before it locks and before it waits: the moments in which a wake-up can be lost last
-// longer.
+// Delays the thread before it locks and before it waits, which prolongs the moments that can lose a wake-up.
 static void SlowTheThreadDown(const KovaDFBDisplay_t *pRecord, int iMicroseconds)
 {
     BeforeThreadCall([=](const char *, const void *pObject) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Eight threads draw, show, hide, activate, resize and flip on one display, in real time, while its flip
-// thread works. Beside what the thread sanitizer sees: the lock is free at the end, the last frame is on the
-// screen, no direct flip came too soon after another, and no object is left. usage: threads_stress
-// [OPERATIONS [THREADS]]    operations of each thread; 20000 and 8 if left out
+// Eight threads draw, show, hide, activate, resize and flip on one display, in real time, while its flip thread works.
+// Besides what the thread sanitizer finds, it checks that the lock is free at the end, that the last frame is on the
+// screen, that no direct flip came too soon after another, and that no object is left.
+// usage: threads_stress [OPERATIONS [THREADS]]    operations of each thread; the defaults are 20000 and 8
 #include "double.h"
 #include "kova/kova_textdisp_dfb.h"
 #include "kova_textdisp_dfb/record.h"

@@ -24,8 +24,7 @@ static int Given(pKovaITextDisplay_t pDisplay, const std::string &name, kova_uin
     return siFont;
 }
 
-// Takes the font out of a slot, whose name row stays: a font that could not be opened at another height does
-// so.
+// Takes the font out of a slot and keeps its name row, as a font that cannot be opened at another height does.
 static void Empty(pKovaITextDisplay_t pDisplay, kova_sint32 siFont)
 {
     FailNth("Dfb.CreateFont", 1, DFB_FILENOTFOUND);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "kova/kova_textdisp_dfb.h"
 #include "operations.h"
-#include "platform.h"
+#include "platform/platform.h"
 
 #include <stdio.h>
 
@@ -34,8 +34,8 @@ static void StoreGeometry(KovaDFBContext_t *pContext, const KovaTextContextParam
     Poke(pContext->uiPlaneHeight, param.uiPlaneHeight);
 }
 
-// KEEPS_DISPLAY: when all contexts are in use the lock stays taken. Callers in the field count on no other
-// thread getting in after that refusal.
+// KEEPS_DISPLAY: when all contexts are in use, the lock stays taken. Callers in the field rely on it that no other
+// thread gets in after that refusal.
 KEEPS_DISPLAY kova_sint8 Kova_TextDFBDisp_CreateContext(pKovaITextDisplay_t pThiz,
                                                         pKovaTextContextParam_t pParam)
 {
@@ -58,14 +58,11 @@ KEEPS_DISPLAY kova_sint8 Kova_TextDFBDisp_CreateContext(pKovaITextDisplay_t pThi
     if (bPlaneChanges)
         SetPlane(pThiz, kova_sint8(iContext), 0, 0, pParam->uiPlaneWidth, pParam->uiPlaneHeight);
     TEXTDISP_TRACE("Create context %d\n", iContext);
-    if (__atomic_load_n(&pDisplay->flip_thread_ref, __ATOMIC_ACQUIRE) == 0) {
-        const int iError = StartFlipThread(pDisplay);
-        if (iError != 0) {
-            return TEXTDISP_ERROR_RECORD("pthread_create() failed. return:%d\n", iError), Unlock(pDisplay),
-                   TEXTDISP_EXIT(), kova_sint8(-1);
-        }
+    const int iError = HoldFlipThread(pDisplay);
+    if (iError != 0) {
+        return TEXTDISP_ERROR_RECORD("pthread_create() failed. return:%d\n", iError), Unlock(pDisplay),
+               TEXTDISP_EXIT(), kova_sint8(-1);
     }
-    Poke(pDisplay->flip_thread_ref, Peek(pDisplay->flip_thread_ref) + 1);
     return Unlock(pDisplay), TEXTDISP_EXIT(), kova_sint8(iContext);
 }
 
@@ -84,7 +81,7 @@ static void Deactivate(pKovaITextDisplay_t pThiz) HOLDS_DISPLAY
     Poke(pDisplay->pActiveSurface, nullptr);
 }
 
-// The layer as creation leaves it, at the context's plane; the palette is loaded and the plane is not wiped.
+// Configures the layer as creation does, for the context's plane. The palette is loaded and the plane is not wiped.
 static void RebuildLayer(pKovaITextDisplay_t pThiz, kova_sint8 scContextID) HOLDS_DISPLAY
 {
     KovaDFBDisplay_t *const pDisplay = Record(pThiz);
@@ -98,11 +95,7 @@ static void RebuildLayer(pKovaITextDisplay_t pThiz, kova_sint8 scContextID) HOLD
     DescribePlane(pDisplay, context.uiPlaneWidth, context.uiPlaneHeight, &config);
     DFB_CHECK_BRIEF(Configure(pDisplay, pLayer, current, config));
     pDisplay->scActiveContextID = scContextID;
-    if (!pDisplay->pBaseSurface) {
-        IDirectFBSurface *pSurface = nullptr;
-        DFB_CHECK_BRIEF(Call(pLayer, &IDirectFBDisplayLayer::GetSurface, &pSurface));
-        Poke(pDisplay->pBaseSurface, pSurface);
-    }
+    if (!pDisplay->pBaseSurface) DFB_CHECK_BRIEF(TakeLayerSurface(pDisplay));
     Poke(pDisplay->pActiveSurface, pDisplay->pBaseSurface);
     if (config.pixelformat == DSPF_LUT8) DFB_CHECK(DeclareIndexedPlane(pDisplay->pBaseSurface));
     SetPaletteInternal(pThiz, scContextID, pDisplay->palette, MAX_PALETTE_COLOR, 0);
@@ -150,7 +143,7 @@ void Kova_TextDFBDisp_SetActive(pKovaITextDisplay_t pThiz, kova_sint8 scContextI
     return Unlock(pDisplay), TEXTDISP_EXIT();
 }
 
-// KEEPS_DISPLAY: as above, the lock stays taken when the context does not exist.
+// KEEPS_DISPLAY: the lock stays taken when the context does not exist, as above.
 KEEPS_DISPLAY void Kova_TextDFBDisp_DestroyContext(pKovaITextDisplay_t pThiz, kova_sint8 scContextID)
 {
     KovaDFBDisplay_t *const pDisplay = Record(pThiz);
@@ -161,13 +154,9 @@ KEEPS_DISPLAY void Kova_TextDFBDisp_DestroyContext(pKovaITextDisplay_t pThiz, ko
     Lock(pDisplay);
     if (!(pDisplay->ucContextMask >> scContextID & 1)) return TEXTDISP_ERROR("Can't destroy this context!");
     StoreGeometry(&pDisplay->context[scContextID], KovaTextContextParam_t{});
-    const kova_uint32 uiHolders = Peek(pDisplay->flip_thread_ref);
-    const bool bLast = uiHolders == 1;
-    if (bLast) AskFlipThreadToStop(pDisplay);
+    const bool bLast = ReleaseFlipThread(pDisplay);
     pDisplay->ucContextMask = kova_uint8(pDisplay->ucContextMask & ~(1u << scContextID));
-    // A context whose thread did not start holds no reference.
-    if (uiHolders > 1) Poke(pDisplay->flip_thread_ref, uiHolders - 1);
     Unlock(pDisplay);
-    if (bLast) JoinFlipThread(pDisplay); // without the lock, which the thread takes on its way out
+    if (bLast) JoinFlipThread(pDisplay);
     TEXTDISP_EXIT();
 }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// A display made, and taken down again. Where making fails half-way, what was acquired stays: this is how
-// sets in the field behave, and their callers end the process.
+// Creates and destroys a display. When creation fails half-way, what was acquired stays acquired: sets in the field
+// behave so, and their callers end the process.
 #include "kova/kova_textdisp_dfb.h"
 #include "operations.h"
-#include "platform.h"
+#include "platform/platform.h"
 
 #include <stdlib.h>
 #include <string.h>
@@ -51,90 +51,132 @@ static void FillTable(KovaITextDisplay_t *pTable)
     pTable->AdjustDisplaySize = AdjustDisplaySize;
 }
 
-pKovaITextDisplay_t Kova_TextDFBDisp_Create(pKovaTextInitParam_t pParam)
+static void InitRecord(KovaDFBDisplay_t *pDisplay, const KovaTextInitParam_t &param)
+{
+    pDisplay->eLayer = param.eLayer;
+    pDisplay->bColor32 = param.bColor32Bit;
+    pDisplay->uiPlaneWidth = param.uiPlaneWidth;
+    pDisplay->uiPlaneHeight = param.uiPlaneHeight;
+    pDisplay->bTextDisp_Palette = param.bTextDisp_Palette;
+    // Whatever the parameter says, here and in the next line.
+    pDisplay->bDoubleBuffer = 0;
+    pDisplay->bFlip = 1;
+    pDisplay->scActiveFontID = -1;
+    FillTable(&pDisplay->sInterface);
+}
+
+static void InitLock(KovaDFBDisplay_t *pDisplay)
+{
+    pthread_mutexattr_t attribute;
+
+    pthread_mutexattr_init(&attribute);
+    pthread_mutexattr_settype(&attribute, PTHREAD_MUTEX_RECURSIVE);
+    pthread_mutex_init(&pDisplay->display_mutex, &attribute);
+}
+
+static void OpenDirectFB(KovaDFBDisplay_t *pDisplay, Place_t place)
+{
+    IDirectFB *pDfb = nullptr;
+    DFBGraphicsDeviceDescription device; // not used
+
+    TEXTDISP_TRACE_AT(place, "Before DFB Init!\n");
+    DFB_CHECK(pDisplay->pFnDirectFBInit(nullptr, nullptr));
+    TEXTDISP_TRACE_AT(place, "Before DFB Create!\n");
+    DFB_CHECK(pDisplay->pFnDirectFBCreate(&pDfb));
+    TEXTDISP_TRACE_AT(place, "Before DFB Get Description!\n");
+    DFB_CHECK(Call(pDfb, &IDirectFB::GetDeviceDescription, &device));
+    pDisplay->pDfb = pDfb;
+}
+
+// False when there is no such layer.
+static bool ObtainFirstLayer(KovaDFBDisplay_t *pDisplay, Place_t place) HOLDS_DISPLAY
+{
+    IDirectFBDisplayLayer *pLayer = nullptr;
+
+    TEXTDISP_TRACE_AT(place, "Before DFB Get Layer!\n");
+    const DFBResult eResult =
+        ObtainLayer(pDisplay->pDfb, DFBDisplayLayerID(pDisplay->eLayer), &pLayer, place);
+    if (eResult == DFB_OK) pDisplay->pLayer = pLayer;
+    return pDisplay->pLayer;
+}
+
+static void ConfigureFirstPlane(KovaDFBDisplay_t *pDisplay, Place_t place) HOLDS_DISPLAY
+{
+    IDirectFBDisplayLayer *const pLayer = pDisplay->pLayer;
+    DFBDisplayLayerConfig current = {};
+
+    TEXTDISP_TRACE_AT(place, "Before DFB Set cooperative level!\n");
+    DFB_CHECK(Call(pLayer, &IDirectFBDisplayLayer::SetCooperativeLevel, DLSCL_EXCLUSIVE));
+    TEXTDISP_TRACE_AT(place, "Before DFB Get configure!\n");
+    DFB_CHECK(Call(pLayer, &IDirectFBDisplayLayer::GetConfiguration, &current));
+    DFBDisplayLayerConfig config = current;
+    DescribePlane(pDisplay, pDisplay->uiPlaneWidth, pDisplay->uiPlaneHeight, &config);
+    TEXTDISP_TRACE_AT(place, "Set plane to width %d, height %d\n", config.width, config.height);
+    DFB_CHECK(Configure(pDisplay, pLayer, current, config));
+}
+
+static void PrepareFirstSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY
+{
+    IDirectFBSurface *const pSurface = pDisplay->pBaseSurface;
+
+    pDisplay->pActiveSurface = pSurface;
+    if (PlaneFormat(pDisplay) == DSPF_LUT8) DFB_CHECK(DeclareIndexedPlane(pSurface));
+    DFB_CHECK(Call(pSurface, &IDirectFBSurface::Clear, 0, 0, 0, 0));
+    ResetClip(pDisplay);
+    DFB_CHECK(Call(pSurface, &IDirectFBSurface::SetClip, &pDisplay->clip));
+    DFB_CHECK(Call(pSurface, &IDirectFBSurface::SetBlittingFlags, DSBLIT_NOFX));
+}
+
+// False when there is no such surface.
+static bool MakeBackupSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY
+{
+    DFBSurfaceDescription desc = {};
+
+    desc.flags = DFBSurfaceDescriptionFlags(DSDESC_CAPS | DSDESC_WIDTH | DSDESC_HEIGHT | DSDESC_PIXELFORMAT);
+    desc.caps = DSCAPS_NONE;
+    desc.width = int(pDisplay->uiPlaneWidth);
+    desc.height = int(pDisplay->uiPlaneHeight);
+    desc.pixelformat = PlaneFormat(pDisplay);
+    DFB_CHECK(Call(pDisplay->pDfb, &IDirectFB::CreateSurface, &desc, &pDisplay->pBackupSurface));
+    if (!pDisplay->pBackupSurface) return false;
+    DFB_CHECK(Call(pDisplay->pBackupSurface, &IDirectFBSurface::Clear, 0, 0, 0, 0));
+    return true;
+}
+
+// KEEPS_DISPLAY: nobody else knows the display yet, so no lock is taken.
+KEEPS_DISPLAY pKovaITextDisplay_t Kova_TextDFBDisp_Create(pKovaTextInitParam_t pParam)
 {
     auto *const pDisplay = static_cast<KovaDFBDisplay_t *>(calloc(1, sizeof(KovaDFBDisplay_t)));
     if (!pDisplay) return TEXTDISP_ERROR("Malloc Fail!"), nullptr;
 
     TEXTDISP_ENTER();
-    pDisplay->eLayer = pParam->eLayer;
-    pDisplay->bColor32 = pParam->bColor32Bit;
-    pDisplay->uiPlaneWidth = pParam->uiPlaneWidth;
-    pDisplay->uiPlaneHeight = pParam->uiPlaneHeight;
-    pDisplay->bTextDisp_Palette = pParam->bTextDisp_Palette;
-    pDisplay->bDoubleBuffer = 0; // whatever the parameter says, as for bFlip
-    pDisplay->bFlip = 1;
-    pDisplay->scActiveFontID = -1;
-    FillTable(&pDisplay->sInterface);
-
-    pthread_mutexattr_t attribute;
-    pthread_mutexattr_init(&attribute);
-    pthread_mutexattr_settype(&attribute, PTHREAD_MUTEX_RECURSIVE);
-    pthread_mutex_init(&pDisplay->display_mutex, &attribute);
-
+    InitRecord(pDisplay, *pParam);
+    InitLock(pDisplay);
     if (TextDisplayLoadLibrary(pDisplay) != 0) {
         return TextDisplayUnLoadLibrary(pDisplay), TEXTDISP_EXIT(), nullptr;
     }
-    TEXTDISP_TRACE("Before DFB Init!\n");
-    DFB_CHECK(pDisplay->pFnDirectFBInit(nullptr, nullptr));
-    TEXTDISP_TRACE("Before DFB Create!\n");
-    IDirectFB *pDfb = nullptr;
-    DFB_CHECK(pDisplay->pFnDirectFBCreate(&pDfb));
-    TEXTDISP_TRACE("Before DFB Get Description!\n");
-    DFBGraphicsDeviceDescription device; // asked for, and not looked at
-    DFB_CHECK(Call(pDfb, &IDirectFB::GetDeviceDescription, &device));
-    pDisplay->pDfb = pDfb;
-
-    IDirectFBDisplayLayer *pLayer = nullptr;
-    DFBDisplayLayerConfig config = {};
-    config.pixelformat = PlaneFormat(pDisplay);
+    OpenDirectFB(pDisplay, TEXTDISP_HERE);
     if (pDisplay->eLayer == KOVA_GRAPHIC_LAYER1) {
-        CreateOSD1Window(&pDisplay->sInterface); // a display without its window is a display all the same
+        // A display without its window is still a display.
+        CreateOSD1Window(&pDisplay->sInterface);
     } else {
-        TEXTDISP_TRACE("Before DFB Get Layer!\n");
-        const DFBResult eResult =
-            ObtainLayer(pDfb, DFBDisplayLayerID(pDisplay->eLayer), &pLayer, TEXTDISP_HERE);
-        if (eResult != DFB_OK || !pLayer) {
+        if (!ObtainFirstLayer(pDisplay, TEXTDISP_HERE)) {
             return TEXTDISP_ERROR_RECORD("GetDisplayLayer(layer:%d) failed.\n", int(pDisplay->eLayer)),
                    TEXTDISP_EXIT(), nullptr;
         }
-        TEXTDISP_TRACE("Before DFB Set cooperative level!\n");
-        DFB_CHECK(Call(pLayer, &IDirectFBDisplayLayer::SetCooperativeLevel, DLSCL_EXCLUSIVE));
-        TEXTDISP_TRACE("Before DFB Get configure!\n");
-        DFBDisplayLayerConfig current = {};
-        DFB_CHECK(Call(pLayer, &IDirectFBDisplayLayer::GetConfiguration, &current));
-        config = current;
-        DescribePlane(pDisplay, pDisplay->uiPlaneWidth, pDisplay->uiPlaneHeight, &config);
-        TEXTDISP_TRACE("Set plane to width %d, height %d\n", config.width, config.height);
-        DFB_CHECK(Configure(pDisplay, pLayer, current, config));
-        pDisplay->pLayer = pLayer;
-        DFB_CHECK(Call(pLayer, &IDirectFBDisplayLayer::GetSurface, &pDisplay->pBaseSurface));
+        ConfigureFirstPlane(pDisplay, TEXTDISP_HERE);
+        DFB_CHECK(TakeLayerSurface(pDisplay));
         if (!pDisplay->pBaseSurface) return TEXTDISP_ERROR("Fail to get surface from layer!"), nullptr;
-        IDirectFBSurface *const pSurface = pDisplay->pBaseSurface;
-        pDisplay->pActiveSurface = pSurface;
-        if (config.pixelformat == DSPF_LUT8) DFB_CHECK(DeclareIndexedPlane(pSurface));
-        DFB_CHECK(Call(pSurface, &IDirectFBSurface::Clear, 0, 0, 0, 0));
-        ResetClip(pDisplay);
-        DFB_CHECK(Call(pSurface, &IDirectFBSurface::SetClip, &pDisplay->clip));
-        DFB_CHECK(Call(pSurface, &IDirectFBSurface::SetBlittingFlags, DSBLIT_NOFX));
+        PrepareFirstSurface(pDisplay);
     }
-
-    if (pDisplay->bDoubleBuffer) { // switched off above, and kept for the set that switches it on
-        DFBSurfaceDescription desc = {};
-        desc.flags =
-            DFBSurfaceDescriptionFlags(DSDESC_CAPS | DSDESC_WIDTH | DSDESC_HEIGHT | DSDESC_PIXELFORMAT);
-        desc.caps = DSCAPS_NONE;
-        desc.width = int(pDisplay->uiPlaneWidth);
-        desc.height = int(pDisplay->uiPlaneHeight);
-        desc.pixelformat = config.pixelformat;
-        DFB_CHECK(Call(pDfb, &IDirectFB::CreateSurface, &desc, &pDisplay->pBackupSurface));
-        if (!pDisplay->pBackupSurface) return TEXTDISP_ERROR("Fail to create char surface!"), nullptr;
-        DFB_CHECK(Call(pDisplay->pBackupSurface, &IDirectFBSurface::Clear, 0, 0, 0, 0));
+    // Switched off in InitRecord, and kept for the set that switches it on.
+    if (pDisplay->bDoubleBuffer && !MakeBackupSurface(pDisplay)) {
+        return TEXTDISP_ERROR("Fail to create char surface!"), nullptr;
     }
     pDisplay->scActiveContextID = -1;
     pDisplay->flip_thread_ref = 0;
-    gpLayer = pLayer;
-    gpDfb = pDfb;
+    gpLayer = pDisplay->eLayer == KOVA_GRAPHIC_LAYER1 ? nullptr : pDisplay->pLayer;
+    gpDfb = pDisplay->pDfb;
     return TEXTDISP_EXIT(), &pDisplay->sInterface;
 }
 

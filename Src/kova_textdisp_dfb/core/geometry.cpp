@@ -1,31 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "operations.h"
-#include "platform.h"
+#include "platform/platform.h"
 
 namespace textdisp
 {
 
-static void StorePlaneSize(KovaDFBDisplay_t *pDisplay, kova_sint8 scContextID, kova_uint32 uiWidth,
-                           kova_uint32 uiHeight)
+// The plane size that the context's next activation builds.
+static void StoreContextPlane(KovaDFBDisplay_t *pDisplay, kova_sint8 scContextID, kova_uint32 uiWidth,
+                              kova_uint32 uiHeight)
 {
     Poke(pDisplay->context[scContextID].uiPlaneWidth, uiWidth);
     Poke(pDisplay->context[scContextID].uiPlaneHeight, uiHeight);
 }
 
-static void RecordPlaneSize(KovaDFBDisplay_t *pDisplay, kova_sint8 scContextID, kova_uint32 uiWidth,
-                            kova_uint32 uiHeight) HOLDS_DISPLAY
+// The plane size of the context and of the display itself, whose layer is as large now.
+static void StoreCurrentPlane(KovaDFBDisplay_t *pDisplay, kova_sint8 scContextID, kova_uint32 uiWidth,
+                              kova_uint32 uiHeight) HOLDS_DISPLAY
 {
-    StorePlaneSize(pDisplay, scContextID, uiWidth, uiHeight);
+    StoreContextPlane(pDisplay, scContextID, uiWidth, uiHeight);
     pDisplay->uiPlaneWidth = uiWidth;
     pDisplay->uiPlaneHeight = uiHeight;
-}
-
-static void TakeLayerSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY
-{
-    IDirectFBSurface *pSurface = nullptr;
-
-    DFB_CHECK(Call(pDisplay->pLayer, &IDirectFBDisplayLayer::GetSurface, &pSurface));
-    Poke(pDisplay->pBaseSurface, pSurface);
 }
 
 int SetPlane(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint32, kova_uint32, kova_uint32 uiWidth,
@@ -42,8 +36,8 @@ int SetPlane(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint32, kov
     if (!IsContextID(scContextID)) return TEXTDISP_ERROR("Invalid context ID!"), -1;
     Lock(pDisplay);
     if (pDisplay->scActiveContextID == -2) {
-        // Refused, and yet remembered for the next activation.
-        StorePlaneSize(pDisplay, scContextID, uiWidth, uiHeight);
+        // Refused, but kept for the next activation.
+        StoreContextPlane(pDisplay, scContextID, uiWidth, uiHeight);
         return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
     }
     if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
@@ -58,9 +52,9 @@ int SetPlane(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint32, kov
         DFBDisplayLayerConfig config = current;
         DescribePlane(pDisplay, uiWidth, uiHeight, &config);
         DFB_CHECK(Configure(pDisplay, pDisplay->pLayer, current, config));
-        RecordPlaneSize(pDisplay, scContextID, uiWidth, uiHeight);
+        StoreCurrentPlane(pDisplay, scContextID, uiWidth, uiHeight);
         pKept = pDisplay->pActiveSurface;
-        TakeLayerSurface(pDisplay);
+        DFB_CHECK(TakeLayerSurface(pDisplay));
         Poke(pDisplay->pActiveSurface, pDisplay->pBaseSurface);
         if (config.pixelformat == DSPF_LUT8) DFB_CHECK(DeclareIndexedPlane(pDisplay->pBaseSurface));
         SetPaletteInternal(pThiz, scContextID, pDisplay->palette, MAX_PALETTE_COLOR, 0);
@@ -69,9 +63,8 @@ int SetPlane(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint32, kov
         DFB_CHECK(Call(pDisplay->pBaseSurface, &IDirectFBSurface::SetBlittingFlags, DSBLIT_NOFX));
     } else {
         ReleaseOSD1Window(pThiz);
-        RecordPlaneSize(pDisplay, scContextID, uiWidth, uiHeight);
-        // Null by now, so a display that drew into its backup surface ends without an active one. It is
-        // meant.
+        StoreCurrentPlane(pDisplay, scContextID, uiWidth, uiHeight);
+        // Null by now: a display that drew into its backup surface ends without an active one. This is intended.
         pKept = pDisplay->pActiveSurface;
         CreateOSD1Window(pThiz);
     }
@@ -95,7 +88,7 @@ int AdjustDisplaySize(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_ui
     if (!IsContextID(scContextID)) return TEXTDISP_ERROR("Invalid context ID!"), -1;
     Lock(pDisplay);
     if (pDisplay->scActiveContextID == -2) {
-        StorePlaneSize(pDisplay, scContextID, uiWidth, uiHeight);
+        StoreContextPlane(pDisplay, scContextID, uiWidth, uiHeight);
         return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
     }
     if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
@@ -108,11 +101,11 @@ int AdjustDisplaySize(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_ui
     config.width = int(uiWidth);
     config.height = int(uiHeight);
     DFB_CHECK(Configure(pDisplay, pDisplay->pLayer, current, config));
-    RecordPlaneSize(pDisplay, scContextID, uiWidth, uiHeight);
-    TakeLayerSurface(pDisplay);
+    StoreCurrentPlane(pDisplay, scContextID, uiWidth, uiHeight);
+    DFB_CHECK(TakeLayerSurface(pDisplay));
     ResetClip(pDisplay);
-    Poke(pDisplay->pActiveSurface,
-         pDisplay->pBaseSurface); // a backup surface in use is dropped as the target
+    // A backup surface that was in use is no longer the target.
+    Poke(pDisplay->pActiveSurface, pDisplay->pBaseSurface);
     DFB_CHECK(Call(pDisplay->pActiveSurface, &IDirectFBSurface::SetClip, &pDisplay->clip));
     return Unlock(pDisplay), TEXTDISP_EXIT(), 0;
 }

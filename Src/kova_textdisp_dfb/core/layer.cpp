@@ -66,6 +66,15 @@ DFBResult Configure(KovaDFBDisplay_t *pDisplay, IDirectFBDisplayLayer *pLayer,
     return eResult;
 }
 
+DFBResult TakeLayerSurface(KovaDFBDisplay_t *pDisplay)
+{
+    IDirectFBSurface *pSurface = nullptr;
+    const DFBResult eResult = Call(pDisplay->pLayer, &IDirectFBDisplayLayer::GetSurface, &pSurface);
+
+    Poke(pDisplay->pBaseSurface, pSurface);
+    return eResult;
+}
+
 void ResetClip(KovaDFBDisplay_t *pDisplay)
 {
     Poke(pDisplay->clip.x1, 0);

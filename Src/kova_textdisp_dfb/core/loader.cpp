@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// DirectFB is opened by name, never linked: a set without it still starts whatever carries this library.
+// DirectFB is opened by name and never linked: a program with this library also starts on a set without DirectFB.
 #include "operations.h"
 
 #include <dlfcn.h>
@@ -11,7 +11,7 @@ template <typename Function>
 static bool Resolve(KovaDFBDisplay_t *pDisplay, const char *pcName, Function *pfnResult, Place_t place)
 {
     *pfnResult = reinterpret_cast<Function>(dlsym(pDisplay->pDlHandle, pcName));
-    // A symbol may rightly be null, so the text decides.
+    // A symbol may be null without an error, so the text decides.
     const char *const pcError = dlerror();
     if (pcError) TEXTDISP_RECORD_AT(place, LEVEL_ERROR, "Load libdirectfb.so error:%s\n", pcError);
     return !pcError;

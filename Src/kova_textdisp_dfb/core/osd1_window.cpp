@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The window that stands in for layer 1: as large as the plane, scaled by DirectFB over the whole primary
-// layer. Neither function locks; their callers hold the lock, or are alone with the display.
+// The window that is used in place of layer 1: as large as the plane, and scaled by DirectFB to the whole primary
+// layer. Neither function locks. Their callers hold the lock, or nobody else knows the display.
 #include "operations.h"
 
 namespace textdisp
@@ -15,8 +15,8 @@ int CreateOSD1Window(pKovaITextDisplay_t pThiz)
     if (pDisplay->pLayer) ReleaseOSD1Window(pThiz);
 
     IDirectFBDisplayLayer *pLayer = nullptr;
-    ObtainLayer(pDisplay->pDfb, DLID_PRIMARY, &pLayer,
-                TEXTDISP_HERE); // judged by the layer, not by its result
+    // The layer decides, not the result.
+    ObtainLayer(pDisplay->pDfb, DLID_PRIMARY, &pLayer, TEXTDISP_HERE);
     Poke(pDisplay->pLayer, pLayer);
     if (!pLayer) return TEXTDISP_ERROR("pLayer is NULL!"), -1;
     DFB_CHECK_BRIEF(Call(pLayer, &IDirectFBDisplayLayer::SetCooperativeLevel, DLSCL_SHARED));
@@ -29,15 +29,14 @@ int CreateOSD1Window(pKovaITextDisplay_t pThiz)
     desc.caps = DFBWindowCapabilities(DWCAPS_ALPHACHANNEL | DWCAPS_DOUBLEBUFFER | DWCAPS_NOFOCUS);
     desc.width = int(pDisplay->uiPlaneWidth);
     desc.height = int(pDisplay->uiPlaneHeight);
-    // The 32-bit mode plays no part here: such a display gets an indexed window too.
+    // The 32-bit mode plays no part here: a display in that mode gets an indexed window too.
     desc.pixelformat = pDisplay->bTextDisp_Palette ? DSPF_ARGB : DSPF_LUT8;
     desc.posx = 0;
     desc.posy = 0;
     desc.options = DFBWindowOptions(DWOP_ALPHACHANNEL | DWOP_SCALE);
     desc.stacking = DWSC_LOWER;
     DFB_CHECK(Call(pLayer, &IDirectFBDisplayLayer::CreateWindow, &desc, &pDisplay->pWindow));
-    // Both failures below answer 0, as success does: activation then counts the context as active without a
-    // surface.
+    // Both failures below return 0, as success does: activation then takes the context for active, without a surface.
     if (!pDisplay->pWindow) return TEXTDISP_ERROR("Fail to create window from layer!"), 0;
     IDirectFBWindow *const pWindow = pDisplay->pWindow;
     DFB_CHECK(Call(pWindow, &IDirectFBWindow::SetBounds, 0, 0, config.width, config.height));
@@ -48,7 +47,7 @@ int CreateOSD1Window(pKovaITextDisplay_t pThiz)
     if (!pSurface) return TEXTDISP_ERROR("Fail to get surface from window!"), 0;
     pDisplay->uiSurfaceWidth = pDisplay->uiPlaneWidth;
     pDisplay->uiSurfaceHeight = pDisplay->uiPlaneHeight;
-    // Wiped, flipped and wiped again, so that both buffers start transparent.
+    // Cleared, flipped and cleared again, so that both buffers start transparent.
     DFB_CHECK(Call(pSurface, &IDirectFBSurface::Clear, 0, 0, 0, 0));
     DFB_CHECK(Call(pSurface, &IDirectFBSurface::Flip, nullptr, DSFLIP_WAIT | DSFLIP_BLIT | DSFLIP_ONSYNC));
     DFB_CHECK(Call(pSurface, &IDirectFBSurface::Clear, 0, 0, 0, 0));

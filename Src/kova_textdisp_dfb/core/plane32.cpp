@@ -6,8 +6,7 @@
 namespace textdisp
 {
 
-// Makes the given context the active one; the identifier is not looked at, nor which context was active
-// before.
+// Makes the given context the active one. Neither the identifier nor the context that was active is checked.
 int Create32BitPlane(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint32, kova_uint32,
                      kova_uint32 uiWidth, kova_uint32 uiHeight)
 {
@@ -29,11 +28,7 @@ int Create32BitPlane(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uin
     config.pixelformat = DSPF_ARGB;
     DFB_CHECK_BRIEF(Configure(pDisplay, pLayer, current, config));
     pDisplay->scActiveContextID = scContextID;
-    if (!pDisplay->pBaseSurface) {
-        IDirectFBSurface *pSurface = nullptr;
-        DFB_CHECK_BRIEF(Call(pLayer, &IDirectFBDisplayLayer::GetSurface, &pSurface));
-        Poke(pDisplay->pBaseSurface, pSurface);
-    }
+    if (!pDisplay->pBaseSurface) DFB_CHECK_BRIEF(TakeLayerSurface(pDisplay));
     pDisplay->uiPlaneWidth = uiWidth;
     pDisplay->uiPlaneHeight = uiHeight;
     Poke(pDisplay->pActiveSurface, pDisplay->pBaseSurface);
@@ -50,7 +45,8 @@ int Release32BitPanle(pKovaITextDisplay_t pThiz)
     KovaDFBDisplay_t *const pDisplay = Record(pThiz);
 
     TEXTDISP_ENTER();
-    if (!pThiz) return puts("keldrun: error "), TEXTDISP_EXIT(), -1; // unlike every other report, and meant
+    // Unlike every other report, and intended.
+    if (!pThiz) return puts("keldrun: error "), TEXTDISP_EXIT(), -1;
     if (!Peek(pDisplay->bColor32)) {
         return TEXTDISP_ERROR_RECORD("Not a 32 bit plane, can't release!\n"), TEXTDISP_EXIT(), -1;
     }

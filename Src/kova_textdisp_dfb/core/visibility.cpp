@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Showing and hiding wipe the plane; the layer itself stays as it is. The wipe reaches the screen with the
-// next flip.
+// Show and hide wipe the plane; the layer itself stays as it is. The next flip brings the wipe to the screen.
 #include "operations.h"
 
 namespace textdisp

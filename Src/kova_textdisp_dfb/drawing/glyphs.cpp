@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "color.h"
 #include "operations.h"
-#include "platform.h"
+#include "platform/platform.h"
 
 namespace textdisp
 {
@@ -11,14 +11,14 @@ static kova_sint32 HorizontalFactor(KovaTextExpand_e eExpand)
     return eExpand & 4 ? 2 : 1;
 }
 
-// The unassigned codes 3 and 7 come out as 6.
+// 3 and 7 are not in the enumeration; they give a factor of 6.
 static kova_sint32 VerticalFactor(KovaTextExpand_e eExpand)
 {
     return eExpand & 3 ? (eExpand & 3) * 2 : 1;
 }
 
-// The platform's glyph calls take 0xAARRGGBB or an index. In 32-bit mode the caller says what they take
-// himself, unlike everywhere else: nothing is unpacked here.
+// The platform's glyph calls take 0xAARRGGBB or an index. In 32-bit mode the caller passes that value, unlike in
+// every other operation: nothing is unpacked here.
 static kova_sint32 GlyphColor(const KovaDFBDisplay_t *pDisplay, kova_sint32 siColor)
 {
     if (Peek(pDisplay->bColor32) || !pDisplay->bTextDisp_Palette) return siColor;
@@ -26,23 +26,20 @@ static kova_sint32 GlyphColor(const KovaDFBDisplay_t *pDisplay, kova_sint32 siCo
     return kova_sint32(kova_uint32(c.a) << 24 | kova_uint32(c.r) << 16 | kova_uint32(c.g) << 8 | c.b);
 }
 
-static MonoGlyph_t DescribeGlyph(const KovaDFBDisplay_t *pDisplay, kova_uint32 uiX, kova_uint32 uiY,
-                                 kova_uint32 uiWidth, kova_uint32 uiHeight, kova_uint32 uiRowByte,
-                                 kova_sint32 siBgColor, kova_sint32 siFgColor, kova_uint32 uiBitOffset,
-                                 KovaTextExpand_e eExpand)
+static MonoGlyph_t DescribeGlyph(const KovaDFBDisplay_t *pDisplay, kova_uint32 uiWidth, kova_uint32 uiHeight,
+                                 kova_uint32 uiRowByte, kova_sint32 siBgColor, kova_sint32 siFgColor,
+                                 kova_uint32 uiBitOffset, KovaTextExpand_e eExpand)
 {
     MonoGlyph_t glyph;
 
-    glyph.siX = kova_sint32(uiX);
-    glyph.siY = kova_sint32(uiY);
-    glyph.siWidth = kova_sint32(uiWidth);
-    glyph.siHeight = kova_sint32(uiHeight);
-    glyph.siRowByte = kova_sint32(uiRowByte);
-    glyph.siBitOffset = kova_sint32(uiBitOffset);
-    glyph.siFgColor = GlyphColor(pDisplay, siFgColor);
-    glyph.siBgColor = GlyphColor(pDisplay, siBgColor);
-    glyph.siHorizontal = HorizontalFactor(eExpand);
-    glyph.siVertical = VerticalFactor(eExpand);
+    glyph.w = int(uiWidth);
+    glyph.h = int(uiHeight);
+    glyph.rowbyte = int(uiRowByte);
+    glyph.bitoffset = int(uiBitOffset);
+    glyph.fgcolor = GlyphColor(pDisplay, siFgColor);
+    glyph.bgcolor = GlyphColor(pDisplay, siBgColor);
+    glyph.hz = HorizontalFactor(eExpand);
+    glyph.vz = VerticalFactor(eExpand);
     return glyph;
 }
 
@@ -63,9 +60,9 @@ int DrawPixelExpand(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint
     if (!IsShown(pDisplay)) return TEXTDISP_EXIT(), 0;
     Lock(pDisplay);
     if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
-    const MonoGlyph_t glyph = DescribeGlyph(pDisplay, uiStartX, uiStartY, uiWidth, uiHeight, uiRowByte,
-                                            siBgColor, siFgColor, uiBitOffset, eExpand);
-    DFB_CHECK(DrawGlyph(pDisplay->pActiveSurface, ucPixel, glyph));
+    const MonoGlyph_t glyph =
+        DescribeGlyph(pDisplay, uiWidth, uiHeight, uiRowByte, siBgColor, siFgColor, uiBitOffset, eExpand);
+    DFB_CHECK(DrawGlyph(pDisplay->pActiveSurface, ucPixel, glyph, {int(uiStartX), int(uiStartY)}));
     pDisplay->blast_frame_changed = 1;
     return Unlock(pDisplay), TEXTDISP_EXIT(), 0;
 }
@@ -93,11 +90,13 @@ int BatchDrawPixelExpand(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova
     Lock(pDisplay);
     if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
     MonoGlyph_t glyphs[MAX_BATCH];
+    DFBPoint points[MAX_BATCH];
     for (int i = 0; i < ucNumb; i++) {
-        glyphs[i] = DescribeGlyph(pDisplay, uiStartX[i], uiStartY[i], uiWidth[i], uiHeight[i], uiRowByte[i],
-                                  siBgColor[i], siFgColor[i], uiBitOffset[i], eExpand[i]);
+        glyphs[i] = DescribeGlyph(pDisplay, uiWidth[i], uiHeight[i], uiRowByte[i], siBgColor[i], siFgColor[i],
+                                  uiBitOffset[i], eExpand[i]);
+        points[i] = {int(uiStartX[i]), int(uiStartY[i])};
     }
-    DFB_CHECK(DrawGlyphs(pDisplay->pActiveSurface, ucPixel, glyphs, ucNumb));
+    DFB_CHECK(DrawGlyphs(pDisplay->pActiveSurface, ucPixel, glyphs, points, ucNumb));
     pDisplay->blast_frame_changed = 1;
     return Unlock(pDisplay), TEXTDISP_EXIT(), 0;
 }

@@ -6,7 +6,7 @@
 namespace textdisp
 {
 
-// What runs past the last entry is left out.
+// Entries past the end of the palette are left out.
 static void CopyToRecord(KovaDFBDisplay_t *pDisplay, const KovaTextColor_t *pColor, kova_uint32 uiNumber,
                          kova_uint8 ucOffset) HOLDS_DISPLAY
 {
@@ -42,7 +42,7 @@ int SetPaletteInternal(pKovaITextDisplay_t pThiz, kova_sint8, const KovaTextColo
         TEXTDISP_TRACE("colors[%d].a:%d\n", int(i), colors[i].a);
     }
     if (pPalette) {
-        // Count and offset go on as they came, past the end or not: DirectFB judges them.
+        // Count and offset are passed unchanged, even past the end: DirectFB checks them.
         DFB_CHECK(Call(pPalette, &IDirectFBPalette::SetEntries, colors, uiNumber, ucOffset));
         if (pDisplay->pBaseSurface != pDisplay->pActiveSurface) {
             DFB_CHECK(Call(pDisplay->pBaseSurface, &IDirectFBSurface::SetPalette, pPalette));

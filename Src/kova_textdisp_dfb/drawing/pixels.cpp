@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "operations.h"
 
+#include <algorithm>
 #include <string.h>
 #include <unistd.h>
 
@@ -11,26 +12,15 @@ struct Area_t {
     kova_uint32 uiLeft, uiTop, uiWidth, uiHeight; // pixels
 };
 
-static kova_uint32 Larger(kova_uint32 a, kova_uint32 b)
-{
-    return a > b ? a : b;
-}
-
-static kova_uint32 Smaller(kova_uint32 a, kova_uint32 b)
-{
-    return a < b ? a : b;
-}
-
-// What the target and the clip have in common; false when that is nothing. All of it is unsigned, wrap-around
-// included.
+// Intersects the target rectangle with the clip; false when nothing is left. All arithmetic is unsigned and may wrap.
 static bool GetCommonRect(const DFBRegion &clip, kova_uint32 uiStartX, kova_uint32 uiStartY,
                           kova_uint32 uiWidth, kova_uint32 uiHeight, Area_t *pArea)
 {
-    const kova_uint32 uiRight = Smaller(kova_uint32(clip.x2), uiStartX + uiWidth - 1);
-    const kova_uint32 uiBottom = Smaller(kova_uint32(clip.y2), uiStartY + uiHeight - 1);
+    const kova_uint32 uiRight = std::min(kova_uint32(clip.x2), uiStartX + uiWidth - 1);
+    const kova_uint32 uiBottom = std::min(kova_uint32(clip.y2), uiStartY + uiHeight - 1);
 
-    pArea->uiLeft = Larger(uiStartX, kova_uint32(clip.x1));
-    pArea->uiTop = Larger(uiStartY, kova_uint32(clip.y1));
+    pArea->uiLeft = std::max(uiStartX, kova_uint32(clip.x1));
+    pArea->uiTop = std::max(uiStartY, kova_uint32(clip.y1));
     if (uiWidth == 0 || uiHeight == 0 || pArea->uiLeft > uiRight || pArea->uiTop > uiBottom) return false;
     pArea->uiWidth = uiRight - pArea->uiLeft + 1;
     pArea->uiHeight = uiBottom - pArea->uiTop + 1;
@@ -46,8 +36,8 @@ static void CutToSurface(const KovaDFBDisplay_t *pDisplay, Area_t *pArea) HOLDS_
         uiWidth = pDisplay->uiPlaneWidth;
         uiHeight = pDisplay->uiPlaneHeight;
     }
-    pArea->uiWidth = pArea->uiLeft < uiWidth ? Smaller(pArea->uiWidth, uiWidth - pArea->uiLeft) : 0;
-    pArea->uiHeight = pArea->uiTop < uiHeight ? Smaller(pArea->uiHeight, uiHeight - pArea->uiTop) : 0;
+    pArea->uiWidth = pArea->uiLeft < uiWidth ? std::min(pArea->uiWidth, uiWidth - pArea->uiLeft) : 0;
+    pArea->uiHeight = pArea->uiTop < uiHeight ? std::min(pArea->uiHeight, uiHeight - pArea->uiTop) : 0;
 }
 
 int DrawPixel(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint8 *ucPixel, kova_uint32 uiStartX,
@@ -72,8 +62,7 @@ int DrawPixel(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint8 *ucP
     }
     pDisplay->blast_frame_changed = 1;
     CutToSurface(pDisplay, &area);
-    // The source starts at its own first pixel, whatever the clip cut off: a clipped bitmap shows its top
-    // left corner.
+    // The source starts at its own first pixel, whatever the clip cut off: a clipped bitmap shows its top left corner.
     if (area.uiWidth != 0 && area.uiHeight != 0) {
         auto *pucTo = static_cast<kova_uint8 *>(pData) + size_t(area.uiTop) * size_t(iPitch) + area.uiLeft;
         const kova_uint8 *pucFrom = ucPixel;
@@ -99,7 +88,7 @@ int Blit(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, pKovaTextRect_t pRec
     Lock(pDisplay);
     if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
     const DFBRectangle source = {int(pRect->uiX), int(pRect->uiY), int(pRect->uiWidth), int(pRect->uiHeight)};
-    while (Peek(pDisplay->has_flipping_req)) { // the pending flip shows what is there before the copy
+    while (Peek(pDisplay->has_flipping_req)) { // the pending flip shows the surface as it is before the copy
         Unlock(pDisplay);
         usleep(16000);
         Lock(pDisplay);

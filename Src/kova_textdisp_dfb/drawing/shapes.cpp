@@ -33,8 +33,8 @@ int FillRect(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, pKovaTextRect_t 
     }
     if (!pThiz) return TEXTDISP_ERROR("NULL Pointer!"), -1;
     if (!IsContextID(scContextID)) return TEXTDISP_ERROR("Invalid context ID!"), -1;
-    if (!IsShown(pDisplay))
-        return TEXTDISP_EXIT(), 0; // before the rectangle: a null one is no error while hidden
+    // Before the rectangle: a null one is no error while the display is hidden.
+    if (!IsShown(pDisplay)) return TEXTDISP_EXIT(), 0;
     if (!pRect) return TEXTDISP_ERROR("NULL Pointer!"), -1;
     Lock(pDisplay);
     if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;

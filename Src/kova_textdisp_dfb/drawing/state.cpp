@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The state that later drawing is done with. It lives in the active surface alone, but for the clip, and does
-// not follow when another surface becomes the active one.
+// The state for later drawing. Except for the clip it is in the active surface alone, and is not carried over when
+// another surface becomes the active one.
 #include "color.h"
 #include "operations.h"
 

@@ -28,8 +28,8 @@ int UseBackupSurface(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_boo
         DFB_CHECK(Call(pSource, &IDirectFBPalette::Release));
     }
     Poke(pDisplay->pActiveSurface, pTarget);
-    if (pTarget &&
-        IsFontID(kova_uint8(pDisplay->scActiveFontID))) { // the palette goes with the font, or not at all
+    // The palette is carried over with a font, or not at all.
+    if (pTarget && IsFontID(kova_uint8(pDisplay->scActiveFontID))) {
         IDirectFBFont *const pFont = pDisplay->font[pDisplay->scActiveFontID].pFont;
         if (pFont) DFB_CHECK(Call(pTarget, &IDirectFBSurface::SetFont, pFont));
         if (pSource) {
@@ -53,7 +53,7 @@ int BlitBackupSurface(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, pKovaTe
     if (!pThiz) return TEXTDISP_ERROR("NULL Pointer!"), -1;
     if (!IsContextID(scContextID)) return TEXTDISP_ERROR("Invalid context ID!"), -1;
     if (!pRect) return TEXTDISP_ERROR("NULL Pointer!"), -1;
-    // Copying between surfaces asks for a font; callers know the message and it stays.
+    // A copy between surfaces requires a selected font; callers know the message, so it stays.
     if (!IsFontID(kova_uint8(Peek(pDisplay->scActiveFontID)))) {
         return TEXTDISP_ERROR("Only can support max 8 fonts!"), -1;
     }

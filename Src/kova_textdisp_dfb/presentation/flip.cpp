@@ -52,7 +52,7 @@ int FilpInternal(pKovaITextDisplay_t pThiz)
             g_last_flip_req_time = now;
         }
     } else {
-        // The window flips whatever bFlip says, and its flips count for nothing in the 16 ms rule.
+        // The window flips whatever bFlip says, and its flips do not count in the 16 ms rule.
         DFB_CHECK(FlipSurface(pDisplay));
     }
     return 0;
@@ -80,7 +80,7 @@ int SetFlip(pKovaITextDisplay_t pThiz, kova_bool bFlip)
     if (!pThiz) return TEXTDISP_EXIT(), -1;
     Lock(pDisplay);
     pDisplay->bFlip = bFlip;
-    // What was drawn while flipping was off goes to the screen now.
+    // Brings to the screen what was drawn while flipping was off.
     if (bFlip && pDisplay->blast_frame_changed == 1) FilpInternal(pThiz);
     return Unlock(pDisplay), TEXTDISP_EXIT(), 0;
 }

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The thread that flips the last frame of a burst. A wake-up must not be lost: a lost flip leaves the last
-// frame off the screen, a lost stop hangs the join. So whoever wakes the thread notes what for (bFlipPosted,
-// or the stop flag), passes once through flip_thread_mutex, and only then signals: the thread either sees the
-// note before it waits, or is waiting by then. The thread itself never holds both mutexes at once.
+// The thread that flips the last frame of a burst. No wake-up may be lost: a lost flip leaves the last frame off the
+// screen, and a lost stop hangs the join. So whoever wakes the thread first sets a note that says what for
+// (bFlipPosted or flip_thread_stop), passes once through flip_thread_mutex, and only then signals: the thread either
+// sees the note before it waits, or is waiting by then. The thread itself never holds both mutexes at once.
+//
+// Each context holds the thread: the first hold starts it and the last release stops it. flip_thread_ref counts the
+// holds. It changes under the display's lock, with one exception: it falls from 1 to 0 after the join, which is made
+// without the lock. Until then it keeps the thread's mutex and condition from being touched or made again.
 #include "operations.h"
 
 #include <unistd.h>
@@ -12,17 +16,27 @@ namespace textdisp
 
 enum { FRAME_TIME_US = 16000 };
 
+static kova_uint32 Holds(const KovaDFBDisplay_t *pDisplay)
+{
+    return __atomic_load_n(&pDisplay->flip_thread_ref, __ATOMIC_ACQUIRE);
+}
+
+static void SetHolds(KovaDFBDisplay_t *pDisplay, kova_uint32 uiHolds)
+{
+    __atomic_store_n(&pDisplay->flip_thread_ref, uiHolds, __ATOMIC_RELEASE);
+}
+
 static void Wake(KovaDFBDisplay_t *pDisplay, kova_bool *pbNote) HOLDS_DISPLAY
 {
-    // Without a thread, or with one that is ending, the mutex and the condition are not there to be touched.
-    if (Peek(pDisplay->flip_thread_ref) == 0 || pDisplay->flip_thread_stop) return;
+    // Without a thread, or with one that is ending, there is no mutex and no condition to be touched.
+    if (Holds(pDisplay) == 0 || pDisplay->flip_thread_stop) return;
     Poke(*pbNote, 1);
     pthread_mutex_lock(&pDisplay->flip_thread_mutex);
     pthread_mutex_unlock(&pDisplay->flip_thread_mutex);
     pthread_cond_signal(&pDisplay->flip_thread_cond);
 }
 
-int StartFlipThread(KovaDFBDisplay_t *pDisplay)
+static int StartFlipThread(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY
 {
     pthread_cond_init(&pDisplay->flip_thread_cond, nullptr);
     pthread_mutex_init(&pDisplay->flip_thread_mutex, nullptr);
@@ -37,9 +51,23 @@ void PostFlip(KovaDFBDisplay_t *pDisplay)
     Wake(pDisplay, &pDisplay->bFlipPosted);
 }
 
-void AskFlipThreadToStop(KovaDFBDisplay_t *pDisplay)
+int HoldFlipThread(KovaDFBDisplay_t *pDisplay)
 {
-    Wake(pDisplay, &pDisplay->flip_thread_stop);
+    const kova_uint32 uiHolds = Holds(pDisplay);
+    const int iError = uiHolds == 0 ? StartFlipThread(pDisplay) : 0;
+
+    if (iError == 0) SetHolds(pDisplay, uiHolds + 1);
+    return iError;
+}
+
+bool ReleaseFlipThread(KovaDFBDisplay_t *pDisplay)
+{
+    const kova_uint32 uiHolds = Holds(pDisplay);
+
+    if (uiHolds == 1) Wake(pDisplay, &pDisplay->flip_thread_stop);
+    // A context whose thread did not start has no hold.
+    if (uiHolds > 1) SetHolds(pDisplay, uiHolds - 1);
+    return uiHolds == 1;
 }
 
 void JoinFlipThread(KovaDFBDisplay_t *pDisplay)
@@ -47,12 +75,10 @@ void JoinFlipThread(KovaDFBDisplay_t *pDisplay)
     pthread_join(pDisplay->flip_thread_id, nullptr);
     pthread_mutex_destroy(&pDisplay->flip_thread_mutex);
     pthread_cond_destroy(&pDisplay->flip_thread_cond);
-    // Only now: while this is above 0 and the stop flag is set, nobody wakes the thread, and nobody starts
-    // another.
-    __atomic_store_n(&pDisplay->flip_thread_ref, 0, __ATOMIC_RELEASE);
+    SetHolds(pDisplay, 0);
 }
 
-// One wait a pass, and no loop around it: a wake-up without a reason costs one idle pass.
+// One wait a pass, and no loop around it: a spurious wake-up costs one idle pass.
 static void AwaitRequest(KovaDFBDisplay_t *pDisplay)
 {
     pthread_mutex_lock(&pDisplay->flip_thread_mutex);
@@ -65,7 +91,7 @@ static void AwaitRequest(KovaDFBDisplay_t *pDisplay)
     pthread_mutex_unlock(&pDisplay->flip_thread_mutex);
 }
 
-// The frame as it was clipped when its flip was deferred. No time is stamped: the limit is on direct flips.
+// Flips under the clip that was set when the flip was deferred. No time is stamped: the limit is on direct flips.
 static void FlipLastFrame(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY
 {
     if (pDisplay->eLayer == KOVA_GRAPHIC_LAYER1) {
@@ -94,7 +120,7 @@ void *Flip_last_frame_Thread(void *args)
         usleep(FRAME_TIME_US);
         Lock(pDisplay);
         if (pDisplay->flip_thread_stop) break;
-        Poke(pDisplay->bFlipPosted, 0); // what was asked for during the sleep is served by this very pass
+        Poke(pDisplay->bFlipPosted, 0); // this pass serves what was asked for during the sleep
         if (pDisplay->blast_frame_changed == 0 && pDisplay->pLayer) FlipLastFrame(pDisplay);
         Unlock(pDisplay);
     }

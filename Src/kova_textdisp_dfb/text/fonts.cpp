@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Eight slots of fonts, and eight rows of names that outlive them: a font opened again finds its row by its
-// name.
+// Eight font slots, and eight rows of names that outlive them: a font that is opened again finds its row by its name.
 #include "operations.h"
 
 #include <string.h>
@@ -23,14 +22,14 @@ static DFBEnumerationResult encoding_callback(DFBTextEncodingID id, const char *
     if (!name) return TEXTDISP_ERROR("NULL POINTER!"), DFENUM_CANCEL;
     if (!pInfo->pDisplay) return TEXTDISP_ERROR("NULL POINTER!"), DFENUM_CANCEL;
     TEXTDISP_TRACE("id:0x%x,encoding:%s\n", unsigned(id), name);
-    // The message and the table have disagreed for ever; neither may change.
+    // The message and the table disagree; neither may change.
     if (pInfo->ucCurrentEncoding >= MAX_ENCODINGS) {
         return TEXTDISP_ERROR("Only can support max 16 encoding!"), DFENUM_CANCEL;
     }
     KovaDFBFont_t &font = pInfo->pDisplay->font[pInfo->siFontNumb];
     font.encoding[pInfo->ucCurrentEncoding] = {id, name};
-    // Forgotten with every further encoding: UTF-8 is kept only when it comes last, and 0, DirectFB's own
-    // choice, stands otherwise. Strings on the sets in the field depend on it.
+    // Reset by every further encoding: UTF-8 is kept only when it comes last, and the index is 0, DirectFB's default,
+    // otherwise. Strings on sets in the field depend on it.
     font.ucUTF8Index = 0;
     if (strcmp(name, "UTF8") == 0) font.ucUTF8Index = kova_uint8(id);
     pInfo->ucCurrentEncoding++;
@@ -44,8 +43,7 @@ DFBResult EnumerateEncodings(KovaDFBDisplay_t *pDisplay, kova_sint32 siFontNumb)
     return Call(pDisplay->font[siFontNumb].pFont, &IDirectFBFont::EnumEncodings, encoding_callback, &info);
 }
 
-// The row that holds the name, or may hold it: the slot's own, else the first equal one, else the first free
-// one.
+// The row for the name: the slot's own if it holds the name, else the first that does, else the first free one.
 static char *FindNameRow(KovaDFBDisplay_t *pDisplay, int iSlot, const char *pcFontName) HOLDS_DISPLAY
 {
     if (strcmp(pDisplay->FontName[iSlot], pcFontName) == 0) return pDisplay->FontName[iSlot];
@@ -73,8 +71,7 @@ int CreateFontInternal(pKovaITextDisplay_t pThiz, kova_sint8, const char *pcFont
     if (!psiFontNumb) return TEXTDISP_ERROR("NULL Pointer!"), -1;
     DFBFontDescription desc = {};
     desc.flags = DFBFontDescriptionFlags(DFDESC_ATTRIBUTES | DFDESC_HEIGHT);
-    // Passed on by number: italic means "no bitmap strikes" to DirectFB here, and only SetFont slants the
-    // glyphs.
+    // Passed by number: here DirectFB takes italic for "no bitmap strikes", and only SetFont slants the glyphs.
     desc.attributes = DFBFontAttributes(eAttr);
     desc.height = int(ucHeight);
 
@@ -97,7 +94,7 @@ int CreateFontInternal(pKovaITextDisplay_t pThiz, kova_sint8, const char *pcFont
     DFB_CHECK(Call(pDisplay->pDfb, &IDirectFB::CreateFont, pcFontName, &desc, &font.pFont));
     if (!font.pFont) return TEXTDISP_ERROR("Can only support max 8 fonts!"), -1; // the words of a full table
 
-    // From here on a refusal leaves the font in its slot, which then is in use and has no name.
+    // From here on a refusal leaves the font in its slot, which is then in use without a name.
     const size_t uiLength = strlen(pcFontName);
     if (uiLength >= MAX_FONT_NAME) {
         return TEXTDISP_ERROR_RECORD("\n font name too long. We support at most %d characters \n",
@@ -148,8 +145,7 @@ void RecreateFonts(pKovaITextDisplay_t pThiz, kova_sint8 scContextID)
 
     memcpy(saved, pDisplay->font, sizeof saved);
     DropFonts(pDisplay);
-    // The names are good still: they lie in the rows. A gap in the old table closes, and numbers move with
-    // it.
+    // The names are still valid, because the rows are kept. A gap in the old table closes, so numbers may change.
     for (const KovaDFBFont_t &font : saved) {
         kova_sint32 siFontNumb;
         if (!font.pcFontName) continue;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "operations.h"
-#include "platform.h"
+#include "platform/platform.h"
 
 namespace textdisp
 {
@@ -92,7 +92,7 @@ int GetFontHeight(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_sint32
         if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
         DFB_CHECK(Call(pFont, &IDirectFBFont::GetHeight, pHeight));
     }
-    return Unlock(pDisplay), TEXTDISP_ENTER_WITH("return height:%ld", Long(*pHeight)), TEXTDISP_EXIT(), 0;
+    return Unlock(pDisplay), TEXTDISP_TRACE_WITH("", "return height:%ld", Long(*pHeight)), TEXTDISP_EXIT(), 0;
 }
 
 // The second argument, whether to scale, is not looked at: every call applies its factor.

@@ -45,8 +45,7 @@ static int DrawTextEdgeStyle(pKovaITextDisplay_t pThiz, const char *ucStrUTF8, k
     return 0;
 }
 
-// An outline one pixel wide. It begins at the given position, so the text lies one pixel right and below of
-// it.
+// An outline one pixel wide. It starts at the given position, so the text is one pixel further right and down.
 static int DrawTextContourStyle(pKovaITextDisplay_t pThiz, const char *ucStrUTF8, kova_uint32 uiStrLen,
                                 kova_uint32 uiX, kova_uint32 uiY,
                                 DFBSurfaceTextFlags dfb_text_flag) HOLDS_DISPLAY

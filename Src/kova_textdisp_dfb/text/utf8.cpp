@@ -29,8 +29,7 @@ static unsigned Encode(unsigned uiUnit, kova_uint8 *pucOut)
     return pucOut[0] = kova_uint8(uiUnit), 1;
 }
 
-// Four units of ASCII at once; false if one of them is none. Units and bytes lie in one order, whichever the
-// machine's is.
+// Converts four units at once; false if one of them is not ASCII. It works on machines of either endianness.
 static inline bool EncodeFourOfAscii(const unsigned short *pusUnits, kova_uint8 *pucOut)
 {
     uint64_t uiUnits;
