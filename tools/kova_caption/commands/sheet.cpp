@@ -99,7 +99,7 @@ static Picture Sheet(const SourceOptions &source, int columns, const Options &op
     const std::vector<Cue> &cues = subtitles.cues;
     const Grid grid = GridOf(int(cues.size()), columns, options.plane);
     const Color background = options.background.value_or(g_sheetBackground);
-    Stage stage(FitTo(cues, options));
+    Stage stage(ResolveMode(cues, options));
     const StopSignals signals;
     const Progress progress(cues.size());
     Remarks remarks;
@@ -116,7 +116,7 @@ static Picture Sheet(const SourceOptions &source, int columns, const Options &op
         signals.Read();
         progress.Show(i);
         Drawn drawn;
-        const Picture picture = Over(Shoot(stage, {&cues[i]}, drawn), background);
+        const Picture picture = Over(RenderFrame(stage, {&cues[i]}, drawn), background);
         PasteEnlarged(sheet, Scaled(picture, grid.thumbnail), x, y, 1);
         PutTime(sheet, TimesOf(cues[i], signs, grid), signs, grid.labelHeight, x, y + grid.thumbnail.height);
         for (const std::string &remark : remarks.On(drawn, stage.fonts)) {

@@ -137,7 +137,7 @@ static void Snapshot(const SnapshotOptions &snapshot, const Options &options, st
     const Subtitles subtitles = ReadSubtitles(snapshot.source);
     const std::vector<Scene> scenes =
         snapshot.at ? std::vector<Scene>{SceneAt(subtitles.cues, *snapshot.at)} : OneACue(subtitles.cues);
-    Stage stage(FitTo(subtitles.cues, options));
+    Stage stage(ResolveMode(subtitles.cues, options));
     const StopSignals signals;
     MakeFolder(snapshot.folder);
     const Progress progress(scenes.size());
@@ -151,7 +151,7 @@ static void Snapshot(const SnapshotOptions &snapshot, const Options &options, st
         signals.Read();
         progress.Show(i);
         Drawn drawn;
-        const Picture picture = Shoot(stage, scene.cues, drawn);
+        const Picture picture = RenderFrame(stage, scene.cues, drawn);
         WritePng(options.background ? Over(picture, *options.background) : picture,
                  snapshot.folder / scene.file);
         const std::vector<std::string> said = remarks.On(drawn, stage.fonts);

@@ -29,7 +29,7 @@ const Picture &Labels::Get(const std::string &text, int height)
     display_.Clear();
     display_.SetEdge(KOVA_TEXT_ENONE);
     const int width = DrawLine(display_, fonts_, {{text, {}}}, height, 0, 0);
-    const Picture label = Corner(display_.Present(), {width, reach.ascent + reach.descent});
+    const Picture label = Crop(display_.Present(), {width, reach.ascent + reach.descent});
     return labels_.emplace(std::make_pair(text, height), label).first->second;
 }
 

@@ -65,7 +65,7 @@ void PasteEnlarged(Picture &target, const Picture &source, int x, int y, int sca
     }
 }
 
-Picture Corner(const Picture &picture, Size size)
+Picture Crop(const Picture &picture, Size size)
 {
     Picture corner(
         {std::min(size.width, picture.size().width), std::min(size.height, picture.size().height)});

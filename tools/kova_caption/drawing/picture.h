@@ -51,7 +51,7 @@ Color Unpremultiply(Color pixel);
 Picture Over(const Picture &picture, Color background);
 
 // The part that begins at the top left corner.
-Picture Corner(const Picture &picture, Size size);
+Picture Crop(const Picture &picture, Size size);
 
 // Pixels are averaged where it becomes smaller, and interpolated where it becomes larger.
 Picture Scaled(const Picture &picture, Size size);

@@ -29,7 +29,7 @@ static const Options &Checked(const Options &options)
     return options;
 }
 
-Options FitTo(const std::vector<Cue> &cues, Options options)
+Options ResolveMode(const std::vector<Cue> &cues, Options options)
 {
     const bool bitmaps =
         std::any_of(cues.begin(), cues.end(), [](const Cue &cue) { return !cue.bitmaps.empty(); });
@@ -43,7 +43,7 @@ Options FitTo(const std::vector<Cue> &cues, Options options)
     return options;
 }
 
-Picture Shoot(Stage &stage, const std::vector<const Cue *> &cues, Drawn &drawn)
+Picture RenderFrame(Stage &stage, const std::vector<const Cue *> &cues, Drawn &drawn)
 {
     stage.display.Clear();
     drawn = stage.renderer.Draw(cues);

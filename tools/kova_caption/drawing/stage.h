@@ -13,7 +13,7 @@ namespace caption
 
 // The options with the colour mode that the cues need, where none is asked for: pictures are indexes into a
 // palette. A Failure where another is.
-Options FitTo(const std::vector<Cue> &cues, Options options);
+Options ResolveMode(const std::vector<Cue> &cues, Options options);
 
 struct Stage {
     // What can be refused is refused before DirectFB starts.
@@ -27,7 +27,7 @@ struct Stage {
 
 // Draws cues that are shown together, and nothing else, and reads the plane back. A Failure where nothing of
 // them finds room.
-Picture Shoot(Stage &stage, const std::vector<const Cue *> &cues, Drawn &drawn);
+Picture RenderFrame(Stage &stage, const std::vector<const Cue *> &cues, Drawn &drawn);
 
 } // namespace caption
 

@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstring>
 #include <string>
+#include <thread>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -21,13 +22,14 @@ namespace caption
 
 static const char g_escape[] = "\x1B";
 
-// Keys one by one and unseen. Ctrl-C still ends; Ctrl-Z and Ctrl-\ would leave the terminal as it is here.
+// Delivers keys one by one without echo. Ctrl-C still works. Ctrl-Z and Ctrl-\ are disabled because they would leave the
+// terminal in this state.
 class Keys::Terminal
 {
 public:
     Terminal()
     {
-        // In the background the terminal is another's.
+        // In the background the terminal belongs to another process group.
         if (tcgetpgrp(STDIN_FILENO) != getpgrp() || tcgetattr(STDIN_FILENO, &before_) != 0) return;
         termios raw = before_;
         raw.c_lflag &= ~tcflag_t(ICANON | ECHO);
@@ -52,17 +54,17 @@ public:
         const ssize_t length = read(file_, bytes, sizeof bytes);
 
         if (length <= 0) {
-            file_ = -1; // it is gone
+            file_ = -1; // closed
             return {};
         }
         given_.append(bytes, std::size_t(length));
-        // An escape alone is its key, unless the rest of another one's sequence is still on its way.
+        // A single escape is the Escape key, unless the rest of a longer sequence is still to come.
         pollfd rest = {file_, POLLIN, 0};
         if (given_ == g_escape && poll(&rest, 1, 25) > 0) return Read();
         return Next();
     }
 
-    // Keys that came with the one before.
+    // Keys that arrived together with the previous one.
     std::optional<Key> Next()
     {
         static const struct {
@@ -87,7 +89,7 @@ public:
     }
 
 private:
-    // A character, or what a function key sends.
+    // Of one character, or of the sequence of a function key.
     std::size_t LengthOfUnknown() const
     {
         if (given_.compare(0, 1, g_escape) != 0) return 1;
@@ -102,7 +104,7 @@ private:
     std::string given_;
 };
 
-// A buffer of our own at the main interface that the display keeps.
+// An event buffer of our own on the main interface that the display holds.
 class Keys::Window
 {
 public:
@@ -163,6 +165,16 @@ static timespec Until(SteadyTime moment)
     const auto left = std::max(duration_cast<nanoseconds>(moment - steady_clock::now()), nanoseconds(0));
 
     return {time_t(left.count() / 1000000000), long(left.count() % 1000000000)};
+}
+
+SteadyTime Keys::Now() const
+{
+    return std::chrono::steady_clock::now();
+}
+
+void Keys::SleepUntil(SteadyTime time)
+{
+    std::this_thread::sleep_until(time);
 }
 
 std::optional<Key> Keys::Wait(SteadyTime until)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What the viewer asks for while captions play: keys of the terminal, keys of DirectFB's window, and signals.
+// What the player takes from outside while captions play: time, keys and signals.
 #ifndef KOVA_CAPTION_PLAYING_KEYS_H
 #define KOVA_CAPTION_PLAYING_KEYS_H
 
@@ -16,19 +16,37 @@ using SteadyTime = std::chrono::steady_clock::time_point;
 
 enum class Key { PAUSE, BACK, FORWARD, END };
 
-class Keys
+// Time and keys. Tests script them.
+class PlayerInput
 {
 public:
-    // After DirectFB has started. While it lives the terminal, if standard input is one, hands over each key
-    // as it is pressed; DirectFB's own keys are listened to where asked.
+    virtual ~PlayerInput() = default;
+
+    virtual SteadyTime Now() const = 0;
+
+    // The next key, or nothing once the time is reached; SteadyTime::max() waits for a key alone.
+    virtual std::optional<Key> Wait(SteadyTime until) = 0;
+
+    virtual void SleepUntil(SteadyTime time) = 0;
+};
+
+// The steady clock, the keys of the terminal and of DirectFB's window.
+class Keys : public PlayerInput
+{
+public:
+    // Construct it after DirectFB has started. During its lifetime the terminal, if standard input is one, delivers
+    // each key as it is pressed. Keys of DirectFB's window are read where `window` is set.
     explicit Keys(bool window);
-    ~Keys();
+    ~Keys() override;
     Keys(const Keys &) = delete;
     Keys &operator=(const Keys &) = delete;
 
-    // The next key, or nothing once the moment is there; SteadyTime::max() waits for a key alone. Throws
-    // Interrupted.
-    std::optional<Key> Wait(SteadyTime until);
+    SteadyTime Now() const override;
+
+    // Throws Interrupted when a signal asks the tool to stop.
+    std::optional<Key> Wait(SteadyTime until) override;
+
+    void SleepUntil(SteadyTime time) override;
 
 private:
     class Terminal;

@@ -7,13 +7,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <optional>
-#include <thread>
 #include <vector>
 
 #include "base/failure.h"
 #include "base/timestamp.h"
 #include "drawing/remarks.h"
-#include "drawing/stage.h"
 #include "playing/keys.h"
 #include "terminal/report.h"
 
@@ -26,20 +24,20 @@ namespace
 using namespace std::chrono_literals;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
-// Which moment of the source it is.
+// The playback position within the source.
 class Clock
 {
 public:
-    explicit Clock(double speed) : speed_(speed)
+    Clock(const PlayerInput &input, double speed) : input_(input), speed_(speed)
     {
     }
 
     void Set(double position)
     {
         position_ = position;
-        since_ = std::chrono::steady_clock::now();
+        since_ = input_.Now();
     }
-    void PauseOrGoOn()
+    void TogglePause()
     {
         Set(Position());
         paused_ = !paused_;
@@ -50,10 +48,10 @@ public:
     }
     double Position() const
     {
-        const Milliseconds passed = std::chrono::steady_clock::now() - since_;
+        const Milliseconds passed = input_.Now() - since_;
         return position_ + (paused_ ? 0 : passed.count() * speed_);
     }
-    // Not before it was set, and never if it stands still.
+    // When playback reaches that time: never before the position was set, and never while it is paused.
     SteadyTime When(std::int64_t time) const
     {
         const Milliseconds left((double(time) - position_) / speed_);
@@ -64,22 +62,24 @@ public:
     }
 
 private:
+    const PlayerInput &input_;
     const double speed_;
     double position_ = 0; // milliseconds
     SteadyTime since_;
     bool paused_ = false;
 };
 
-// What is seen becomes something else.
+// A time at which the screen changes.
 struct Change {
     std::int64_t time;
-    const Screen *screen; // null: nothing is shown any more
+    const Screen *screen; // null: the screen becomes empty
 };
 
 class Player
 {
 public:
-    Player(const std::vector<Cue> &cues, const Playback &playback, const Options &options, std::FILE *out);
+    Player(const std::vector<Cue> &cues, const Playback &playback, Stage &stage, PlayerInput &input,
+           std::FILE *out);
 
     void Run();
     void PrintStatistics() const;
@@ -90,18 +90,18 @@ private:
     void Draw();
     void Show();
     void List(const std::vector<std::size_t> &cues);
-    bool Obey(Key key);
-    std::optional<std::size_t> Beside(Key direction) const;
+    bool HandleKey(Key key);
+    std::optional<std::size_t> AdjacentScreen(Key direction) const;
 
     const std::vector<Cue> &cues_;
     const std::vector<Screen> screens_;
     std::vector<Change> changes_;
     const Playback playback_;
     std::FILE *const out_;
-    const bool limited_; // in how often it flips
-    const bool ahead_;   // the next change is drawn before its time, unseen
-    Stage stage_;
-    Keys keys_;
+    Stage &stage_;
+    PlayerInput &input_;
+    const bool limited_; // the library limits the rate of flips
+    const bool ahead_;   // the next change is drawn ahead of time into the back buffer
     Clock clock_;
     Remarks remarks_;
     std::size_t next_ = 0; // of the changes
@@ -109,8 +109,8 @@ private:
     SteadyTime flipped_;
     std::vector<std::size_t> shown_; // cues
     std::size_t count_ = 0;          // of the cues shown so far
-    std::size_t missed_ = 0;         // changes to something that was to be gone again before it was drawn
-    std::vector<double> lateness_;   // milliseconds
+    std::size_t dropped_ = 0;        // screens that ended before they could be drawn
+    std::vector<double> latencies_;  // milliseconds
 };
 
 } // namespace
@@ -127,16 +127,12 @@ static std::vector<Change> Changes(const std::vector<Screen> &screens)
     return changes;
 }
 
-Player::Player(const std::vector<Cue> &cues, const Playback &playback, const Options &options, std::FILE *out)
+Player::Player(const std::vector<Cue> &cues, const Playback &playback, Stage &stage, PlayerInput &input,
+               std::FILE *out)
     : cues_(cues), screens_(Screens(cues)), changes_(Changes(screens_)), playback_(playback), out_(out),
-      limited_(options.layer != KOVA_GRAPHIC_LAYER1), ahead_(limited_ && options.mode != ColorMode::INDEX),
-      stage_(options), keys_(!options.headless), clock_(playback.speed)
+      stage_(stage), input_(input), limited_(stage.options.layer != KOVA_GRAPHIC_LAYER1),
+      ahead_(limited_ && stage.options.mode != ColorMode::INDEX), clock_(input, playback.speed)
 {
-    if (changes_.empty() || changes_.back().time <= playback.start) {
-        throw Failure("--start " + Timestamp(playback.start) +
-                      ": nothing is shown from there on; the last caption " + "ends at " +
-                      Timestamp(changes_.empty() ? 0 : changes_.back().time));
-    }
 }
 
 void Player::Run()
@@ -144,14 +140,14 @@ void Player::Run()
     do {
         Seek(playback_.start);
         while (next_ < changes_.size()) {
-            const std::optional<Key> key = keys_.Wait(clock_.When(changes_[next_].time));
+            const std::optional<Key> key = input_.Wait(clock_.When(changes_[next_].time));
             if (!key) Show();
-            if (key && !Obey(*key)) return;
+            if (key && !HandleKey(*key)) return;
         }
     } while (playback_.loop);
 }
 
-// What is to be seen at that time is shown next, at once.
+// The screen of that time becomes the next change, due at once.
 void Player::Seek(std::int64_t time)
 {
     const auto after = std::find_if(changes_.begin(), changes_.end(),
@@ -163,9 +159,9 @@ void Player::Seek(std::int64_t time)
     clock_.Set(double(time));
 }
 
-// All that can be done before the time of the next change. Layers 2 and 3 have a back buffer, in which its
-// picture waits; the window of layer 1 would show it string by string. Index mode loads the colours of a
-// picture as it draws, and those that are seen would change.
+// Does all work of the next change that can be done ahead of time. Layers 2 and 3 have a back buffer to draw into; the
+// window of layer 1 would show each string at once. Index mode loads palette entries while it draws, which would change
+// the colours on the screen.
 void Player::Prepare()
 {
     if (next_ == changes_.size()) return;
@@ -189,26 +185,26 @@ void Player::Draw()
 
 void Player::Show()
 {
-    const SteadyTime now = std::chrono::steady_clock::now();
+    const SteadyTime now = input_.Now();
     const std::size_t due = next_;
     while (next_ + 1 < changes_.size() && clock_.When(changes_[next_ + 1].time) <= now) {
-        missed_ += changes_[next_++].screen != nullptr;
+        dropped_ += changes_[next_++].screen != nullptr;
     }
     if (next_ != due) Prepare();
 
     if (!ahead_) Draw();
-    // Of two flips within 16 ms the library would make the second later, while the next picture is drawn.
-    if (limited_) std::this_thread::sleep_until(flipped_ + 17ms);
+    // The library defers the second of two flips within 16 ms, to a time when the next screen is being drawn.
+    if (limited_) input_.SleepUntil(flipped_ + 17ms);
     stage_.display.Release();
-    flipped_ = std::chrono::steady_clock::now();
+    flipped_ = input_.Now();
 
     const Change &change = changes_[next_++];
-    if (change.screen) lateness_.push_back(Milliseconds(flipped_ - clock_.When(change.time)).count());
+    if (change.screen) latencies_.push_back(Milliseconds(flipped_ - clock_.When(change.time)).count());
     List(change.screen ? change.screen->cues : std::vector<std::size_t>());
     Prepare();
 }
 
-// Those that were not there before.
+// Prints the cues that were not on the screen before.
 void Player::List(const std::vector<std::size_t> &cues)
 {
     for (const std::size_t cue : cues) {
@@ -220,15 +216,15 @@ void Player::List(const std::vector<std::size_t> &cues)
     shown_ = cues;
 }
 
-bool Player::Obey(Key key)
+bool Player::HandleKey(Key key)
 {
     if (key == Key::PAUSE) {
-        clock_.PauseOrGoOn();
+        clock_.TogglePause();
         std::fprintf(out_, "%s at %s\n", clock_.IsPaused() ? "paused" : "playing",
                      Timestamp(std::int64_t(clock_.Position())).c_str());
         std::fflush(out_);
     } else if (key != Key::END) {
-        if (const std::optional<std::size_t> change = Beside(key)) {
+        if (const std::optional<std::size_t> change = AdjacentScreen(key)) {
             Seek(changes_[*change].time);
             Show();
         }
@@ -236,8 +232,8 @@ bool Player::Obey(Key key)
     return key != Key::END;
 }
 
-// The change to the screen before or after the one that is shown or was last.
-std::optional<std::size_t> Player::Beside(Key direction) const
+// The change to the screen before or after the current or last one.
+std::optional<std::size_t> Player::AdjacentScreen(Key direction) const
 {
     if (direction == Key::FORWARD) {
         for (std::size_t i = next_; i < changes_.size(); ++i) {
@@ -251,7 +247,7 @@ std::optional<std::size_t> Player::Beside(Key direction) const
     return {};
 }
 
-// The value that so many per cent of all do not exceed; of none 0.
+// The smallest value that at least that percentage of all values does not exceed; 0 without values.
 static double Percentile(std::vector<double> values, double percent)
 {
     if (values.empty()) return 0;
@@ -264,28 +260,29 @@ static double Percentile(std::vector<double> values, double percent)
 void Player::PrintStatistics() const
 {
     std::fprintf(out_,
-                 "%zu cues shown, %zu missed; on the screen after p50 %.2f ms, p95 %.2f ms, p99 %.2f ms, "
-                 "at most %.2f ms\n",
-                 count_, missed_, Percentile(lateness_, 50), Percentile(lateness_, 95),
-                 Percentile(lateness_, 99), Percentile(lateness_, 100));
+                 "%zu cues shown, %zu dropped; presentation latency p50 %.2f ms, p95 %.2f ms, p99 %.2f ms, "
+                 "max %.2f ms\n",
+                 count_, dropped_, Percentile(latencies_, 50), Percentile(latencies_, 95),
+                 Percentile(latencies_, 99), Percentile(latencies_, 100));
     std::fflush(out_);
 }
 
-void Play(const SourceOptions &source, const Playback &playback, const Options &options, std::FILE *out)
+static void RefuseLateStart(const std::vector<Cue> &cues, std::int64_t start)
 {
-    const Subtitles subtitles = ReadSubtitles(source);
-    for (const std::string &notice : subtitles.notices) Report(notice);
+    const std::vector<Screen> screens = Screens(cues);
 
-    const Options fitting = FitTo(subtitles.cues, options);
-    if (!std::getenv("DISPLAY") && !std::getenv("DFBARGS") && !options.headless) {
-        Report("there is no X server (DISPLAY is not set); playing without a window");
+    if (screens.empty() || screens.back().end <= start) {
+        throw Failure("--start " + Timestamp(start) +
+                      ": nothing is shown from there on; the last caption ends at " +
+                      Timestamp(screens.empty() ? 0 : screens.back().end));
     }
-    Player player(subtitles.cues, playback, fitting, out);
-    const char *const system = std::getenv("DFBARGS");
-    if (fitting.mode == ColorMode::INDEX && fitting.layer != KOVA_GRAPHIC_LAYER1 && system &&
-        std::strstr(system, "system=x11")) {
-        Report("DirectFB shows no index mode in a window of this layer; use --layer 1 or another --mode");
-    }
+}
+
+void PlayCues(const std::vector<Cue> &cues, const Playback &playback, Stage &stage, PlayerInput &input,
+              std::FILE *out)
+{
+    Player player(cues, playback, stage, input, out);
+
     try {
         player.Run();
     } catch (const Interrupted &) {
@@ -293,6 +290,26 @@ void Play(const SourceOptions &source, const Playback &playback, const Options &
         throw;
     }
     player.PrintStatistics();
+}
+
+void Play(const SourceOptions &source, const Playback &playback, const Options &options, std::FILE *out)
+{
+    const Subtitles subtitles = ReadSubtitles(source);
+    const Options resolved = ResolveMode(subtitles.cues, options);
+
+    for (const std::string &notice : subtitles.notices) Report(notice);
+    RefuseLateStart(subtitles.cues, playback.start);
+    if (!std::getenv("DISPLAY") && !std::getenv("DFBARGS") && !options.headless) {
+        Report("no X server (DISPLAY is not set); playing without a window");
+    }
+    Stage stage(resolved);
+    const char *const system = std::getenv("DFBARGS");
+    if (resolved.mode == ColorMode::INDEX && resolved.layer != KOVA_GRAPHIC_LAYER1 && system &&
+        std::strstr(system, "system=x11")) {
+        Report("DirectFB shows no index mode in a window of layers 2 and 3; use --layer 1 or another --mode");
+    }
+    Keys keys(!resolved.headless);
+    PlayCues(subtitles.cues, playback, stage, keys, out);
 }
 
 } // namespace caption

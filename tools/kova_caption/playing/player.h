@@ -5,8 +5,12 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <vector>
 
 #include "base/options.h"
+#include "cues/cue.h"
+#include "drawing/stage.h"
+#include "playing/keys.h"
 #include "reading/subtitles.h"
 
 namespace caption
@@ -18,9 +22,13 @@ struct Playback {
     bool loop = false;
 };
 
-// Until the last caption goes or the viewer ends it. Says on `out` what is shown, and at the end how many
-// milliseconds after its time each caption was on the screen.
+// Plays until the last caption ends or the viewer quits. Prints each caption on `out` as it appears, and at the end how
+// late captions were: the time from the moment a caption is due to the return of its flip.
 void Play(const SourceOptions &source, const Playback &playback, const Options &options, std::FILE *out);
+
+// The same for cues that are read, on a stage that is set, with time and keys from `input`.
+void PlayCues(const std::vector<Cue> &cues, const Playback &playback, Stage &stage, PlayerInput &input,
+              std::FILE *out);
 
 } // namespace caption
 

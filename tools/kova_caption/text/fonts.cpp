@@ -103,7 +103,7 @@ std::unique_ptr<Face> Fonts::Open(const std::string &file) const
 
 // Where the other styles of a font lie by the usual names: X-Regular.ttf has X-Italic.ttf, X.ttf
 // X-Oblique.ttf.
-static std::string Beside(const std::string &upright, const std::string &style)
+static std::string StyleFile(const std::string &upright, const std::string &style)
 {
     static const std::string regular = "-Regular";
     const std::size_t dot = upright.rfind('.');
@@ -135,7 +135,7 @@ bool Fonts::AddFamily(const std::string &upright)
     family->faces.push_back(Open(upright));
     if (!family->faces.front()) return false;
     for (const auto &style : styles) {
-        std::unique_ptr<Face> face = Open(Beside(upright, style.name));
+        std::unique_ptr<Face> face = Open(StyleFile(upright, style.name));
         if (!face) continue;
         face->bold = style.bold;
         face->italic = style.italic;

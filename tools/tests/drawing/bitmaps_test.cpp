@@ -57,30 +57,30 @@ TEST(Bitmaps, OfACanvasAsLargeAsThePlaneAreDrawnPixelForPixel)
     Bitmap bitmap = Framed(100, 50, {40, 30});
     bitmap.palette[2] = {10, 200, 30, 77};
     bitmap.indexes[40 * 15 + 20] = 0; // a hole in the middle
-    const Shot shot = Shoot({CueOf(bitmap, {640, 360})});
-    Points frame, whole;
+    const Frame frame = Render({CueOf(bitmap, {640, 360})});
+    Points border, whole;
     for (int y = 50; y < 80; ++y) {
         for (int x = 100; x < 140; ++x) {
             whole.insert({x, y});
-            if (x == 100 || y == 50 || x == 139 || y == 79) frame.insert({x, y});
+            if (x == 100 || y == 50 || x == 139 || y == 79) border.insert({x, y});
         }
     }
     const Points hole = {{120, 65}};
 
-    EXPECT_EQ(Ink(shot.picture, g_red), frame);
-    EXPECT_EQ(Ink(shot.picture, bitmap.palette[2]), Without(Without(whole, frame), hole));
-    ASSERT_EQ(shot.drawn.bitmaps.size(), 1u);
-    EXPECT_EQ(shot.drawn.bitmaps[0].x, 100);
-    EXPECT_EQ(shot.drawn.bitmaps[0].y, 50);
-    EXPECT_EQ(shot.drawn.bitmaps[0].width, 40);
-    EXPECT_EQ(shot.drawn.bitmaps[0].height, 30);
+    EXPECT_EQ(Ink(frame.picture, g_red), border);
+    EXPECT_EQ(Ink(frame.picture, bitmap.palette[2]), Without(Without(whole, border), hole));
+    ASSERT_EQ(frame.drawn.bitmaps.size(), 1u);
+    EXPECT_EQ(frame.drawn.bitmaps[0].x, 100);
+    EXPECT_EQ(frame.drawn.bitmaps[0].y, 50);
+    EXPECT_EQ(frame.drawn.bitmaps[0].width, 40);
+    EXPECT_EQ(frame.drawn.bitmaps[0].height, 30);
 }
 
 TEST(Bitmaps, AreStretchedAsTheirCanvasIs)
 {
-    const Shot shot =
-        Shoot({CueOf(Framed(80, 60, {160, 120}), {320, 240})}); // twice as wide, half again as high
-    const Rect place = shot.drawn.bitmaps.at(0);
+    const Frame frame =
+        Render({CueOf(Framed(80, 60, {160, 120}), {320, 240})}); // twice as wide, half again as high
+    const Rect place = frame.drawn.bitmaps.at(0);
 
     EXPECT_EQ(place.x, 160);
     EXPECT_EQ(place.y, 90);
@@ -89,7 +89,7 @@ TEST(Bitmaps, AreStretchedAsTheirCanvasIs)
     // Inside all is white, outside nothing, and between them no other colour than red and white make.
     for (int y = 0; y < 360; ++y) {
         for (int x = 0; x < 640; ++x) {
-            const Color &pixel = shot.picture.At(x, y);
+            const Color &pixel = frame.picture.At(x, y);
             const bool inside = x >= 164 && x < 476 && y >= 93 && y < 267;
             const bool outside = x < 160 || x >= 480 || y < 90 || y >= 270;
             if (inside) {
@@ -103,18 +103,18 @@ TEST(Bitmaps, AreStretchedAsTheirCanvasIs)
             }
         }
     }
-    EXPECT_GT(Ink(shot.picture, g_red).size() + ColorsIn(shot.picture), 3u);
+    EXPECT_GT(Ink(frame.picture, g_red).size() + ColorsIn(frame.picture), 3u);
 }
 
 TEST(Bitmaps, DoNotBringTheColourOfTransparentPixelsToLight)
 {
     Bitmap bitmap = Framed(80, 60, {160, 120});
     bitmap.palette[1] = {0, 255, 0, 0}; // green that nobody should see
-    const Shot shot = Shoot({CueOf(bitmap, {320, 240})});
+    const Frame frame = Render({CueOf(bitmap, {320, 240})});
 
     for (int y = 0; y < 360; ++y) {
         for (int x = 0; x < 640; ++x) {
-            const Color &pixel = shot.picture.At(x, y);
+            const Color &pixel = frame.picture.At(x, y);
             if (pixel.alpha > 16) {
                 ASSERT_GE(pixel.red, 240) << x << "," << y;
             }
@@ -132,33 +132,33 @@ TEST(Bitmaps, BecomeAtMostAsManyColoursAsAPaletteHoldsAndStayLikeThemselves)
         for (int x = 0; x < 256; ++x) bitmap.indexes.push_back(std::uint8_t(x ^ y));
     }
     const Cue cue = CueOf(bitmap, {320, 240});
-    const Shot shot = Shoot({cue});
+    const Frame frame = Render({cue});
     const Picture all = Compose({&cue}, {640, 360}, 1 << 20);
     double difference = 0;
     for (int y = 0; y < 360; ++y) {
         for (int x = 0; x < 640; ++x) {
-            const Color &one = shot.picture.At(x, y), &other = all.At(x, y);
+            const Color &one = frame.picture.At(x, y), &other = all.At(x, y);
             difference += std::abs(one.red - other.red) + std::abs(one.green - other.green) +
                           std::abs(one.alpha - other.alpha);
         }
     }
 
     EXPECT_GT(ColorsIn(all), 255u) << "or there would be nothing to choose";
-    EXPECT_LE(ColorsIn(shot.picture), 255u);
-    EXPECT_TRUE(shot.drawn.notices.empty());
+    EXPECT_LE(ColorsIn(frame.picture), 255u);
+    EXPECT_TRUE(frame.drawn.notices.empty());
     EXPECT_LT(difference / (640 * 360 * 3), 4);
 }
 
 TEST(Bitmaps, PartlyBeyondTheirCanvasAreCutOff)
 {
-    const Shot shot =
-        Shoot({CueOf(Framed(-20, -10, {40, 30}), {640, 360}), CueOf(Framed(620, 350, {40, 30}), {640, 360})});
+    const Frame frame = Render(
+        {CueOf(Framed(-20, -10, {40, 30}), {640, 360}), CueOf(Framed(620, 350, {40, 30}), {640, 360})});
 
-    EXPECT_EQ(Around(Ink(shot.picture, g_white)).x, 0);
-    EXPECT_EQ(shot.picture.At(18, 18), (Color{255, 255, 255, 255}));
-    EXPECT_EQ(shot.picture.At(19, 10), (Color{255, 0, 0, 255}));
-    EXPECT_EQ(shot.picture.At(620, 355), (Color{255, 0, 0, 255}));
-    EXPECT_EQ(shot.picture.At(639, 359), (Color{255, 255, 255, 255}));
+    EXPECT_EQ(Around(Ink(frame.picture, g_white)).x, 0);
+    EXPECT_EQ(frame.picture.At(18, 18), (Color{255, 255, 255, 255}));
+    EXPECT_EQ(frame.picture.At(19, 10), (Color{255, 0, 0, 255}));
+    EXPECT_EQ(frame.picture.At(620, 355), (Color{255, 0, 0, 255}));
+    EXPECT_EQ(frame.picture.At(639, 359), (Color{255, 255, 255, 255}));
 }
 
 TEST(Bitmaps, GoTogetherWithText)
@@ -166,19 +166,19 @@ TEST(Bitmaps, GoTogetherWithText)
     Cue cue = CueOf(Framed(0, 0, {20, 20}), {640, 360});
     cue.blocks.emplace_back();
     cue.blocks[0].lines = {{Colored("text", {0, 0, 255})}};
-    const Shot shot = Shoot({cue});
+    const Frame frame = Render({cue});
 
-    EXPECT_EQ(Ink(shot.picture, g_red).size(), 76u);
-    EXPECT_GT(Ink(shot.picture, {0, 0, 255}).size(), 100u);
+    EXPECT_EQ(Ink(frame.picture, g_red).size(), 76u);
+    EXPECT_GT(Ink(frame.picture, {0, 0, 255}).size(), 100u);
 }
 
-TEST(FitTo, ChoosesIndexColoursForPicturesAndRefusesOthers)
+TEST(ResolveMode, ChoosesIndexColoursForPicturesAndRefusesOthers)
 {
     const std::vector<Cue> pictures = {CueOf(Framed(0, 0, {2, 2}), {64, 64})};
     Options options;
 
-    EXPECT_EQ(FitTo(pictures, options).Mode(), ColorMode::INDEX);
-    EXPECT_EQ(FitTo({::CueOf({{{"text", {}}}})}, options).Mode(), ColorMode::PALETTE);
+    EXPECT_EQ(ResolveMode(pictures, options).Mode(), ColorMode::INDEX);
+    EXPECT_EQ(ResolveMode({::CueOf({{{"text", {}}}})}, options).Mode(), ColorMode::PALETTE);
     options.mode = ColorMode::PALETTE;
-    EXPECT_THROW(FitTo(pictures, options), std::exception);
+    EXPECT_THROW(ResolveMode(pictures, options), std::exception);
 }

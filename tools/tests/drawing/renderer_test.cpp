@@ -13,9 +13,9 @@ static const Color g_red = {255, 0, 0};
 static const Color g_green = {0, 200, 0};
 static const Color g_blue = {0, 0, 255};
 
-static Shot ShootText(const std::string &text)
+static Frame RenderText(const std::string &text)
 {
-    return Shoot({CueOf({{{text, {}}}})});
+    return Render({CueOf({{{text, {}}}})});
 }
 
 static bool Overlap(const Rect &one, const Rect &other)
@@ -27,18 +27,18 @@ static bool Overlap(const Rect &one, const Rect &other)
 TEST(Drawing, OfHebrewIsThatOfItsLettersSetFromTheLeftOneByOne)
 {
     // The second is written in the order in which it is seen, and told to stay in it.
-    const Shot read = ShootText("שלום עולם");
-    const Shot seen = ShootText("\u202Dםלוע םולש\u202C");
+    const Frame read = RenderText("שלום עולם");
+    const Frame seen = RenderText("\u202Dםלוע םולש\u202C");
 
     EXPECT_GT(Ink(read.picture, g_white).size(), 300u);
     EXPECT_TRUE(read.picture == seen.picture);
-    EXPECT_FALSE(read.picture == ShootText("\u202Dשלום עולם\u202C").picture);
+    EXPECT_FALSE(read.picture == RenderText("\u202Dשלום עולם\u202C").picture);
 }
 
 TEST(Drawing, OfArabicIsThatOfItsJoinedFormsSetFromTheLeft)
 {
-    const Shot read = ShootText("\u0633\u0644\u0627\u0645"); // salam: seen, lam with alef, meem
-    const Shot seen = ShootText("\u202D\uFEE1\uFEFC\uFEB3\u202C");
+    const Frame read = RenderText("\u0633\u0644\u0627\u0645"); // salam: seen, lam with alef, meem
+    const Frame seen = RenderText("\u202D\uFEE1\uFEFC\uFEB3\u202C");
 
     EXPECT_GT(Ink(read.picture, g_white).size(), 100u);
     EXPECT_TRUE(read.picture == seen.picture);
@@ -48,9 +48,9 @@ TEST(Drawing, HasCharactersBeyondTheBasicPlane)
 {
     Options options = PlainOptions();
     options.font = "/usr/share/fonts/truetype/noto/NotoSansGothic-Regular.ttf";
-    const Shot ahsa = Shoot({CueOf({{{"\U00010330", {}}}})}, options);
-    const Shot bairkan = Shoot({CueOf({{{"\U00010331", {}}}})}, options);
-    const Shot both = Shoot({CueOf({{{"\U00010330\U00010331", {}}}})}, options);
+    const Frame ahsa = Render({CueOf({{{"\U00010330", {}}}})}, options);
+    const Frame bairkan = Render({CueOf({{{"\U00010331", {}}}})}, options);
+    const Frame both = Render({CueOf({{{"\U00010330\U00010331", {}}}})}, options);
 
     EXPECT_GT(Ink(ahsa.picture, g_white).size(), 20u);
     EXPECT_NE(Shape(Ink(ahsa.picture, g_white)), Shape(Ink(bairkan.picture, g_white)));
@@ -60,24 +60,24 @@ TEST(Drawing, HasCharactersBeyondTheBasicPlane)
 
 TEST(Drawing, GivesEachRunItsColour)
 {
-    const Shot shot = Shoot({CueOf({{Colored("left", g_red), Colored(" right", g_green)}})});
-    const Rect red = Around(Ink(shot.picture, g_red));
-    const Rect green = Around(Ink(shot.picture, g_green));
+    const Frame frame = Render({CueOf({{Colored("left", g_red), Colored(" right", g_green)}})});
+    const Rect red = Around(Ink(frame.picture, g_red));
+    const Rect green = Around(Ink(frame.picture, g_green));
 
-    EXPECT_GT(Ink(shot.picture, g_red).size(), 100u);
-    EXPECT_GT(Ink(shot.picture, g_green).size(), 100u);
+    EXPECT_GT(Ink(frame.picture, g_red).size(), 100u);
+    EXPECT_GT(Ink(frame.picture, g_green).size(), 100u);
     EXPECT_LT(red.x + red.width, green.x);
-    EXPECT_TRUE(Ink(shot.picture, g_white).empty());
-    EXPECT_EQ(Shape(Both(Ink(shot.picture, g_red), Ink(shot.picture, g_green))),
-              Shape(Ink(ShootText("left right").picture, g_white)))
+    EXPECT_TRUE(Ink(frame.picture, g_white).empty());
+    EXPECT_EQ(Shape(Both(Ink(frame.picture, g_red), Ink(frame.picture, g_green))),
+              Shape(Ink(RenderText("left right").picture, g_white)))
         << "colours change no letter's place";
 }
 
 TEST(Drawing, PutsColoursOfRightToLeftTextWhereTheirLettersAre)
 {
-    const Shot shot = Shoot({CueOf({{Colored("שלום", g_red), Colored(" עולם", g_green)}})});
+    const Frame frame = Render({CueOf({{Colored("שלום", g_red), Colored(" עולם", g_green)}})});
 
-    EXPECT_GT(Around(Ink(shot.picture, g_red)).x, Around(Ink(shot.picture, g_green)).x);
+    EXPECT_GT(Around(Ink(frame.picture, g_red)).x, Around(Ink(frame.picture, g_green)).x);
 }
 
 TEST(Drawing, GivesEachRunItsEdgeColour)
@@ -87,12 +87,12 @@ TEST(Drawing, GivesEachRunItsEdgeColour)
     options.edgeColor = {1, 2, 3};
     caption::Run edged{"own", {}};
     edged.style.edgeColor = g_blue;
-    const Shot shot = Shoot({CueOf({{edged, {" usual", {}}}})}, options);
-    const Rect own = Around(Ink(shot.picture, g_blue));
-    const Rect usual = Around(Ink(shot.picture, {1, 2, 3}));
+    const Frame frame = Render({CueOf({{edged, {" usual", {}}}})}, options);
+    const Rect own = Around(Ink(frame.picture, g_blue));
+    const Rect usual = Around(Ink(frame.picture, {1, 2, 3}));
 
-    EXPECT_GT(Ink(shot.picture, g_blue).size(), 50u);
-    EXPECT_GT(Ink(shot.picture, {1, 2, 3}).size(), 50u);
+    EXPECT_GT(Ink(frame.picture, g_blue).size(), 50u);
+    EXPECT_GT(Ink(frame.picture, {1, 2, 3}).size(), 50u);
     EXPECT_LT(own.x + own.width, usual.x + 2);
 }
 
@@ -100,12 +100,12 @@ TEST(Drawing, FillsTheBackgroundOfARunAndNoMore)
 {
     caption::Run boxed{"boxed", {}};
     boxed.style.background = g_blue;
-    const Shot shot = Shoot({CueOf({{{"plain ", {}}, boxed}, {{"below", {}}}}, Horizontal::RIGHT)});
-    const Points box = Ink(shot.picture, g_blue);
+    const Frame frame = Render({CueOf({{{"plain ", {}}, boxed}, {{"below", {}}}}, Horizontal::RIGHT)});
+    const Points box = Ink(frame.picture, g_blue);
     const Rect rect = Around(box);
-    const Rect block = shot.drawn.blocks.at(0);
+    const Rect block = frame.drawn.blocks.at(0);
     std::size_t white = 0;
-    for (const auto &point : Ink(shot.picture, g_white)) {
+    for (const auto &point : Ink(frame.picture, g_white)) {
         white += point.first >= rect.x && point.second < rect.y + rect.height && point.second >= rect.y;
     }
 
@@ -123,15 +123,15 @@ TEST(Drawing, KeepsABackgroundTransparentByAsMuchAsItIs)
         options.mode = mode;
         caption::Run boxed{"i", {}};
         boxed.style.background = Color{200, 100, 50, 128};
-        const Shot shot = Shoot({CueOf({{boxed}})}, options);
-        const Rect block = shot.drawn.blocks.at(0);
-        const Color corner = shot.picture.At(block.x, block.y);
+        const Frame frame = Render({CueOf({{boxed}})}, options);
+        const Rect block = frame.drawn.blocks.at(0);
+        const Color corner = frame.picture.At(block.x, block.y);
 
         EXPECT_EQ(corner.alpha, 128);
         EXPECT_NEAR(corner.red, 200, 2);
         EXPECT_NEAR(corner.green, 100, 2);
         EXPECT_NEAR(corner.blue, 50, 2);
-        EXPECT_GT(Ink(shot.picture, g_white).size(), 20u) << "the letter on it is opaque";
+        EXPECT_GT(Ink(frame.picture, g_white).size(), 20u) << "the letter on it is opaque";
     }
 }
 
@@ -140,10 +140,10 @@ TEST(Drawing, UnderlinesARunBelowItsBaselineInItsColour)
     caption::Run plain = Colored("nnn", g_red);
     caption::Run underlined = plain;
     underlined.style.underline = true;
-    const Points letters = Ink(Shoot({CueOf({{plain}}, Horizontal::LEFT)}).picture, g_red);
-    const Shot shot = Shoot({CueOf({{underlined}}, Horizontal::LEFT)});
+    const Points letters = Ink(Render({CueOf({{plain}}, Horizontal::LEFT)}).picture, g_red);
+    const Frame frame = Render({CueOf({{underlined}}, Horizontal::LEFT)});
     const Rect text = Around(letters);
-    const Points line = Without(Ink(shot.picture, g_red), letters);
+    const Points line = Without(Ink(frame.picture, g_red), letters);
     const Rect rect = Around(line);
 
     EXPECT_EQ(line.size(), std::size_t(rect.width * rect.height)) << "it has no gaps";
@@ -151,8 +151,8 @@ TEST(Drawing, UnderlinesARunBelowItsBaselineInItsColour)
     EXPECT_LE(rect.y, text.y + text.height + 32 / 8);
     EXPECT_GE(rect.height, 1);
     EXPECT_LE(rect.height, 32 / 10);
-    EXPECT_EQ(rect.x, shot.drawn.blocks.at(0).x);
-    EXPECT_EQ(rect.width, shot.drawn.blocks.at(0).width);
+    EXPECT_EQ(rect.x, frame.drawn.blocks.at(0).x);
+    EXPECT_EQ(rect.width, frame.drawn.blocks.at(0).width);
 }
 
 TEST(Drawing, StrikesARunThroughBetweenItsTopAndItsBaseline)
@@ -160,15 +160,15 @@ TEST(Drawing, StrikesARunThroughBetweenItsTopAndItsBaseline)
     caption::Run plain = Colored("nnn", g_red);
     caption::Run struck = plain;
     struck.style.strikeout = true;
-    const Points letters = Ink(Shoot({CueOf({{plain}}, Horizontal::LEFT)}).picture, g_red);
-    const Shot shot = Shoot({CueOf({{struck}}, Horizontal::LEFT)});
+    const Points letters = Ink(Render({CueOf({{plain}}, Horizontal::LEFT)}).picture, g_red);
+    const Frame frame = Render({CueOf({{struck}}, Horizontal::LEFT)});
     const Rect text = Around(letters);
-    const Rect rect = Around(Without(Ink(shot.picture, g_red), letters));
+    const Rect rect = Around(Without(Ink(frame.picture, g_red), letters));
 
     EXPECT_GT(rect.y, text.y);
     EXPECT_LT(rect.y + rect.height, text.y + text.height);
     EXPECT_LE(rect.height, 4);
-    EXPECT_EQ(rect.width, shot.drawn.blocks.at(0).width);
+    EXPECT_EQ(rect.width, frame.drawn.blocks.at(0).width);
 }
 
 TEST(Drawing, GivesAnUnderlineTheEdgeOfItsText)
@@ -178,13 +178,14 @@ TEST(Drawing, GivesAnUnderlineTheEdgeOfItsText)
     options.edgeColor = g_blue;
     caption::Run underlined = Colored("   \u00A0   ", g_red); // nothing but the line
     underlined.style.underline = true;
-    const Shot shot = Shoot({CueOf({{Colored("|", g_green), underlined, Colored("|", g_green)}})}, options);
-    const Points line = Ink(shot.picture, g_red);
+    const Frame frame =
+        Render({CueOf({{Colored("|", g_green), underlined, Colored("|", g_green)}})}, options);
+    const Points line = Ink(frame.picture, g_red);
     const Rect rect = Around(line);
 
     ASSERT_FALSE(line.empty());
-    EXPECT_EQ(shot.picture.At(rect.x + rect.width / 2, rect.y + rect.height + 1), (Color{0, 0, 255, 255}));
-    EXPECT_EQ(shot.picture.At(rect.x + rect.width / 2, rect.y + rect.height + 2).alpha, 0);
+    EXPECT_EQ(frame.picture.At(rect.x + rect.width / 2, rect.y + rect.height + 1), (Color{0, 0, 255, 255}));
+    EXPECT_EQ(frame.picture.At(rect.x + rect.width / 2, rect.y + rect.height + 2).alpha, 0);
 }
 
 TEST(Drawing, TakesTheBoldFileForBoldText)
@@ -194,7 +195,7 @@ TEST(Drawing, TakesTheBoldFileForBoldText)
     caption::Run run{"heavy", {}};
     run.style.bold = true;
 
-    EXPECT_TRUE(Shoot({CueOf({{run}})}).picture == Shoot({CueOf({{{"heavy", {}}}})}, bold).picture);
+    EXPECT_TRUE(Render({CueOf({{run}})}).picture == Render({CueOf({{{"heavy", {}}}})}, bold).picture);
 }
 
 TEST(Drawing, StandsWhereAlignmentAndAnchorSay)
@@ -205,10 +206,10 @@ TEST(Drawing, StandsWhereAlignmentAndAnchorSay)
             Block &block = cue.blocks[0];
             block.horizontal = horizontal;
             block.vertical = vertical;
-            const Shot unanchored = Shoot({cue});
+            const Frame unanchored = Render({cue});
             const Rect safe = unanchored.drawn.blocks.at(0);
             block.anchor = Anchor{0.5, 0.5};
-            const Rect at = Shoot({cue}).drawn.blocks.at(0);
+            const Rect at = Render({cue}).drawn.blocks.at(0);
 
             // The safe area is the plane without a twentieth at each side.
             const int across = int(horizontal), down = int(vertical);
@@ -231,9 +232,9 @@ TEST(Drawing, AlignsTheLinesOfABlockWithEachOther)
     for (const Horizontal horizontal : {Horizontal::LEFT, Horizontal::CENTER, Horizontal::RIGHT}) {
         Cue cue = CueOf({{Colored("lll", g_red)}, {Colored("llllllllll", g_green)}});
         cue.blocks[0].horizontal = horizontal;
-        const Shot shot = Shoot({cue});
-        const Rect red = Around(Ink(shot.picture, g_red));
-        const Rect green = Around(Ink(shot.picture, g_green));
+        const Frame frame = Render({cue});
+        const Rect red = Around(Ink(frame.picture, g_red));
+        const Rect green = Around(Ink(frame.picture, g_green));
         const int leftGap = red.x - green.x;
         const int rightGap = green.x + green.width - red.x - red.width;
 
@@ -254,9 +255,9 @@ TEST(Drawing, KeepsAnAnchoredBlockInTheSafeAreaUnlessItIsPinned)
 {
     Cue cue = CueOf({{{"edge", {}}}});
     cue.blocks[0].anchor = Anchor{1, 1};
-    const Rect kept = Shoot({cue}).drawn.blocks.at(0);
+    const Rect kept = Render({cue}).drawn.blocks.at(0);
     cue.blocks[0].pinned = true;
-    const Shot pinned = Shoot({cue});
+    const Frame pinned = Render({cue});
     const Rect rect = pinned.drawn.blocks.at(0);
 
     EXPECT_EQ(kept.x + kept.width, 608);
@@ -270,9 +271,9 @@ TEST(Drawing, KeepsAnAnchoredBlockInTheSafeAreaUnlessItIsPinned)
 TEST(Drawing, BreaksLinesAtTheWidthOfTheirBlock)
 {
     Cue cue = CueOf({{{"several words that go side by side", {}}}});
-    const Shot wide = Shoot({cue});
+    const Frame wide = Render({cue});
     cue.blocks[0].width = 0.25;
-    const Shot narrow = Shoot({cue});
+    const Frame narrow = Render({cue});
 
     EXPECT_EQ(wide.drawn.lines, 1u);
     EXPECT_GT(narrow.drawn.lines, 2u);
@@ -281,10 +282,10 @@ TEST(Drawing, BreaksLinesAtTheWidthOfTheirBlock)
 
 TEST(Drawing, KeepsTheHeightOfEmptyLines)
 {
-    const Rect two = Shoot({CueOf({{{"a", {}}}, {{"b", {}}}})}).drawn.blocks.at(0);
-    const Rect three = Shoot({CueOf({{{"a", {}}}, {}, {{"b", {}}}})}).drawn.blocks.at(0);
+    const Rect two = Render({CueOf({{{"a", {}}}, {{"b", {}}}})}).drawn.blocks.at(0);
+    const Rect three = Render({CueOf({{{"a", {}}}, {}, {{"b", {}}}})}).drawn.blocks.at(0);
 
-    const Rect spaces = Shoot({CueOf({{{"a", {}}}, {{"  ", {}}}, {{"b", {}}}})}).drawn.blocks.at(0);
+    const Rect spaces = Render({CueOf({{{"a", {}}}, {{"  ", {}}}, {{"b", {}}}})}).drawn.blocks.at(0);
 
     EXPECT_EQ(three.height, two.height / 2 * 3);
     EXPECT_EQ(spaces.height, three.height);
@@ -296,26 +297,26 @@ TEST(Drawing, MovesALaterBlockAwayFromOneInItsWay)
     const Cue second = CueOf({{Colored("second", g_green)}});
     Cue top = CueOf({{Colored("top", g_blue)}});
     top.blocks[0].vertical = Vertical::TOP;
-    const Shot shot = Shoot({first, second, top, top});
-    const std::vector<Rect> &at = shot.drawn.blocks;
+    const Frame frame = Render({first, second, top, top});
+    const std::vector<Rect> &at = frame.drawn.blocks;
 
     ASSERT_EQ(at.size(), 4u);
     EXPECT_EQ(at[0].y + at[0].height, 342);
     EXPECT_EQ(at[1].y + at[1].height, at[0].y) << "up from the bottom";
     EXPECT_EQ(at[2].y, 18);
     EXPECT_EQ(at[3].y, at[2].y + at[2].height) << "down from the top";
-    EXPECT_TRUE(shot.drawn.notices.empty());
-    EXPECT_LT(Around(Ink(shot.picture, g_green)).y, Around(Ink(shot.picture, g_red)).y);
+    EXPECT_TRUE(frame.drawn.notices.empty());
+    EXPECT_LT(Around(Ink(frame.picture, g_green)).y, Around(Ink(frame.picture, g_red)).y);
 }
 
 TEST(Drawing, LaysAHigherLayerOverALowerOne)
 {
     Cue second = CueOf({{{"over it", {}}}});
     second.layer = 1;
-    const Shot shot = Shoot({CueOf({{{"under", {}}}}), second});
+    const Frame frame = Render({CueOf({{{"under", {}}}}), second});
 
-    EXPECT_TRUE(Overlap(shot.drawn.blocks.at(0), shot.drawn.blocks.at(1)));
-    EXPECT_TRUE(shot.drawn.notices.empty());
+    EXPECT_TRUE(Overlap(frame.drawn.blocks.at(0), frame.drawn.blocks.at(1)));
+    EXPECT_TRUE(frame.drawn.notices.empty());
 }
 
 TEST(Drawing, LeavesAPinnedBlockWhereItIsAndSaysWhatFindsNoRoom)
@@ -323,11 +324,11 @@ TEST(Drawing, LeavesAPinnedBlockWhereItIsAndSaysWhatFindsNoRoom)
     Cue pinned = CueOf({{{"pinned", {}}}});
     pinned.blocks[0].anchor = Anchor{0.5, 0.95};
     pinned.blocks[0].pinned = true;
-    const Shot both = Shoot({CueOf({{{"first", {}}}}), pinned});
+    const Frame both = Render({CueOf({{{"first", {}}}}), pinned});
     EXPECT_TRUE(Overlap(both.drawn.blocks.at(0), both.drawn.blocks.at(1)));
 
     std::vector<Cue> many(12, CueOf({{{"crowd", {}}}}));
-    const Shot crowd = Shoot(many);
+    const Frame crowd = Render(many);
     EXPECT_EQ(crowd.drawn.blocks.size(), 12u);
     ASSERT_FALSE(crowd.drawn.notices.empty());
     EXPECT_NE(crowd.drawn.notices[0].find("no room"), std::string::npos);
@@ -341,8 +342,8 @@ TEST(Drawing, RollsUpByWholeRowsAndShowsTheLastOfThem)
     before.blocks[0].rollUp = 2;
     Cue after = CueOf({red, green, blue});
     after.blocks[0].rollUp = 2;
-    const Shot first = Shoot({before});
-    const Shot second = Shoot({after});
+    const Frame first = Render({before});
+    const Frame second = Render({after});
     const Rect rect = first.drawn.blocks.at(0);
 
     EXPECT_EQ(second.drawn.lines, 2u);
@@ -358,7 +359,7 @@ TEST(Drawing, BeginsARollUpAtTheBottomOfItsWindow)
     cue.blocks[0].rollUp = 3;
     cue.blocks[0].vertical = Vertical::TOP;
     cue.blocks[0].anchor = Anchor{0.5, 0.25};
-    const Rect rect = Shoot({cue}).drawn.blocks.at(0);
+    const Rect rect = Render({cue}).drawn.blocks.at(0);
 
     EXPECT_EQ(rect.y, 90 + 2 * rect.height) << "two rows are free above it";
 }
@@ -366,11 +367,11 @@ TEST(Drawing, BeginsARollUpAtTheBottomOfItsWindow)
 TEST(Drawing, CountsTheLinesThatFindNoRoom)
 {
     std::vector<Line> lines(20, Line{{"line", {}}});
-    const Shot shot = Shoot({CueOf(lines)});
+    const Frame frame = Render({CueOf(lines)});
 
-    EXPECT_EQ(shot.drawn.lines + shot.drawn.left, 20u);
-    EXPECT_GT(shot.drawn.lines, 5u);
-    EXPECT_GE(shot.drawn.blocks.at(0).y, 18);
+    EXPECT_EQ(frame.drawn.lines + frame.drawn.left, 20u);
+    EXPECT_GT(frame.drawn.lines, 5u);
+    EXPECT_GE(frame.drawn.blocks.at(0).y, 18);
 }
 
 TEST(Drawing, TakesALineOfTenThousandCharacters)
@@ -378,10 +379,10 @@ TEST(Drawing, TakesALineOfTenThousandCharacters)
     std::string words;
     while (words.size() < 10000) words += "wandering ";
     for (const std::string &text : {words, std::string(10000, 'w')}) {
-        const Shot shot = ShootText(text);
-        const Rect ink = Around(Ink(shot.picture, g_white));
+        const Frame frame = RenderText(text);
+        const Rect ink = Around(Ink(frame.picture, g_white));
 
-        EXPECT_GT(shot.drawn.left, 100u);
+        EXPECT_GT(frame.drawn.left, 100u);
         EXPECT_GE(ink.x, 32);
         EXPECT_LE(ink.x + ink.width, 608);
         EXPECT_GE(ink.y, 18);
@@ -413,10 +414,10 @@ TEST(Drawing, TakesTurnsWhereALineNeedsMoreFontsThanThereAreSlots)
         line.push_back(Colored(script.letters, {std::uint8_t(10 * line.size() + 5), 0, 255}));
     }
     options.font = "/usr/share/fonts/truetype/noto/NotoSans-Regular.ttf";
-    const Shot all = Shoot({CueOf({line, line})}, options);
+    const Frame all = Render({CueOf({line, line})}, options);
 
     for (const caption::Run &run : line) {
-        const Shot one = Shoot({CueOf({{run}})}, options);
+        const Frame one = Render({CueOf({{run}})}, options);
         const Points alone = Ink(one.picture, *run.style.color);
         const Points together = Ink(all.picture, *run.style.color);
         ASSERT_GT(alone.size(), 20u) << run.text;
@@ -439,8 +440,8 @@ TEST(Drawing, LooksIntoTheFallbackFontsBeforeThoseOfTheMachine)
     serif.font = options.fallbacks[0];
     const Cue cue = CueOf({{{"serif", {}}}});
 
-    EXPECT_TRUE(Shoot({cue}, options).picture == Shoot({cue}, serif).picture);
-    EXPECT_FALSE(Shoot({cue}, serif).picture == Shoot({cue}).picture);
+    EXPECT_TRUE(Render({cue}, options).picture == Render({cue}, serif).picture);
+    EXPECT_FALSE(Render({cue}, serif).picture == Render({cue}).picture);
 }
 
 TEST(Drawing, SaysWhenThePaletteIsFull)
@@ -448,9 +449,9 @@ TEST(Drawing, SaysWhenThePaletteIsFull)
     Line line;
     for (int i = 0; i < 300; ++i)
         line.push_back(Colored("i", {std::uint8_t(i % 256), std::uint8_t(i / 256), 90}));
-    const Shot shot = Shoot({CueOf({line})});
+    const Frame frame = Render({CueOf({line})});
 
-    ASSERT_EQ(shot.drawn.notices.size(), 1u);
-    EXPECT_NE(shot.drawn.notices[0].find("more colours than a palette holds"), std::string::npos);
-    EXPECT_FALSE(Ink(shot.picture, {100, 0, 90}).empty());
+    ASSERT_EQ(frame.drawn.notices.size(), 1u);
+    EXPECT_NE(frame.drawn.notices[0].find("more colours than a palette holds"), std::string::npos);
+    EXPECT_FALSE(Ink(frame.picture, {100, 0, 90}).empty());
 }

@@ -21,20 +21,20 @@ inline caption::Options PlainOptions()
     return options;
 }
 
-struct Shot {
+struct Frame {
     caption::Picture picture{{1, 1}};
     caption::Drawn drawn;
 };
 
-inline Shot Shoot(const std::vector<caption::Cue> &cues, const caption::Options &options = PlainOptions())
+inline Frame Render(const std::vector<caption::Cue> &cues, const caption::Options &options = PlainOptions())
 {
     std::vector<const caption::Cue *> shown;
-    Shot shot;
+    Frame frame;
 
     for (const caption::Cue &cue : cues) shown.push_back(&cue);
     caption::Stage stage(options);
-    shot.picture = caption::Shoot(stage, shown, shot.drawn);
-    return shot;
+    frame.picture = caption::RenderFrame(stage, shown, frame.drawn);
+    return frame;
 }
 
 // A run in a colour.

@@ -61,8 +61,8 @@ static Outcome RunCommand(const std::string &command)
 }
 
 // Under the leak sanitizer what DirectFB itself forgets is left out.
-static const std::string g_clean =
-    "env -u DISPLAY -u DFBARGS LSAN_OPTIONS=print_suppressions=0:suppressions='" LSAN_SUPPRESSIONS "' ";
+static const std::string g_clean = "env -u DISPLAY -u DFBARGS KOVA_XVFB_SECONDS=500 "
+                                   "LSAN_OPTIONS=print_suppressions=0:suppressions='" LSAN_SUPPRESSIONS "' ";
 
 Outcome RunTool(const std::string &arguments, const std::string &environment)
 {
@@ -100,7 +100,7 @@ Terminal::~Terminal()
     close(file_);
 }
 
-// What there is, or a tenth of a second of nothing.
+// Reads what is there, or waits a tenth of a second.
 void Terminal::Read()
 {
     char bytes[4096];
@@ -112,7 +112,7 @@ void Terminal::Read()
 
 bool Terminal::Shows(const std::string &text)
 {
-    const auto longest = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    const auto longest = std::chrono::steady_clock::now() + std::chrono::seconds(60);
 
     while (std::chrono::steady_clock::now() < longest) {
         const std::size_t at = shown_.find(text, seen_);
@@ -141,7 +141,7 @@ bool Terminal::IsEchoing() const
 int Terminal::End()
 {
     int status = -1;
-    const auto longest = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    const auto longest = std::chrono::steady_clock::now() + std::chrono::seconds(60);
 
     while (std::chrono::steady_clock::now() < longest) {
         Read(); // or a full terminal would keep it from ending

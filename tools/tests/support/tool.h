@@ -59,7 +59,7 @@ public:
     Terminal(const Terminal &) = delete;
     Terminal &operator=(const Terminal &) = delete;
 
-    // Whether this was printed within ten seconds, after what was waited for before.
+    // Whether this was printed within a minute, after what was waited for before.
     bool Shows(const std::string &text);
     void Type(const std::string &keys);
     bool IsEchoing() const; // as it was before the tool started

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: MIT
-# For scripts under with_xvfb: runs the tool and presses keys over its window.
+# For scripts run by with_xvfb: runs the tool and presses keys over its window.
 
 shown=$(mktemp)
 trap 'rm -f "$shown"' EXIT
@@ -15,7 +15,7 @@ WaitFor()
     tries=0
     until grep -qF -e "$1" "$shown"; do
         tries=$((tries + 1))
-        if [ "$tries" -gt 200 ]; then
+        if [ "$tries" -gt 1200 ]; then
             echo "not printed: $1" >&2
             exit 1
         fi
@@ -31,9 +31,18 @@ Press()
 
 KeepScreen()
 {
-    # What was flipped a moment ago is on its way through the X server yet.
-    sleep 0.2
+    # A flip may still be on its way through the X server: wait until the screen has not changed for a second.
     cp "$KOVA_XVFB_SCREEN" "$1"
+    same=0
+    while [ "$same" -lt 5 ]; do
+        sleep 0.2
+        if cmp -s "$KOVA_XVFB_SCREEN" "$1"; then
+            same=$((same + 1))
+        else
+            cp "$KOVA_XVFB_SCREEN" "$1"
+            same=0
+        fi
+    done
 }
 
 End()
