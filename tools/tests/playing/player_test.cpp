@@ -168,7 +168,8 @@ TEST(Player, BeginsInTheMiddleOfACue)
     playback.start = 4200;
 
     EXPECT_EQ(Play(FiveCues(), input, playback),
-              std::string("00:00:04.000  Caption 4\n00:00:05.000  Caption 5\n2 cues shown, 0 dropped; ") + g_inTime);
+              std::string("00:00:04.000  Caption 4\n00:00:05.000  Caption 5\n2 cues shown, 0 dropped; ") +
+                  g_inTime);
     EXPECT_EQ(input.waits(), (std::vector<int>{0, 300, 800, 1300}));
 }
 
@@ -180,7 +181,8 @@ TEST(Player, ListsACueThatOverlapsOthersOnce)
     ScriptedInput input;
 
     EXPECT_EQ(Play(cues, input),
-              std::string("00:00:01.000  Caption 1\n00:00:02.000  Caption 2\n2 cues shown, 0 dropped; ") + g_inTime);
+              std::string("00:00:01.000  Caption 1\n00:00:02.000  Caption 2\n2 cues shown, 0 dropped; ") +
+                  g_inTime);
 }
 
 TEST(Player, StandsStillWhilePaused)
@@ -217,8 +219,9 @@ TEST(Player, BeginsAgainAtTheEndWhereItLoops)
     playback.loop = true;
     playback.start = 4000;
 
-    EXPECT_EQ(Play(FiveCues(), input, playback).substr(0, 5 * 24),
-              "00:00:04.000  Caption 4\n00:00:05.000  Caption 5\n00:00:04.000  Caption 4\n00:00:05.000  Caption 5\n"
-              "00:00:04.000  Caption 4\n")
+    EXPECT_EQ(
+        Play(FiveCues(), input, playback).substr(0, 5 * 24),
+        "00:00:04.000  Caption 4\n00:00:05.000  Caption 5\n00:00:04.000  Caption 4\n00:00:05.000  Caption 5\n"
+        "00:00:04.000  Caption 4\n")
         << "each round takes a second and a half";
 }
