@@ -1,12 +1,12 @@
 # SPDX-License-Identifier: MIT
-# How tests, scripts and shells start programs of this build: as they are, or under emulation by scripts in a folder of
-# its own beside them, which hand them to the emulator.
+# How tests, scripts and shells start programs of this build: directly, or for emulation through wrapper scripts, which
+# are in a separate folder next to the programs.
 set(KOVA_EMULATED "")
 if(CMAKE_CROSSCOMPILING_EMULATOR)
     set(KOVA_EMULATED /emulated)
 endif()
 
-# Sets a variable to what starts the target's program.
+# Sets a variable to the command that starts the target's program.
 function(kova_program variable target)
     set(program $<TARGET_FILE:${target}>)
     if(CMAKE_CROSSCOMPILING_EMULATOR)

@@ -1,14 +1,14 @@
 # SPDX-License-Identifier: MIT
-# What `cmake --install` brings: the library with its headers, pkg-config file and CMake package, and the tool. The
-# stand-in logging library is equipment of a desk and comes only when asked for: on a set it would hide the real one.
+# What `cmake --install` installs: the library with its headers, pkg-config file and CMake package, and the tool. The
+# stub logging library is for development machines and optional: on a device it would hide the real one.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 install(TARGETS kova_textdisp LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library)
 if(KOVA_INSTALL_UTILITY)
     if(NOT TARGET kova_utility)
-        message(FATAL_ERROR "-DKOVA_INSTALL_UTILITY=ON installs the bundled stand-in, and -DKOVA_UTILITY_LIBRARY takes "
-            "the platform's own instead: give one of the two.")
+        message(FATAL_ERROR "-DKOVA_INSTALL_UTILITY=ON installs the bundled stub, but -DKOVA_UTILITY_LIBRARY selects "
+            "the platform's library: use only one of the two options.")
     endif()
     install(TARGETS kova_utility LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT utility)
 endif()
@@ -19,7 +19,7 @@ install(FILES
         ${PROJECT_SOURCE_DIR}/include/kova/kova_textdisp_dfb.h
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/kova COMPONENT development)
 
-# Written by hand, for an exported target would carry the logging library of the machine that built it.
+# Written by hand: an exported target would contain the logging library of the build machine.
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/KovaTextDisplay)
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/KovaTextDisplayConfig.cmake.in
     ${PROJECT_BINARY_DIR}/KovaTextDisplayConfig.cmake INSTALL_DESTINATION ${package_dir}
@@ -31,7 +31,7 @@ install(FILES
         ${PROJECT_BINARY_DIR}/KovaTextDisplayConfigVersion.cmake
     DESTINATION ${package_dir} COMPONENT development)
 
-# Filled in at installation, when the prefix is known: `cmake --install --prefix` may still change it.
+# Filled in at installation, because `cmake --install --prefix` can change the prefix.
 foreach(name PROJECT_DESCRIPTION PROJECT_VERSION CMAKE_INSTALL_LIBDIR CMAKE_INSTALL_INCLUDEDIR)
     install(CODE "set(${name} \"${${name}}\")" COMPONENT development)
 endforeach()

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
-# Writes version_bytes.h into the build tree: what this build is, scrambled. Byte i of the text is exclusive-or'ed
-# with (0x5A + 7 i) mod 256, so that no string search meets it by accident.
+# Writes version_bytes.h into the build tree: the build identification, scrambled. Byte i of the text is XORed with
+# (0x5A + 7 i) mod 256, so that no string search finds it by accident.
 function(kova_write_version header compiler_flags)
     find_package(Git QUIET)
     set(commit "unknown")

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-/* A stand-in for the set's libUtility.so, for machines that are no television. Records go to standard error
-   as lines:
+/* A stub of the platform's libUtility.so, for development machines. It writes records to standard error as
+   lines:
 
        LOG     default Src/kova_textdisp_dfb DrawString:131 [7f3a41c0] text
 
-   That is level, category, source, function and line, thread, and the text.
+   A line consists of level, category, source, function and line, thread, and the text.
 
-   KOVA_DEBUG=0 to 5 in the environment sets the threshold (1, errors, without it). An error of the library
-   comes as three records, of which the last ends the line; they are kept together, whatever other threads
-   write meanwhile. */
+   KOVA_DEBUG=0 to 5 in the environment sets the threshold (default 1: errors). The library logs an error as
+   three records, and only the last one ends the line. The stub keeps them together, whatever other threads
+   log meanwhile. */
 #define _GNU_SOURCE
 #include "kova_debug.h"
 
@@ -28,7 +28,7 @@ static KovaDebugCategory s_default = {"default", 7};
 KovaDebugCategory *KOVA_CAT_DEFAULT = &s_default;
 int __kova_debug_min = 1;
 
-/* A line that is not yet at its end, and the place it speaks of. */
+/* An unfinished line, and the function and line number that logged it. */
 struct line {
     char acText[2048];
     size_t uiLength;
@@ -81,7 +81,7 @@ static struct line *ThisThreadsLine(void)
 {
     static _Thread_local struct line t_line;
 
-    /* Known to the key, so that the thread's end flushes it. */
+    /* The key's destructor flushes the line when the thread ends. */
     if (!pthread_getspecific(s_lineKey)) pthread_setspecific(s_lineKey, &t_line);
     return &t_line;
 }
@@ -130,15 +130,15 @@ void kova_debug_log(KovaDebugCategory *category, int level, const char *file, co
     va_end(arguments);
     if (iLength < 0) return;
     if (iLength >= (int)sizeof acText && format[strlen(format) - 1] == '\n') {
-        acText[sizeof acText - 2] = '\n'; /* a record that is cut still ends its line */
+        acText[sizeof acText - 2] = '\n'; /* a truncated record still ends its line */
     }
 
-    /* Another place speaks: what was pending has had its say. */
+    /* A record from another location: the pending line is complete. */
     if (pLine->pcFunction != function || pLine->iLine != line) FlushLine(pLine);
     pLine->pcFunction = function;
     pLine->iLine = line;
 
-    /* Empty lines around a banner are left out; a record may hold several lines. */
+    /* Empty lines around a banner are dropped; a record can contain several lines. */
     for (const char *pcRest = acText; *pcRest;) {
         const size_t uiPiece = strcspn(pcRest, "\n");
         if (uiPiece) {

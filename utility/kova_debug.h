@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* The set's logging library, libUtility.so, as TextDisplay uses it. */
+/* The part of the platform's logging library, libUtility.so, that TextDisplay uses. */
 #ifndef KOVA_DEBUG_H
 #define KOVA_DEBUG_H
 

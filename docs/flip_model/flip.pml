@@ -1,43 +1,43 @@
 /* SPDX-License-Identifier: MIT */
 /* How frames reach the screen: two callers that draw and flip, the flip thread, a clock, and an owner of the
- * contexts who starts the thread, ends it and starts it again. One step is what one thread does between two
- * moments at which another one may come in. Names are those of Src/kova_textdisp_dfb/presentation.
+ * contexts that starts the thread, ends it and starts it again. One step is what one thread does between two
+ * points at which another thread can interleave. The names are those of Src/kova_textdisp_dfb/presentation.
  *
- * Taken out, each of these must make a property fail:
- *   NO_NOTE   the thread waits without looking at the request and the stop first
- *   NO_PASS   whoever wakes it does not pass through flip_thread_mutex before the signal
- *   NO_STAMP  a direct flip leaves the time of the last one as it is
- *   NO_MARK   drawing does not take back the flip that is pending
- *   NO_GUARD  a request is signalled whether there is a thread or not
- * and put in, this one:
+ * Each of these removes a safeguard and must make a property fail:
+ *   NO_NOTE   the thread waits without reading the request flag and the stop flag first
+ *   NO_PASS   the requester does not pass through flip_thread_mutex before the signal
+ *   NO_STAMP  a direct flip does not update the time of the last one
+ *   NO_MARK   drawing does not cancel the pending flip
+ *   NO_GUARD  a request is signalled whether a thread exists or not
+ * This one adds a race and must make a property fail too:
  *   SECOND_OWNER  another thread creates a context while the owner destroys the last one
  */
 
 #ifndef OPERATIONS
-#define OPERATIONS 3 /* of each caller, at most */
+#define OPERATIONS 3 /* per caller, at most */
 #endif
-#define FRAME 2      /* 16 ms in ticks of the clock; also what the thread sleeps */
+#define FRAME 2      /* 16 ms in ticks of the clock; also how long the thread sleeps */
 
 /* The record. */
-byte display_mutex, flip_thread_mutex; /* 0 free, else who holds it */
+byte display_mutex, flip_thread_mutex; /* 0: free, otherwise the holder */
 byte flip_thread_ref;
 bool flip_thread_stop, bFlipPosted;
 bool blast_frame_changed = true;
 
-/* The thread: whether it waits on the condition, how long it still sleeps, whether it was started, has ended. */
+/* The thread: whether it waits on the condition, was started, has ended, and how long it still sleeps. */
 bool waiting, started, ended;
 byte asleep;
 
 /* The clock: ticks since the last stamp of a direct flip, and since the time was last read, FRAME for longer. */
 byte age = FRAME, since;
 
-/* What the properties look at. */
-bool made;         /* flip_thread_mutex and flip_thread_cond are there */
+/* What the properties refer to. */
+bool made;         /* flip_thread_mutex and flip_thread_cond exist */
 bool joining;      /* the owner waits for the thread to end */
 bool dirty;        /* something was drawn since the last flip */
-bool owed;         /* ... and there was a thread when it was asked to be flipped since */
-bool newer;        /* something was drawn or flipped since a flip was last left to the thread */
-byte gap = FRAME;  /* ticks since the last direct flip, however that is stamped */
+bool owed;         /* ... and its flip was requested while a thread existed */
+bool newer;        /* something was drawn or flipped since a flip was last deferred */
+byte gap = FRAME;  /* ticks since the last direct flip, independent of the stamp */
 byte contexts;
 
 #define orphaned (contexts > 0 && !started)
@@ -46,7 +46,7 @@ ltl last_frame_is_flipped { [] (owed -> <> !owed) }
 ltl stop_ends_the_thread { [] (joining -> <> !joining) }
 ltl every_context_has_a_thread { [] (orphaned -> <> !orphaned) }
 
-/* The other properties are assertions, for they need no look ahead. */
+/* The other properties are assertions: they concern one state only. */
 #define DIRECT_FLIPS_KEEP_THEIR_DISTANCE assert(distance >= FRAME)
 #define SUPERSEDED_FRAME_IS_NOT_FLIPPED assert(!newer)
 #define NOTHING_DESTROYED_IS_TOUCHED assert(made)
@@ -142,7 +142,7 @@ again:
     fi;
     atomic { NOTHING_DESTROYED_IS_TOUCHED; Unlock(flip_thread_mutex); waiting = true }
 #endif
-end_idle: /* here it may stay when all is done */
+end_idle: /* a valid end state */
     !waiting;
     Lock(flip_thread_mutex);
 awake:
@@ -206,7 +206,7 @@ inline DestroyContext()
     atomic { last = flip_thread_ref == 1; contexts-- }
     if
     :: last ->
-        atomic { joining = true; owed = false } /* a flip that is pending is given up */
+        atomic { joining = true; owed = false } /* a pending flip is dropped */
         Wake(flip_thread_stop)
     :: flip_thread_ref > 1 -> flip_thread_ref--
     :: else
@@ -223,7 +223,7 @@ inline DestroyContext()
     last = false
 }
 
-/* At each step it may also be content. */
+/* It can stop after each step. */
 proctype Owner()
 {
     bool last;
@@ -250,7 +250,7 @@ proctype SecondOwner()
 }
 #endif
 
-/* Time passes whenever it makes a difference, and one wake-up comes for no reason. */
+/* Time passes whenever it makes a difference, and there is one spurious wake-up. */
 proctype Clock()
 {
     bool spurious;
