@@ -106,7 +106,6 @@ TEST(TextDispCreate, KeepsTheDisplayAndWritesItsType)
         EXPECT_EQ(RecordOf(gpDisplay)->eLayer, eLayer);
         for (const Record_t &record : Records()) EXPECT_EQ(record.file, "Src/kova_textdisp_dfb");
         Destroy(gpDisplay);
-        EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
     }
 }
 

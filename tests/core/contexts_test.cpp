@@ -52,7 +52,6 @@ TEST(CreateContext, StartsTheThreadWithTheFirstContextOnly)
     EXPECT_EQ(RecordOf(pDisplay)->scActiveContextID, -1); // created is not active
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(CreateContext, KeepsTheCallersGeometry)
@@ -114,7 +113,6 @@ TEST(CreateContext, RebuildsThePlaneWhenItsSizeIsAnother)
         EXPECT_TRUE(LockIsFree(pDisplay));
         Destroy(pDisplay);
     }
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(CreateContext, SucceedsAlthoughThePlaneIsRefused)
@@ -265,7 +263,6 @@ TEST(SetActive, ConfiguresTheLayerForTheFirstContext)
     EXPECT_EQ(NameOf(RecordOf(pDisplay)->pActiveSurface), "base");
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(SetActive, ConfiguresForTrueColoursWithoutAPaletteInThePaletteCopyMode)
@@ -394,7 +391,6 @@ TEST(SetActive, ObtainsTheLayerAndItsSurfaceAnewAfterADeactivation)
                       ClipSet("base2", 720, 480) + Wiped("base2", INDEX_COLORS, "720x480")));
     EXPECT_EQ(RecordOf(pDisplay)->scActiveContextID, 0);
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(SetActive, ReportsALayerThatIsNotObtained)
@@ -516,7 +512,6 @@ TEST(SetActive, CreatesTheFontsAgainAndSelectsTheSelectedOne)
                       Wiped("base", INDEX_COLORS, "720x480")));
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, 1);
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(SetActive, SelectsNoFontWhenNoneWasSelected)
@@ -596,7 +591,6 @@ TEST(SetActive, MakesTheWindowOfTheFirstLayerAnew)
     EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, 1280u);
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(SetActive, LeavesTheActiveContextWhenTheWindowFails)
@@ -725,7 +719,6 @@ TEST(SetActive, TakesEverythingDownWhenNotActive)
         EXPECT_EQ(Trace(), Entered(""));
         Destroy(pDisplay);
     }
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(SetActive, TakesDownWhatAnotherContextUses)
@@ -755,7 +748,6 @@ TEST(SetActive, TakesTheWindowDown)
     EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, nullptr);
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, -1);
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(SetActive, ReportsWhatCannotBeReleasedAndForgetsIt)
@@ -814,7 +806,6 @@ TEST(DestroyContext, StopsTheThreadWithTheLastContextOnly)
     EXPECT_EQ(RecordOf(pDisplay)->ucContextMask, 0);
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(DestroyContext, HoldsTheThreadUntilItHasEnded)
@@ -862,7 +853,6 @@ TEST(DestroyContext, LeavesTheDisplayDrawingWithTheActiveOne)
     EXPECT_EQ(pDisplay->DrawLine(pDisplay, 0, 1, 2, 3, 4, 5), 0);
     EXPECT_TRUE(Contains(Trace(), "base.DrawLine 1,2 3,4\n"));
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(DestroyContext, RefusesAContextThatDoesNotExistAndKeepsTheLock)

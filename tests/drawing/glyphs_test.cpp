@@ -75,7 +75,6 @@ TEST(DrawPixelExpand, HandsTheBitmapOnAndLeavesTheFlipToTheCaller)
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 1);
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjects(), 0) << LiveObjectNames();
 }
 
 TEST(DrawPixelExpand, ReadsTheFactorsFromTheCode)

@@ -143,6 +143,12 @@ void Destroy(pKovaITextDisplay_t pDisplay, const std::string &left)
     DropObjects();
 }
 
+void DestroyUnlocked(pKovaITextDisplay_t pDisplay)
+{
+    EXPECT_FALSE(HoldsLock());
+    Destroy(pDisplay);
+}
+
 std::string CallsOnly(const std::string &trace)
 {
     std::istringstream lines(trace);

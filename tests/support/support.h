@@ -52,6 +52,8 @@ bool AwaitThreadTrace(const std::string &text);
 // Destroys all contexts and the display, and expects that no DirectFB object is left but those named: the
 // ones whose release was made to fail.
 void Destroy(pKovaITextDisplay_t pDisplay, const std::string &left = "");
+// The same after expecting that the caller does not hold the display's lock.
+void DestroyUnlocked(pKovaITextDisplay_t pDisplay);
 
 // While one lives, what is allocated may be lost: for what the library is meant to keep or to lose.
 struct LeaksAreMeant_t {

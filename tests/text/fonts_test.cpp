@@ -33,13 +33,6 @@ static void Empty(pKovaITextDisplay_t pDisplay, kova_sint32 siFont)
     ClearTrace();
 }
 
-static void DestroyAndCount(pKovaITextDisplay_t pDisplay)
-{
-    EXPECT_FALSE(HoldsLock());
-    Destroy(pDisplay);
-    EXPECT_EQ(LiveObjectNames(), "");
-}
-
 TEST(CreateFont, OpensAFontIntoTheLowestSlotWhileHidden)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
@@ -64,7 +57,7 @@ TEST(CreateFont, OpensAFontIntoTheLowestSlotWhileHidden)
     EXPECT_EQ(font.ucWidth, 0u);
     EXPECT_EQ(font.ucUTF8Index, 2);
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, -1); // created is not selected
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, OpensAFontForTheActiveContextOfAShownDisplay)
@@ -76,7 +69,7 @@ TEST(CreateFont, OpensAFontForTheActiveContextOfAShownDisplay)
 
     EXPECT_EQ(siFont, 0);
     EXPECT_EQ(TraceOf("dfb."), "  dfb.CreateFont sans.ttf ATTRIBUTES|HEIGHT attributes 0 height 24\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, RefusesANullDisplayAndABadContextBeforeItsEntryTrace)
@@ -97,7 +90,7 @@ TEST(CreateFont, RefusesANullDisplayAndABadContextBeforeItsEntryTrace)
                        "ERROR CreateFont: Invalid context ID!\n"
                        "ERROR CreateFont: Invalid context ID!\n");
     EXPECT_EQ(siFont, -5);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, RefusesAnInactiveContextBeforeItsArguments)
@@ -113,7 +106,7 @@ TEST(CreateFont, RefusesAnInactiveContextBeforeItsArguments)
                        "enter CreateFont height:24 sans.ttf\n"
                        "  ERROR CreateFont: Inactive context!\n");
     EXPECT_EQ(siFont, -5);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, ReportsNullArgumentsAndSucceeds)
@@ -135,7 +128,7 @@ TEST(CreateFont, ReportsNullArgumentsAndSucceeds)
                        "  ERROR CreateFontInternal: NULL Pointer!\n"
                        "exit CreateFont\n");
     EXPECT_EQ(siFont, -5);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, PassesHeightAndAttributesOnByNumber)
@@ -170,7 +163,7 @@ TEST(CreateFont, PassesHeightAndAttributesOnByNumber)
         EXPECT_EQ(int(RecordOf(pDisplay)->font[0].eAttr), row.iAttributes);
         EXPECT_EQ(RecordOf(pDisplay)->font[0].ucHeight, row.uiHeight);
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // ---- a font asked for again
@@ -192,7 +185,7 @@ TEST(CreateFont, FindsTheFontOpenAtTheSameHeightAndForgetsItsScaling)
     EXPECT_EQ(RecordOf(pDisplay)->font[1].pFont, pFont);
     EXPECT_EQ(RecordOf(pDisplay)->font[1].ucWidth, 0u);
     EXPECT_EQ(RecordOf(pDisplay)->font[1].eAttr, KOVA_FONTATTR_NONE);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, ReleasesTheFontAtAnotherHeightFirst)
@@ -214,7 +207,7 @@ TEST(CreateFont, ReleasesTheFontAtAnotherHeightFirst)
     EXPECT_EQ(RecordOf(pDisplay)->font[0].ucWidth, 0u);
     EXPECT_EQ(RecordOf(pDisplay)->font[0].pcFontName, RecordOf(pDisplay)->FontName[0]);
     EXPECT_EQ(RecordOf(pDisplay)->FontName[1][0], 0);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, MovesAFontAtAnotherHeightToTheLowestFreeSlotAndKeepsItsRow)
@@ -233,7 +226,7 @@ TEST(CreateFont, MovesAFontAtAnotherHeightToTheLowestFreeSlotAndKeepsItsRow)
     EXPECT_STREQ(RecordOf(pDisplay)->FontName[0], "a"); // a row outlives its font
     const KovaDFBFont_t empty = {};
     EXPECT_EQ(memcmp(&RecordOf(pDisplay)->font[1], &empty, sizeof empty), 0);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, LooksAtTheFirstSlotOfTheNameAlone)
@@ -250,7 +243,7 @@ TEST(CreateFont, LooksAtTheFirstSlotOfTheNameAlone)
     EXPECT_EQ(TraceOf("font"), "  font.Release\n"
                                "  font3.EnumEncodings\n");
     EXPECT_NE(RecordOf(pDisplay)->font[1].pFont, nullptr);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, PassesOverASlotThatLostItsFontWithoutReleasingIt)
@@ -268,7 +261,7 @@ TEST(CreateFont, PassesOverASlotThatLostItsFontWithoutReleasingIt)
     EXPECT_EQ(siFont, 0);
     EXPECT_EQ(RecordOf(pDisplay)->font[4].pcFontName, nullptr);
     EXPECT_EQ(RecordOf(pDisplay)->font[0].pcFontName, RecordOf(pDisplay)->FontName[4]);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, TakesTheNameFromItsOwnTable)
@@ -282,7 +275,7 @@ TEST(CreateFont, TakesTheNameFromItsOwnTable)
     EXPECT_EQ(siFont, 0);
     EXPECT_STREQ(RecordOf(pDisplay)->FontName[0], "sans.ttf");
     EXPECT_EQ(TraceOf("dfb."), "  dfb.CreateFont sans.ttf ATTRIBUTES|HEIGHT attributes 0 height 30\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, PrintsAReleaseThatFailsAndGoesOn)
@@ -321,7 +314,7 @@ TEST(CreateFont, OpensEightFontsAndNoNinth)
     for (int i = 0; i < 8; i++) {
         EXPECT_STREQ(RecordOf(pDisplay)->FontName[i], std::string(1, char('a' + i)).c_str());
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, ReportsAFontThatCannotBeOpenedInTheWordsOfAFullTable)
@@ -360,7 +353,7 @@ TEST(CreateFont, ReportsAFontThatCannotBeOpenedInTheWordsOfAFullTable)
 
     Reset();
     EXPECT_EQ(Given(pDisplay, "a"), 0);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, LosesTheOldFontWhenTheNewHeightCannotBeOpened)
@@ -376,7 +369,7 @@ TEST(CreateFont, LosesTheOldFontWhenTheNewHeightCannotBeOpened)
     EXPECT_EQ(RecordOf(pDisplay)->font[0].pFont, nullptr);
     EXPECT_EQ(RecordOf(pDisplay)->font[0].pcFontName, nullptr);
     EXPECT_STREQ(RecordOf(pDisplay)->FontName[0], "a");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // ---- names
@@ -391,7 +384,7 @@ TEST(CreateFont, TakesNamesOfUpTo99Characters)
     EXPECT_STREQ(RecordOf(pDisplay)->font[0].pcFontName, longest.c_str());
     EXPECT_EQ(RecordOf(pDisplay)->FontName[1][0], 0);
     EXPECT_EQ(Given(pDisplay, longest), 0);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, LeavesAFontOfALongerNameInItsSlotWithoutAName)
@@ -417,7 +410,7 @@ TEST(CreateFont, LeavesAFontOfALongerNameInItsSlotWithoutAName)
     EXPECT_EQ(Given(pDisplay, "a"), 1); // the slot is in use
     EXPECT_EQ(Given(pDisplay, name), -5);
     EXPECT_NE(RecordOf(pDisplay)->font[2].pFont, nullptr); // and each further try uses up one more
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, PrefersTheSlotsOwnRowThenAnEqualRowThenTheFirstFreeOne)
@@ -455,7 +448,7 @@ TEST(CreateFont, PrefersTheSlotsOwnRowThenAnEqualRowThenTheFirstFreeOne)
     rows[1][0] = 0;
     EXPECT_EQ(Given(pDisplay, "newer"), 3);
     EXPECT_EQ(rowOf(3), 1);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, LeavesTheFontWithoutANameWhenNoRowIsFree)
@@ -475,7 +468,7 @@ TEST(CreateFont, LeavesTheFontWithoutANameWhenNoRowIsFree)
     EXPECT_NE(RecordOf(pDisplay)->font[2].pFont, nullptr);
     EXPECT_EQ(RecordOf(pDisplay)->font[2].pcFontName, nullptr);
     EXPECT_STREQ(RecordOf(pDisplay)->FontName[2], "c");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, FindsARowAgainByItsNameWhenAllAreTaken)
@@ -488,7 +481,7 @@ TEST(CreateFont, FindsARowAgainByItsNameWhenAllAreTaken)
     EXPECT_EQ(Given(pDisplay, "g"), 2);
 
     EXPECT_EQ(RecordOf(pDisplay)->font[2].pcFontName, RecordOf(pDisplay)->FontName[6]);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // ---- encodings
@@ -508,7 +501,7 @@ TEST(CreateFont, PrintsAnEnumerationThatFailsAndSucceeds)
     EXPECT_STREQ(RecordOf(pDisplay)->font[0].pcFontName, "a");
     EXPECT_EQ(RecordOf(pDisplay)->font[0].ucUTF8Index, 0);
     EXPECT_EQ(RecordOf(pDisplay)->font[0].encoding[0].cEncoding, nullptr);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, KeepsTheUTF8EncodingOnlyWhenItComesLast)
@@ -544,7 +537,7 @@ TEST(CreateFont, KeepsTheUTF8EncodingOnlyWhenItComesLast)
             EXPECT_EQ(font.encoding[i].cEncoding, bGiven ? row.encodings[i].second : nullptr); // the pointer
         }
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, StoresEightEncodingsAndEndsTheEnumerationAtTheNinth)
@@ -583,7 +576,7 @@ TEST(CreateFont, StoresEightEncodingsAndEndsTheEnumerationAtTheNinth)
             // The eighth is the last that counts.
             EXPECT_EQ(RecordOf(pDisplay)->font[0].ucUTF8Index, uiUTF8 == 7 ? 23 : 0);
             EXPECT_EQ(RecordOf(pDisplay)->font[1].pFont, nullptr);
-            DestroyAndCount(pDisplay);
+            DestroyUnlocked(pDisplay);
         }
     }
 }
@@ -606,7 +599,7 @@ TEST(CreateFont, EndsTheEnumerationAtAnEncodingWithoutAName)
     EXPECT_EQ(siFont, 0);
     EXPECT_EQ(RecordOf(pDisplay)->font[0].ucUTF8Index, 6);
     EXPECT_EQ(RecordOf(pDisplay)->font[0].encoding[1].id, 0u);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(CreateFont, EndsTheEnumerationWithoutAContext)
@@ -627,7 +620,7 @@ TEST(CreateFont, EndsTheEnumerationWithoutAContext)
         EXPECT_EQ(siFont, 0);
         EXPECT_EQ(RecordOf(pDisplay)->font[0].ucUTF8Index, 0);
         EXPECT_EQ(RecordOf(pDisplay)->font[0].encoding[0].cEncoding, nullptr);
-        DestroyAndCount(pDisplay);
+        DestroyUnlocked(pDisplay);
         Reset();
     }
 }

@@ -18,13 +18,6 @@ static int Select(pKovaITextDisplay_t pDisplay, kova_sint32 siFont, kova_uint32 
     return pDisplay->SetFont(pDisplay, 0, siFont, uiHeight, KovaTextFontAttr_e(iAttributes));
 }
 
-static void DestroyAndCount(pKovaITextDisplay_t pDisplay)
-{
-    EXPECT_FALSE(HoldsLock());
-    Destroy(pDisplay);
-    EXPECT_EQ(LiveObjectNames(), "");
-}
-
 // ---- SetFont
 
 TEST(SetFont, OnlyAttachesAFontThatIsAsAskedForAndKeepsItsWidth)
@@ -42,7 +35,7 @@ TEST(SetFont, OnlyAttachesAFontThatIsAsAskedForAndKeepsItsWidth)
     EXPECT_EQ(RecordText(0), "FontNumb:0 height:24\n");
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, 0);
     EXPECT_EQ(Slot(pDisplay, 0).ucWidth, 12u);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(SetFont, SelectsWhileHidden)
@@ -54,7 +47,7 @@ TEST(SetFont, SelectsWhileHidden)
     EXPECT_EQ(Select(pDisplay, 0, 24), 0);
 
     EXPECT_EQ(CallsOnly(Trace()), surface + ".SetFont font\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(SetFont, ReopensTheSlotsFontAtAnotherHeightAndForgetsItsWidth)
@@ -83,7 +76,7 @@ TEST(SetFont, ReopensTheSlotsFontAtAnotherHeightAndForgetsItsWidth)
     EXPECT_EQ(font.ucWidth, 0u);
     EXPECT_EQ(font.ucUTF8Index, 9);
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, 0);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(SetFont, AsksForItalicAloneAndRemembersAllAttributes)
@@ -115,7 +108,7 @@ TEST(SetFont, AsksForItalicAloneAndRemembersAllAttributes)
         EXPECT_EQ(int(Slot(pDisplay, 0).eAttr), row.iAttributes);
         EXPECT_EQ(Slot(pDisplay, 0).ucHeight, 24u);
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(SetFont, KeepsAFontsNumberAndRowWhereItIsReopened)
@@ -133,7 +126,7 @@ TEST(SetFont, KeepsAFontsNumberAndRowWhereItIsReopened)
     EXPECT_EQ(TraceOf("base."), "  base.SetFont font4\n");
     EXPECT_EQ(Slot(pDisplay, 0).ucHeight, 24u);
     EXPECT_EQ(Slot(pDisplay, 2).ucHeight, 24u);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(SetFont, RefusesInOrder)
@@ -177,7 +170,7 @@ TEST(SetFont, RefusesInOrder)
     EXPECT_EQ(pDisplay->SetFont(nullptr, 4, -1, 0, KOVA_FONTATTR_NONE), -1);
     EXPECT_EQ(Trace(), "ERROR SetFont: NULL Pointer!\n");
     EXPECT_EQ(Slot(pDisplay, 0).ucHeight, 24u);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(SetFont, LeavesTheSlotEmptyAndTheSelectionAsItWasWhenTheFontCannotBeReopened)
@@ -201,7 +194,7 @@ TEST(SetFont, LeavesTheSlotEmptyAndTheSelectionAsItWasWhenTheFontCannotBeReopene
         ClearTrace();
         EXPECT_EQ(Select(pDisplay, 0, 30), -1);
         EXPECT_EQ(Trace(), "  ERROR SetFont: Invalid Font id!\n");
-        DestroyAndCount(pDisplay);
+        DestroyUnlocked(pDisplay);
         Reset();
     }
 }
@@ -240,7 +233,7 @@ TEST(SetFont, PrintsOtherFailuresAndSelects)
                                       CheckLine(DFB_INVARG));
     EXPECT_EQ(TraceOf("exit"), "exit SetFont\n");
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, 0);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(SetFont, SelectsThoughThereIsNoSurface)
@@ -254,7 +247,7 @@ TEST(SetFont, SelectsThoughThereIsNoSurface)
 
     EXPECT_EQ(CallsOnly(Trace()), CheckLine(DFB_DESTROYED));
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, 0);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // ---- GetFontHeight
@@ -276,7 +269,7 @@ TEST(GetFontHeight, GivesDirectFBsHeightOfTheActiveFont)
     EXPECT_EQ(RecordText(0), "input pHeight:-77\n");
     EXPECT_EQ(RecordText(1), "return height:31\n");
     EXPECT_EQ(siHeight, 31);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // What the rows below may find wrong, in the order in which it is looked for.
@@ -336,7 +329,7 @@ template <size_t COUNT> static void ExpectRefusals(const Refusal_t (&refusals)[C
         EXPECT_FALSE(HoldsLock());
         Mend(pDisplay, pFont);
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(GetFontHeight, RefusesInOrderAndAlwaysStoresAHeight)
@@ -376,7 +369,7 @@ TEST(GetFontHeight, GivesNothingWhileHiddenToTheActiveContextToo)
                        "enter GetFontHeight return height:0\n"
                        "exit GetFontHeight\n");
     EXPECT_EQ(siHeight, 0);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(GetFontHeight, PrintsAFailureAndGivesZero)
@@ -392,7 +385,7 @@ TEST(GetFontHeight, PrintsAFailureAndGivesZero)
     EXPECT_EQ(TraceOf("enter GetFontHeight return"), "enter GetFontHeight return height:0\n");
     EXPECT_EQ(TraceOf("exit"), "exit GetFontHeight\n");
     EXPECT_EQ(siHeight, 0);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // ---- ScaleFontWidth
@@ -419,7 +412,7 @@ TEST(ScaleFontWidth, ReopensTheActiveFontInItsWidth)
     EXPECT_EQ(Slot(pDisplay, 1).ucHeight, 24u);
     EXPECT_EQ(Slot(pDisplay, 1).ucUTF8Index, 2);
     EXPECT_EQ(Slot(pDisplay, 0).ucWidth, 0u);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(ScaleFontWidth, TakesTheFactorAs16Point16OfTheHeightsLowByte)
@@ -456,7 +449,7 @@ TEST(ScaleFontWidth, TakesTheFactorAs16Point16OfTheHeightsLowByte)
             EXPECT_EQ(Slot(pDisplay, 0).ucHeight, kova_uint32(row.iHeight));
         }
         EXPECT_EQ(Slot(pDisplay, 0).ucWidth, kova_uint32(row.iWidth));
-        DestroyAndCount(pDisplay);
+        DestroyUnlocked(pDisplay);
     }
 }
 
@@ -481,7 +474,7 @@ TEST(ScaleFontWidth, ScalesWhateverItsSwitchSaysAndNotTwice)
     EXPECT_EQ(TraceOf("dfb."),
               "  dfb.CreateFont sans.ttf ATTRIBUTES|HEIGHT|WIDTH attributes 0 height 24 width 0\n");
     EXPECT_EQ(Slot(pDisplay, 0).ucWidth, 0u);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(ScaleFontWidth, AsksForItalicAloneAndKeepsTheSlotsAttributes)
@@ -502,7 +495,7 @@ TEST(ScaleFontWidth, AsksForItalicAloneAndKeepsTheSlotsAttributes)
                   std::string(".CreateFont sans.ttf ATTRIBUTES|HEIGHT|WIDTH attributes ") + row.pcAttributes +
                       " height 24 width 24\n");
         EXPECT_EQ(int(Slot(pDisplay, 0).eAttr), row.iAttributes);
-        DestroyAndCount(pDisplay);
+        DestroyUnlocked(pDisplay);
     }
 }
 
@@ -541,7 +534,7 @@ TEST(ScaleFontWidth, LeavesTheSlotEmptyWhenTheFontCannotBeReopened)
     ClearTrace();
     EXPECT_EQ(pDisplay->ScaleFontWidth(pDisplay, 0, 1, 65536), -1);
     EXPECT_EQ(Trace(), "  ERROR ScaleFontWidth: Invalid Font id!\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(ScaleFontWidth, PrintsEveryFailureAndGoesOn)
@@ -591,7 +584,7 @@ TEST(GetUnderlineInfo, AnswersForTheActiveFontWhicheverIsNamed)
         EXPECT_EQ(siPosition, -4);
         EXPECT_EQ(siThickness, 3);
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(GetUnderlineInfo, RefusesInOrderAndLeavesTheOutputsAlone)
@@ -633,5 +626,5 @@ TEST(GetUnderlineInfo, PrintsAFailureAndSucceeds)
     EXPECT_EQ(TraceOf("exit"), "exit GetUnderlineInfo\n");
     EXPECT_EQ(siPosition, 77);
     EXPECT_EQ(siThickness, 78);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }

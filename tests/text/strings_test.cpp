@@ -73,13 +73,6 @@ static std::string DirectFlip(pKovaITextDisplay_t pDisplay)
     return "layer.GetConfiguration\n" + SurfaceOf(pDisplay) + ".Flip all WAIT|BLIT|ONSYNC\n";
 }
 
-static void DestroyAndCount(pKovaITextDisplay_t pDisplay)
-{
-    EXPECT_FALSE(HoldsLock());
-    Destroy(pDisplay);
-    EXPECT_EQ(LiveObjectNames(), "");
-}
-
 struct Edge_t {
     int iEdge;
     const char *pcAt10And20, *pcAt0And0, *pcAt1And1, *pcAtTheEnd; // the end of the unsigned numbers
@@ -122,7 +115,7 @@ TEST(DrawString, DrawsEachEdgeInItsPassesUnderTheLockInEveryMode)
                                             ".Flip all WAIT|BLIT|ONSYNC\n") +
                                    "exit DrawString\n");
         }
-        DestroyAndCount(pDisplay);
+        DestroyUnlocked(pDisplay);
     }
 }
 
@@ -144,7 +137,7 @@ TEST(DrawString, WrapsOffsetsAtTheEndsOfTheUnsignedNumbers)
                                               DirectFlip(pDisplay));
         }
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, KeepsXAndYApart)
@@ -168,7 +161,7 @@ TEST(DrawString, KeepsXAndYApart)
         EXPECT_EQ(CallsOnly(Trace()),
                   "font.SetEncoding 2\n" + Calls(pDisplay, row.pcPasses) + DirectFlip(pDisplay));
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, ReportsAnUnknownEdgeDrawsNothingAndFlips)
@@ -190,7 +183,7 @@ TEST(DrawString, ReportsAnUnknownEdgeDrawsNothingAndFlips)
                                "  base.Flip all WAIT|BLIT|ONSYNC\n"
                                "exit DrawString\n");
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, FollowsTheStyleSetByItsOperations)
@@ -207,7 +200,7 @@ TEST(DrawString, FollowsTheStyleSetByItsOperations)
                                              "  base.SetColorIndex 4294967295\n"
                                              "  base.SetColorIndex 300\n"
                                              "  base.SetColorIndex 300\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, TakesColoursPastThePaletteAsTransparentAndPackedOnesFirst)
@@ -230,7 +223,7 @@ TEST(DrawString, TakesColoursPastThePaletteAsTransparentAndPackedOnesFirst)
                                         "  base.SetColor 0,1,0,6\n"
                                         "  base.SetColor 0,0,1,0\n"
                                         "  base.SetColor 0,0,1,0\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, DrawsInTheActiveFontAndItsEncoding)
@@ -246,7 +239,7 @@ TEST(DrawString, DrawsInTheActiveFontAndItsEncoding)
     ClearTrace();
     EXPECT_EQ(Draw(pDisplay), 0);
     EXPECT_EQ(TraceOf("font"), "  font.SetEncoding 2\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // ---- strings and arguments
@@ -265,7 +258,7 @@ TEST(DrawString, TracesTheAlignmentAndDrawsTopLeft)
         EXPECT_EQ(RecordText(0), "string len:4 eEncoding:1, eFlag:" + std::to_string(iFlag) + "\n");
         EXPECT_EQ(TraceOf("base.DrawString"), "  base.DrawString \"Hi\" 10,20 TOPLEFT\n");
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, DrawsWhatItsEncodingMakesOfTheString)
@@ -310,7 +303,7 @@ TEST(DrawString, DrawsWhatItsEncodingMakesOfTheString)
                                DirectFlip(pDisplay)) +
                       "exit DrawString\n");
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, DrawsAll255BytesOfUTF8)
@@ -322,7 +315,7 @@ TEST(DrawString, DrawsAll255BytesOfUTF8)
 
     EXPECT_EQ(TraceOf("base.DrawString"),
               "  base.DrawString \"" + std::string(255, 'u') + "\" 1,2 TOPLEFT\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // ---- the flip
@@ -337,7 +330,7 @@ TEST(DrawString, FlipsTheWindowWithoutAskingItsLayer)
 
     EXPECT_EQ(CallsOnly(Trace()), "font.SetEncoding 2\n" + Calls(pDisplay, "T 10,20") + SurfaceOf(pDisplay) +
                                       ".Flip all WAIT|BLIT|ONSYNC\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, HandsTheFlipToTheThreadWhenTheLastIsTooRecent)
@@ -356,7 +349,7 @@ TEST(DrawString, HandsTheFlipToTheThreadWhenTheLastIsTooRecent)
     EXPECT_TRUE(AwaitSleeper());
     LetSleeperGo();
     EXPECT_TRUE(AwaitThreadTrace("base.Flip all WAIT|BLIT|ONSYNC"));
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, FlipsDirectlyAgainAfterAFrame)
@@ -369,7 +362,7 @@ TEST(DrawString, FlipsDirectlyAgainAfterAFrame)
     EXPECT_EQ(Draw(pDisplay), 0);
 
     EXPECT_EQ(CallsOnly(Trace()), "font.SetEncoding 2\n" + Calls(pDisplay, "T 10,20") + DirectFlip(pDisplay));
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, DefersTheFlipAfterAnUnknownEdgeToo)
@@ -385,7 +378,7 @@ TEST(DrawString, DefersTheFlipAfterAnUnknownEdgeToo)
                                   "base.SetColorIndex 5\n"
                                   "ERROR DrawString: invalid etype:3\\n\n"
                                   "base.GetClip\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, LeavesTheChangedMarkToTheFlip)
@@ -400,7 +393,7 @@ TEST(DrawString, LeavesTheChangedMarkToTheFlip)
     EXPECT_EQ(CallsOnly(Trace()),
               "font.SetEncoding 2\n" + Calls(pDisplay, "T 10,20") + "layer.GetConfiguration\n");
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 0);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // ---- failures
@@ -434,7 +427,7 @@ TEST(DrawString, PrintsEachFailedCallAndGoesOn)
                 EXPECT_EQ(TraceOf("exit"), "exit DrawString\n");
                 EXPECT_FALSE(HoldsLock());
             }
-            DestroyAndCount(pDisplay);
+            DestroyUnlocked(pDisplay);
             Reset();
         }
     }
@@ -497,7 +490,7 @@ TEST(DrawString, RefusesInOrder)
         pRecord->scActiveContextID = 1;
         ClearTrace();
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, ServesEveryContextWhileNoneIsActiveAndNoneBeyond)
@@ -512,7 +505,7 @@ TEST(DrawString, ServesEveryContextWhileNoneIsActiveAndNoneBeyond)
         EXPECT_EQ(iResult, bServed ? 0 : -1);
         EXPECT_EQ(TraceOf("base.DrawString"), bServed ? "  base.DrawString \"Hi\" 1,2 TOPLEFT\n" : "");
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, DrawsNothingForTheActiveContextWhileHidden)
@@ -524,7 +517,7 @@ TEST(DrawString, DrawsNothingForTheActiveContextWhileHidden)
 
     EXPECT_EQ(Trace(), "enter DrawString string len:4 eEncoding:1, eFlag:0\n"
                        "exit DrawString\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(DrawString, DrawsEdgesOnTheBackupSurfaceInUseThoughTheLayerGaveNone)

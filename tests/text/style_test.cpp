@@ -146,7 +146,6 @@ template <size_t COUNT> static void ExpectRefusals(const Refusal_t (&refusals)[C
         ClearTrace();
     }
     Destroy(pDisplay);
-    EXPECT_EQ(LiveObjectNames(), "");
 }
 
 TEST(SetTextForeColor, RefusesInOrderAndIsLostWhileHidden)

@@ -37,13 +37,6 @@ static std::string Times(size_t uiCount, const std::string &text)
     return all;
 }
 
-static void DestroyAndCount(pKovaITextDisplay_t pDisplay)
-{
-    EXPECT_FALSE(HoldsLock());
-    Destroy(pDisplay);
-    EXPECT_EQ(LiveObjectNames(), "");
-}
-
 // ---- the conversion
 
 TEST(Conversion, WritesEachUnitAsOneToThreeBytes)
@@ -93,7 +86,7 @@ TEST(Conversion, WritesEachUnitAsOneToThreeBytes)
         EXPECT_EQ(Measured(pDisplay, row.text.empty() ? nothing : row.text, row.text.size() * 2),
                   std::string("\"") + row.pcBytes + "\"");
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // Every unit there is, against the three forms written the long way round.
@@ -124,7 +117,7 @@ TEST(Conversion, WritesAllUnits)
         text.insert(text.end(), 60, 'x');
         ASSERT_EQ(Measured(pDisplay, text), "\"" + expected + Times(60, "x") + "\"");
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(Conversion, IgnoresAnOddByteAtTheEnd)
@@ -141,7 +134,7 @@ TEST(Conversion, IgnoresAnOddByteAtTheEnd)
                   std::string("\"") + row.pcBytes + "\"");
     }
     EXPECT_EQ(Measured(pDisplay, Units_t(128, 'x'), 255), "\"" + std::string(127, 'x') + "\"");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // The measuring buffer has 256 bytes; all of them may be used, and no character is cut.
@@ -178,7 +171,7 @@ TEST(Conversion, StopsBeforeTheFirstCharacterThatDoesNotFit)
         EXPECT_EQ(Measured(pDisplay, text),
                   "\"" + Times(row.uiThree2, three) + Times(row.uiTwo2, two) + Times(row.uiOne2, "x") + "\"");
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // A character of three bytes that does not fit leaves two bytes free, which a shorter one must not fill.
@@ -198,7 +191,7 @@ TEST(Conversion, TakesNothingBehindTheCharacterThatDoesNotFit)
     Units_t full(84, 0x20AC);
     full.insert(full.end(), {'a', 'b', 0x20AC, 'c'});
     EXPECT_EQ(Measured(pDisplay, full), "\"" + Times(84, "<E2><82><AC>") + "ab\"");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(Conversion, HasRoomForTheLongestStringThatIsDrawn)
@@ -213,7 +206,7 @@ TEST(Conversion, HasRoomForTheLongestStringThatIsDrawn)
 
     EXPECT_EQ(TraceOf("base.DrawString"),
               "  base.DrawString \"" + Times(127, "<E2><82><AC>") + "\" 1,2 TOPLEFT\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 // ---- the width
@@ -236,7 +229,7 @@ TEST(GetStringWidth, MeasuresInTheFontsUTF8Encoding)
                        "exit GetStringWidth return width:30\n");
     EXPECT_EQ(RecordText(1), "return width:30\n");
     EXPECT_EQ(uiWidth, 30u);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(GetStringWidth, CopiesUTF8AndTakesNothingOfOtherEncodings)
@@ -270,7 +263,7 @@ TEST(GetStringWidth, CopiesUTF8AndTakesNothingOfOtherEncodings)
         EXPECT_EQ(TraceOf("exit"), "exit GetStringWidth return width:" + std::to_string(row.uiWidth) + "\n");
         EXPECT_EQ(uiWidth, row.uiWidth);
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(GetStringWidth, CopiesAll255BytesOfUTF8)
@@ -284,7 +277,7 @@ TEST(GetStringWidth, CopiesAll255BytesOfUTF8)
 
     EXPECT_EQ(TraceOf("font.GetStringWidth"), "  font.GetStringWidth \"" + std::string(255, 'u') + "\"\n");
     EXPECT_EQ(uiWidth, 2550u);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(GetStringWidth, HandsANegativeWidthThrough)
@@ -299,7 +292,7 @@ TEST(GetStringWidth, HandsANegativeWidthThrough)
 
     EXPECT_EQ(uiWidth, 0xFFFFFFF6);
     EXPECT_EQ(TraceOf("exit"), "exit GetStringWidth return width:-10\n");
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(GetStringWidth, PrintsFailuresAndGivesZero)
@@ -317,7 +310,7 @@ TEST(GetStringWidth, PrintsFailuresAndGivesZero)
                                       "font.GetStringWidth \"A\"\n" + CheckLine(DFB_INVARG));
     EXPECT_EQ(TraceOf("exit"), "exit GetStringWidth return width:0\n");
     EXPECT_EQ(uiWidth, 0u);
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
 
 TEST(GetStringWidth, RefusesInOrderAndLeavesTheWidthAlone)
@@ -375,5 +368,5 @@ TEST(GetStringWidth, RefusesInOrderAndLeavesTheWidthAlone)
         pRecord->font[0].pFont = pFont;
         ClearTrace();
     }
-    DestroyAndCount(pDisplay);
+    DestroyUnlocked(pDisplay);
 }
