@@ -24,7 +24,7 @@ static DFBResult KeepStill(IDirectFBSurface *, const DFBRegion *, DFBSurfaceFlip
 IDirectFB *KeepDirectFB()
 {
     static IDirectFB *pDfb;
-    void *const pHandle = dlopen("libdirectfb.so", RTLD_NOW | RTLD_GLOBAL);
+    static void *const pHandle = dlopen("libdirectfb.so", RTLD_NOW | RTLD_GLOBAL);
 
     if (!pHandle) Give("No DirectFB: is libdirectfb-dev installed?");
     if (pDfb) return pDfb;

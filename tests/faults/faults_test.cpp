@@ -529,10 +529,10 @@ class Sweep_t
 {
 public:
     Sweep_t(const Case_t &one, KovaGraphicLayer_e eLayer, ColorMode_e eMode)
-        : m_case(one), m_scenario{one.pcOperation, one.pcVariant, eLayer, one.pcUnchanged, {}}, m_eMode(eMode)
+        : m_case(one), m_scenario{one.pcOperation, one.pcVariant, eLayer, one.pcUnchanged, {}},
+          m_eMode(eMode), m_name(std::string(one.pcOperation) + (*one.pcVariant ? "." : "") + one.pcVariant +
+                                 " on layer " + Text(eLayer + 1) + ", colour mode " + Text(eMode))
     {
-        m_name = std::string(one.pcOperation) + (*one.pcVariant ? "." : "") + one.pcVariant + " on layer " +
-                 Text(eLayer + 1) + ", colour mode " + Text(eMode);
         // A display on layer 1 does not release its backup surface, which no operation makes.
         if (eLayer == KOVA_GRAPHIC_LAYER1 && (one.given == WithBackup || one.given == OnBackup))
             m_kept = "backup";

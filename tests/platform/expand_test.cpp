@@ -285,7 +285,9 @@ INSTANTIATE_TEST_SUITE_P(On, ExpandGlyphs, testing::Values(INDEX_COLORS, PACKED_
 TEST(ExpandGlyphsIn, NoByteBeforeOrBehindTheBitmapIsRead)
 {
     const size_t uiPage = size_t(sysconf(_SC_PAGESIZE));
+    // cppcheck-suppress invalidFunctionArg ; an anonymous mapping has no file
     void *const pPages = mmap(nullptr, uiPage * 3, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    // cppcheck-suppress memleak ; a failed assertion ends the process
     ASSERT_NE(pPages, MAP_FAILED);
     kova_uint8 *const pucBegin = static_cast<kova_uint8 *>(pPages) + uiPage, *const pucEnd =
                                                                                  pucBegin + uiPage;

@@ -99,7 +99,7 @@ static DFBResult GetDisplayLayer(IDirectFB *pDfb, DFBDisplayLayerID id, IDirectF
 
 bool WatchDirectFB()
 {
-    void *const pHandle = dlopen("libdirectfb.so", RTLD_NOW | RTLD_GLOBAL);
+    static void *const pHandle = dlopen("libdirectfb.so", RTLD_NOW | RTLD_GLOBAL);
     IDirectFB *pDfb = nullptr;
 
     if (!pHandle) return false;
