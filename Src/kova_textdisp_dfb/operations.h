@@ -23,9 +23,9 @@ DFBSurfacePixelFormat PlaneFormat(const KovaDFBDisplay_t *pDisplay);
 // Sets a back-video plane of this size and of the display's format in the configuration read from the layer.
 void DescribePlane(const KovaDFBDisplay_t *pDisplay, kova_uint32 uiWidth, kova_uint32 uiHeight,
                    DFBDisplayLayerConfig *pConfig);
-// Configures the layer, and remembers how large its surface now is.
-DFBResult Configure(KovaDFBDisplay_t *pDisplay, IDirectFBDisplayLayer *pLayer,
-                    const DFBDisplayLayerConfig &current, const DFBDisplayLayerConfig &wanted);
+// Both remember how large the layer is: as configured, or else as it reported, or else of no known size.
+DFBResult ReadConfiguration(KovaDFBDisplay_t *pDisplay, DFBDisplayLayerConfig *pConfig) HOLDS_DISPLAY;
+DFBResult Configure(KovaDFBDisplay_t *pDisplay, const DFBDisplayLayerConfig &config) HOLDS_DISPLAY;
 // Takes the layer's surface as the base surface, in place of none.
 DFBResult TakeLayerSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 // The whole plane becomes the clip.
@@ -77,6 +77,9 @@ bool ReleaseFlipThread(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 void JoinFlipThread(KovaDFBDisplay_t *pDisplay);
 
 // presentation/backup.cpp
+// Returns the size of the backup surface: the plane's at the moment when the surface was made, whatever becomes of the
+// plane. A surface that was put into the record from outside counts as made at the first call.
+KovaDFBSize_t MeasureBackupSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 int UseBackupSurface(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_bool bBackup);
 int BlitBackupSurface(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, pKovaTextRect_t pRect,
                       kova_uint32 uiDstX, kova_uint32 uiDstY);

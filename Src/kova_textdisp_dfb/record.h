@@ -29,6 +29,11 @@ typedef struct KovaDFBContext_tag {
     kova_uint32 uiPlaneHeight;
 } KovaDFBContext_t, *pKovaDFBContext_t;
 
+typedef struct KovaDFBSize_tag {
+    kova_uint32 uiWidth; // pixels
+    kova_uint32 uiHeight;
+} KovaDFBSize_t;
+
 typedef struct KovaDFBEncoding_tag {
     DFBTextEncodingID id;
     const char *cEncoding; // DirectFB's own string, neither copied nor owned
@@ -121,9 +126,14 @@ typedef struct KovaDFBDisplay_tag {
     // lost if it came between the thread's decision to wait and its wait.
     kova_bool bFlipPosted;
 
-    // core/layer.cpp: the size of pBaseSurface as it was last made, pixels. The plane size may differ from it.
-    kova_uint32 uiSurfaceWidth;
-    kova_uint32 uiSurfaceHeight;
+    // How large the surfaces are, for DrawPixel. The plane size may differ from all of these.
+    KovaDFBSize_t
+        sLayerSize; // core/layer.cpp; the layer's, and so that of a base surface that the layer gave
+    KovaDFBSize_t sWindowSize; // core/osd1_window.cpp; pWindow's
+    kova_bool bWindowSurface;  // core/osd1_window.cpp; a window gave pBaseSurface, of the size that follows
+    KovaDFBSize_t sWindowSurfaceSize;
+    IDirectFBSurface *pMeasuredBackup; // presentation/backup.cpp; the backup surface whose size follows
+    KovaDFBSize_t sBackupSize;
 } KovaDFBDisplay_t, *pKovaDFBDisplay_t;
 
 #endif

@@ -207,15 +207,15 @@ TEST(DescribePlane, StartsFromNothingWhereTheLayerSaysNothing)
 TEST(Configure, RemembersHowLargeTheSurfaceIs)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
-    EXPECT_EQ(RecordOf(pDisplay)->uiSurfaceWidth, 720u);
-    EXPECT_EQ(RecordOf(pDisplay)->uiSurfaceHeight, 480u);
+    EXPECT_EQ(RecordOf(pDisplay)->sLayerSize.uiWidth, 720u);
+    EXPECT_EQ(RecordOf(pDisplay)->sLayerSize.uiHeight, 480u);
     Destroy(pDisplay);
 
     Reset(); // the layer is 1920 by 1080 again, and stays so
     Fail("Layer.SetConfiguration", DFB_UNSUPPORTED);
     pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
-    EXPECT_EQ(RecordOf(pDisplay)->uiSurfaceWidth, 1920u);
-    EXPECT_EQ(RecordOf(pDisplay)->uiSurfaceHeight, 1080u);
+    EXPECT_EQ(RecordOf(pDisplay)->sLayerSize.uiWidth, 1920u);
+    EXPECT_EQ(RecordOf(pDisplay)->sLayerSize.uiHeight, 1080u);
     EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, 720u);
     Destroy(pDisplay);
 }

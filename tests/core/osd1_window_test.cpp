@@ -91,8 +91,8 @@ TEST(CreateOSD1Window, RemembersHowLargeItsSurfaceIs)
 
     EXPECT_EQ(pDisplay->SetPlane(pDisplay, 0, 0, 0, 1280, 700), 0);
 
-    EXPECT_EQ(RecordOf(pDisplay)->uiSurfaceWidth, 1280u);
-    EXPECT_EQ(RecordOf(pDisplay)->uiSurfaceHeight, 700u);
+    EXPECT_EQ(RecordOf(pDisplay)->sWindowSurfaceSize.uiWidth, 1280u);
+    EXPECT_EQ(RecordOf(pDisplay)->sWindowSurfaceSize.uiHeight, 700u);
     Destroy(pDisplay);
 }
 

@@ -3,6 +3,7 @@
 
 #include "kova_debug.h"
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <cstdarg>
@@ -423,12 +424,66 @@ struct Palette_t : Object_t {
     std::shared_ptr<std::vector<DFBColor>> colors;
 };
 
+// Memory that ends at a page which nobody may touch: a byte written after it ends the process, with or without a
+// sanitizer.
+class GuardedMemory
+{
+public:
+    GuardedMemory() = default;
+    GuardedMemory(const GuardedMemory &) = delete;
+    GuardedMemory &operator=(const GuardedMemory &) = delete;
+    ~GuardedMemory()
+    {
+        Free();
+    }
+    void Allocate(size_t uiBytes)
+    {
+        const size_t uiPage = size_t(sysconf(_SC_PAGESIZE));
+        const size_t uiUsed = (uiBytes + uiPage - 1) / uiPage * uiPage;
+
+        Free();
+        m_uiMapped = uiUsed + 2 * uiPage;
+        m_pucMapped = static_cast<unsigned char *>(
+            mmap(nullptr, m_uiMapped, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
+        if (m_pucMapped == MAP_FAILED) abort();
+        if (uiUsed && mprotect(m_pucMapped + uiPage, uiUsed, PROT_READ | PROT_WRITE) != 0) abort();
+        m_pucBytes = m_pucMapped + uiPage + uiUsed - uiBytes;
+        m_uiBytes = uiBytes;
+    }
+    unsigned char *Bytes() const
+    {
+        return m_pucBytes;
+    }
+    bool IsEmpty() const
+    {
+        return m_uiBytes == 0;
+    }
+    // The bytes between the page before and the memory, which do not fill a page.
+    bool IsUntouchedBefore() const
+    {
+        const unsigned char *const pucFirst = m_pucMapped + sysconf(_SC_PAGESIZE);
+        return IsEmpty() || std::all_of(pucFirst, const_cast<const unsigned char *>(m_pucBytes),
+                                        [](unsigned char uc) { return uc == 0; });
+    }
+
+private:
+    void Free()
+    {
+        if (m_pucMapped) munmap(m_pucMapped, m_uiMapped);
+        m_pucMapped = nullptr;
+    }
+
+    unsigned char *m_pucMapped = nullptr, *m_pucBytes = nullptr;
+    size_t m_uiMapped = 0, m_uiBytes = 0;
+};
+
 struct Surface_t : Object_t {
     IDirectFBSurface iface = {};
     int iWidth = 0, iHeight = 0, iPitch = 0;
     DFBSurfacePixelFormat eFormat = DSPF_ARGB;
     DFBRegion clip = {};
-    std::vector<unsigned char> memory;
+    bool bOfLayer = false; // follows the size of its layer, as a surface that a layer gave does
+    GuardedMemory memory;
     std::shared_ptr<std::vector<DFBColor>> colors;
 };
 
@@ -722,6 +777,26 @@ static void FillDrawing(IDirectFBSurface *pIface)
     };
 }
 
+static size_t RowBytes(const Surface_t *pSurface)
+{
+    return size_t(pSurface->iWidth) * (pSurface->eFormat == DSPF_LUT8 ? 1 : 4);
+}
+
+// Whoever wrote left or right of the surface's pixels ends the process, as writing below them does by itself.
+static void DemandUntouchedPadding(const Surface_t *pSurface)
+{
+    bool bUntouched = pSurface->memory.IsUntouchedBefore();
+
+    for (int y = 0; y < pSurface->iHeight && !pSurface->memory.IsEmpty(); y++) {
+        const unsigned char *const pucRow = pSurface->memory.Bytes() + size_t(y) * size_t(pSurface->iPitch);
+        for (size_t x = RowBytes(pSurface); x < size_t(pSurface->iPitch); x++) bUntouched &= pucRow[x] == 0;
+    }
+    if (bUntouched) return;
+    printf("pixels were written outside of the surface \"%s\"\n", pSurface->name.c_str());
+    fflush(stdout);
+    abort();
+}
+
 static void FillState(IDirectFBSurface *pIface)
 {
     pIface->SetClip = [](IDirectFBSurface *pThiz, const DFBRegion *pClip) {
@@ -769,12 +844,15 @@ static void FillState(IDirectFBSurface *pIface)
             Called(Of(pThiz), "Lock", Flags(eFlags, {{DSLF_READ, "READ"}, {DSLF_WRITE, "WRITE"}}, "NONE"));
         if (eResult != DFB_OK) return eResult;
         const bool bEmpty = Of(pThiz)->iWidth == 0 || Of(pThiz)->iHeight == 0;
-        if (Of(pThiz)->memory.empty() && !bEmpty) return DFB_LIMITEXCEEDED; // larger than any memory
-        *ppData = Of(pThiz)->memory.data();
+        if (Of(pThiz)->memory.IsEmpty() && !bEmpty) return DFB_LIMITEXCEEDED; // larger than any memory
+        *ppData = Of(pThiz)->memory.Bytes();
         *piPitch = Of(pThiz)->iPitch;
         return eResult;
     };
-    pIface->Unlock = [](IDirectFBSurface *pThiz) { return Called(Of(pThiz), "Unlock"); };
+    pIface->Unlock = [](IDirectFBSurface *pThiz) {
+        DemandUntouchedPadding(Of(pThiz));
+        return Called(Of(pThiz), "Unlock");
+    };
 }
 
 #ifdef KOVA_VENDOR_HEADER
@@ -822,9 +900,9 @@ static void Lay(Surface_t *pSurface, int iWidth, int iHeight, DFBSurfacePixelFor
     // A caller may ask for a plane that no memory would hold; it is not there to be drawn in then.
     const bool bFits =
         iWidth > 0 && iHeight > 0 && iWidth < 1 << 14 && iHeight < 64 * 1024 * 1024 / (iWidth * 4 + 12);
-    pSurface->iPitch =
-        bFits ? iWidth * (eFormat == DSPF_LUT8 ? 1 : 4) + 12 : 0; // a pitch that is not the width
-    pSurface->memory.assign(size_t(pSurface->iPitch) * size_t(bFits ? iHeight : 0), 0);
+    // A pitch that is not the width.
+    pSurface->iPitch = bFits ? int(RowBytes(pSurface)) + 12 : 0;
+    pSurface->memory.Allocate(size_t(pSurface->iPitch) * size_t(bFits ? iHeight : 0));
 }
 
 IDirectFBSurface *MakeSurface(const std::string &name, int iWidth, int iHeight, DFBSurfacePixelFormat eFormat)
@@ -848,17 +926,23 @@ IDirectFBSurface *MakeSurface(const std::string &name, int iWidth, int iHeight, 
 const unsigned char *Pixels(IDirectFBSurface *pSurface, int *piPitch)
 {
     *piPitch = Of(pSurface)->iPitch;
-    return Of(pSurface)->memory.data();
+    return Of(pSurface)->memory.Bytes();
+}
+
+void SizeOf(IDirectFBSurface *pSurface, int *piWidth, int *piHeight)
+{
+    *piWidth = Of(pSurface)->iWidth;
+    *piHeight = Of(pSurface)->iHeight;
 }
 
 std::vector<unsigned char> Memory(IDirectFBSurface *pSurface)
 {
     const Surface_t *const p = Of(pSurface);
-    const auto uiRow = size_t(p->iWidth) * (p->eFormat == DSPF_LUT8 ? 1 : 4);
+    const size_t uiRow = RowBytes(p);
     std::vector<unsigned char> rows;
 
     for (int y = 0; y < p->iHeight; y++) {
-        const unsigned char *const pucRow = p->memory.data() + size_t(y) * size_t(p->iPitch);
+        const unsigned char *const pucRow = p->memory.Bytes() + size_t(y) * size_t(p->iPitch);
         rows.insert(rows.end(), pucRow, pucRow + uiRow);
     }
     return rows;
@@ -1037,11 +1121,11 @@ static IDirectFBDisplayLayer *MakeLayer()
         if (pConfig->flags & DLCONF_PIXELFORMAT) config.pixelformat = pConfig->pixelformat;
         if (pConfig->flags & DLCONF_BUFFERMODE) config.buffermode = pConfig->buffermode;
         if (pConfig->flags & DLCONF_SURFACE_CAPS) config.surface_caps = pConfig->surface_caps;
-        // A surface that the library keeps over an activation follows its layer in size.
+        // A layer's surface that the library keeps over an activation follows its layer in size.
         const std::lock_guard<std::recursive_mutex> guard(State().mutex);
         for (const auto &[name, pObject] : State().alive) {
-            auto *const pSurface = name.rfind("base", 0) == 0 ? dynamic_cast<Surface_t *>(pObject) : nullptr;
-            if (pSurface) Lay(pSurface, config.width, config.height, pSurface->eFormat);
+            auto *const pSurface = dynamic_cast<Surface_t *>(pObject);
+            if (pSurface && pSurface->bOfLayer) Lay(pSurface, config.width, config.height, pSurface->eFormat);
         }
         return eResult;
     };
@@ -1049,8 +1133,9 @@ static IDirectFBDisplayLayer *MakeLayer()
         bool bNothing = false;
         const DFBResult eResult = Called(Of(pThiz), "GetSurface", "", &bNothing);
         const DFBDisplayLayerConfig &c = State().config;
-        if (eResult == DFB_OK)
-            *ppSurface = bNothing ? nullptr : MakeSurface("base", c.width, c.height, c.pixelformat);
+        if (eResult != DFB_OK) return eResult;
+        *ppSurface = bNothing ? nullptr : MakeSurface("base", c.width, c.height, c.pixelformat);
+        if (*ppSurface) Of(*ppSurface)->bOfLayer = true;
         return eResult;
     };
     pLayer->iface.SetSourceRectangle = [](IDirectFBDisplayLayer *pThiz, int x, int y, int w, int h) {

@@ -96,7 +96,9 @@ void Reset(); // all of the above, and the trace; objects stay alive, and names 
 
 IDirectFBSurface *MakeSurface(const std::string &name, int iWidth, int iHeight,
                               DFBSurfacePixelFormat eFormat);
+// The memory of a surface. A byte written outside of its pixels ends the process, at once or when it is unlocked.
 const unsigned char *Pixels(IDirectFBSurface *pSurface, int *piPitch);
+void SizeOf(IDirectFBSurface *pSurface, int *piWidth, int *piHeight);
 std::vector<unsigned char> Memory(IDirectFBSurface *pSurface); // rows without their padding
 DFBRegion ClipOf(IDirectFBSurface *pSurface);
 std::vector<DFBColor> PaletteOf(IDirectFBSurface *pSurface); // 256 entries

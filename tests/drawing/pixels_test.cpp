@@ -201,8 +201,8 @@ TEST(DrawPixel, WritesNothingRightOfOrBelowTheSurfaceThatWasMade)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     std::vector<kova_uint8> bitmap = Bitmap(20);
-    RecordOf(pDisplay)->uiSurfaceWidth = 300; // there is more memory, so that too much is seen
-    RecordOf(pDisplay)->uiSurfaceHeight = 100;
+    RecordOf(pDisplay)->sLayerSize.uiWidth = 300; // there is more memory, so that too much is seen
+    RecordOf(pDisplay)->sLayerSize.uiHeight = 100;
 
     EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 0, 90, 10, 20, 16), 0);
     EXPECT_EQ(BytesWritten(pDisplay), 10 * 10);
@@ -225,8 +225,8 @@ TEST(DrawPixel, FillsTheBackupSurfaceWhateverSizeTheBaseSurfaceHas)
     EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0);
 
     for (const bool bSmaller : {true, false}) {
-        RecordOf(pDisplay)->uiSurfaceWidth = bSmaller ? 300 : 1280;
-        RecordOf(pDisplay)->uiSurfaceHeight = bSmaller ? 100 : 720;
+        RecordOf(pDisplay)->sLayerSize.uiWidth = bSmaller ? 300 : 1280;
+        RecordOf(pDisplay)->sLayerSize.uiHeight = bSmaller ? 100 : 720;
         Clip(pDisplay, 0, 0, 1279, 719);
         const int iBefore = BytesWritten(pDisplay);
         EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 716, bSmaller ? 470 : 471, 10, 1, 16), 0);

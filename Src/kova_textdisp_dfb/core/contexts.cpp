@@ -89,11 +89,10 @@ static void RebuildLayer(pKovaITextDisplay_t pThiz, kova_sint8 scContextID) HOLD
     IDirectFBDisplayLayer *const pLayer = pDisplay->pLayer;
 
     DFB_CHECK_BRIEF(Call(pLayer, &IDirectFBDisplayLayer::SetCooperativeLevel, DLSCL_EXCLUSIVE));
-    DFBDisplayLayerConfig current = {};
-    DFB_CHECK_BRIEF(Call(pLayer, &IDirectFBDisplayLayer::GetConfiguration, &current));
-    DFBDisplayLayerConfig config = current;
+    DFBDisplayLayerConfig config = {};
+    DFB_CHECK_BRIEF(ReadConfiguration(pDisplay, &config));
     DescribePlane(pDisplay, context.uiPlaneWidth, context.uiPlaneHeight, &config);
-    DFB_CHECK_BRIEF(Configure(pDisplay, pLayer, current, config));
+    DFB_CHECK_BRIEF(Configure(pDisplay, config));
     pDisplay->scActiveContextID = scContextID;
     if (!pDisplay->pBaseSurface) DFB_CHECK_BRIEF(TakeLayerSurface(pDisplay));
     Poke(pDisplay->pActiveSurface, pDisplay->pBaseSurface);

@@ -102,17 +102,15 @@ static bool ObtainFirstLayer(KovaDFBDisplay_t *pDisplay, Place_t place) HOLDS_DI
 
 static void ConfigureFirstPlane(KovaDFBDisplay_t *pDisplay, Place_t place) HOLDS_DISPLAY
 {
-    IDirectFBDisplayLayer *const pLayer = pDisplay->pLayer;
-    DFBDisplayLayerConfig current = {};
+    DFBDisplayLayerConfig config = {};
 
     TEXTDISP_TRACE_AT(place, "Before DFB Set cooperative level!\n");
-    DFB_CHECK(Call(pLayer, &IDirectFBDisplayLayer::SetCooperativeLevel, DLSCL_EXCLUSIVE));
+    DFB_CHECK(Call(pDisplay->pLayer, &IDirectFBDisplayLayer::SetCooperativeLevel, DLSCL_EXCLUSIVE));
     TEXTDISP_TRACE_AT(place, "Before DFB Get configure!\n");
-    DFB_CHECK(Call(pLayer, &IDirectFBDisplayLayer::GetConfiguration, &current));
-    DFBDisplayLayerConfig config = current;
+    DFB_CHECK(ReadConfiguration(pDisplay, &config));
     DescribePlane(pDisplay, pDisplay->uiPlaneWidth, pDisplay->uiPlaneHeight, &config);
     TEXTDISP_TRACE_AT(place, "Set plane to width %d, height %d\n", config.width, config.height);
-    DFB_CHECK(Configure(pDisplay, pLayer, current, config));
+    DFB_CHECK(Configure(pDisplay, config));
 }
 
 static void PrepareFirstSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY
@@ -139,6 +137,7 @@ static bool MakeBackupSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY
     desc.pixelformat = PlaneFormat(pDisplay);
     DFB_CHECK(Call(pDisplay->pDfb, &IDirectFB::CreateSurface, &desc, &pDisplay->pBackupSurface));
     if (!pDisplay->pBackupSurface) return false;
+    MeasureBackupSurface(pDisplay);
     DFB_CHECK(Call(pDisplay->pBackupSurface, &IDirectFBSurface::Clear, 0, 0, 0, 0));
     return true;
 }

@@ -47,11 +47,10 @@ int SetPlane(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint32, kov
     IDirectFBSurface *pKept;
     if (pDisplay->eLayer != KOVA_GRAPHIC_LAYER1) {
         if (pDisplay->pBaseSurface) DFB_CHECK(ReleaseAndClear(pDisplay->pBaseSurface));
-        DFBDisplayLayerConfig current = {};
-        DFB_CHECK(Call(pDisplay->pLayer, &IDirectFBDisplayLayer::GetConfiguration, &current));
-        DFBDisplayLayerConfig config = current;
+        DFBDisplayLayerConfig config = {};
+        DFB_CHECK(ReadConfiguration(pDisplay, &config));
         DescribePlane(pDisplay, uiWidth, uiHeight, &config);
-        DFB_CHECK(Configure(pDisplay, pDisplay->pLayer, current, config));
+        DFB_CHECK(Configure(pDisplay, config));
         StoreCurrentPlane(pDisplay, scContextID, uiWidth, uiHeight);
         pKept = pDisplay->pActiveSurface;
         DFB_CHECK(TakeLayerSurface(pDisplay));
@@ -94,13 +93,12 @@ int AdjustDisplaySize(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_ui
     if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
 
     if (pDisplay->pBaseSurface) DFB_CHECK(ReleaseAndClear(pDisplay->pBaseSurface));
-    DFBDisplayLayerConfig current = {};
-    DFB_CHECK(Call(pDisplay->pLayer, &IDirectFBDisplayLayer::GetConfiguration, &current));
-    DFBDisplayLayerConfig config = current;
+    DFBDisplayLayerConfig config = {};
+    DFB_CHECK(ReadConfiguration(pDisplay, &config));
     config.flags = DFBDisplayLayerConfigFlags(DLCONF_WIDTH | DLCONF_HEIGHT);
     config.width = int(uiWidth);
     config.height = int(uiHeight);
-    DFB_CHECK(Configure(pDisplay, pDisplay->pLayer, current, config));
+    DFB_CHECK(Configure(pDisplay, config));
     StoreCurrentPlane(pDisplay, scContextID, uiWidth, uiHeight);
     DFB_CHECK(TakeLayerSurface(pDisplay));
     ResetClip(pDisplay);

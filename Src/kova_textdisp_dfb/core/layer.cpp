@@ -55,14 +55,24 @@ void DescribePlane(const KovaDFBDisplay_t *pDisplay, kova_uint32 uiWidth, kova_u
     pConfig->surface_caps = DSCAPS_DOUBLE;
 }
 
-DFBResult Configure(KovaDFBDisplay_t *pDisplay, IDirectFBDisplayLayer *pLayer,
-                    const DFBDisplayLayerConfig &current, const DFBDisplayLayerConfig &wanted)
+static KovaDFBSize_t SizeOf(const DFBDisplayLayerConfig &config)
 {
-    const DFBResult eResult = Call(pLayer, &IDirectFBDisplayLayer::SetConfiguration, &wanted);
-    const DFBDisplayLayerConfig &made = eResult == DFB_OK ? wanted : current;
+    return {kova_uint32(config.width), kova_uint32(config.height)};
+}
 
-    pDisplay->uiSurfaceWidth = kova_uint32(made.width);
-    pDisplay->uiSurfaceHeight = kova_uint32(made.height);
+DFBResult ReadConfiguration(KovaDFBDisplay_t *pDisplay, DFBDisplayLayerConfig *pConfig)
+{
+    const DFBResult eResult = Call(pDisplay->pLayer, &IDirectFBDisplayLayer::GetConfiguration, pConfig);
+
+    pDisplay->sLayerSize = eResult == DFB_OK ? SizeOf(*pConfig) : KovaDFBSize_t{0, 0};
+    return eResult;
+}
+
+DFBResult Configure(KovaDFBDisplay_t *pDisplay, const DFBDisplayLayerConfig &config)
+{
+    const DFBResult eResult = Call(pDisplay->pLayer, &IDirectFBDisplayLayer::SetConfiguration, &config);
+
+    if (eResult == DFB_OK) pDisplay->sLayerSize = SizeOf(config);
     return eResult;
 }
 
@@ -72,6 +82,7 @@ DFBResult TakeLayerSurface(KovaDFBDisplay_t *pDisplay)
     const DFBResult eResult = Call(pDisplay->pLayer, &IDirectFBDisplayLayer::GetSurface, &pSurface);
 
     Poke(pDisplay->pBaseSurface, pSurface);
+    pDisplay->bWindowSurface = 0;
     return eResult;
 }
 

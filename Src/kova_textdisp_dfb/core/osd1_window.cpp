@@ -35,18 +35,26 @@ int CreateOSD1Window(pKovaITextDisplay_t pThiz)
     desc.posy = 0;
     desc.options = DFBWindowOptions(DWOP_ALPHACHANNEL | DWOP_SCALE);
     desc.stacking = DWSC_LOWER;
+    const IDirectFBWindow *const pFormerWindow = pDisplay->pWindow;
     DFB_CHECK(Call(pLayer, &IDirectFBDisplayLayer::CreateWindow, &desc, &pDisplay->pWindow));
+    // A call that failed may leave a former window, which keeps its size.
+    if (pDisplay->pWindow != pFormerWindow) {
+        pDisplay->sWindowSize = {pDisplay->uiPlaneWidth, pDisplay->uiPlaneHeight};
+    }
     // Both failures below return 0, as success does: activation then takes the context for active, without a surface.
     if (!pDisplay->pWindow) return TEXTDISP_ERROR("Fail to create window from layer!"), 0;
     IDirectFBWindow *const pWindow = pDisplay->pWindow;
     DFB_CHECK(Call(pWindow, &IDirectFBWindow::SetBounds, 0, 0, config.width, config.height));
 
     IDirectFBSurface *pSurface = pDisplay->pBaseSurface;
-    DFB_CHECK(Call(pWindow, &IDirectFBWindow::GetSurface, &pSurface));
+    const DFBResult eResult = Call(pWindow, &IDirectFBWindow::GetSurface, &pSurface);
+    DFB_CHECK(eResult);
+    if (eResult == DFB_OK || pSurface != pDisplay->pBaseSurface) {
+        pDisplay->bWindowSurface = 1;
+        pDisplay->sWindowSurfaceSize = pDisplay->sWindowSize;
+    }
     Poke(pDisplay->pBaseSurface, pSurface);
     if (!pSurface) return TEXTDISP_ERROR("Fail to get surface from window!"), 0;
-    pDisplay->uiSurfaceWidth = pDisplay->uiPlaneWidth;
-    pDisplay->uiSurfaceHeight = pDisplay->uiPlaneHeight;
     // Cleared, flipped and cleared again, so that both buffers start transparent.
     DFB_CHECK(Call(pSurface, &IDirectFBSurface::Clear, 0, 0, 0, 0));
     DFB_CHECK(Call(pSurface, &IDirectFBSurface::Flip, nullptr, DSFLIP_WAIT | DSFLIP_BLIT | DSFLIP_ONSYNC));

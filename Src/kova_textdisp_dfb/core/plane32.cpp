@@ -19,14 +19,13 @@ int Create32BitPlane(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uin
     if (!RegainLayer(pDisplay, TEXTDISP_HERE)) return Unlock(pDisplay), TEXTDISP_EXIT(), -1;
     IDirectFBDisplayLayer *const pLayer = pDisplay->pLayer;
     DFB_CHECK_BRIEF(Call(pLayer, &IDirectFBDisplayLayer::SetCooperativeLevel, DLSCL_EXCLUSIVE));
-    DFBDisplayLayerConfig current = {};
-    DFB_CHECK_BRIEF(Call(pLayer, &IDirectFBDisplayLayer::GetConfiguration, &current));
-    DFBDisplayLayerConfig config = current;
+    DFBDisplayLayerConfig config = {};
+    DFB_CHECK_BRIEF(ReadConfiguration(pDisplay, &config));
     config.flags = DFBDisplayLayerConfigFlags(DLCONF_WIDTH | DLCONF_HEIGHT | DLCONF_PIXELFORMAT);
     config.width = int(uiWidth);
     config.height = int(uiHeight);
     config.pixelformat = DSPF_ARGB;
-    DFB_CHECK_BRIEF(Configure(pDisplay, pLayer, current, config));
+    DFB_CHECK_BRIEF(Configure(pDisplay, config));
     pDisplay->scActiveContextID = scContextID;
     if (!pDisplay->pBaseSurface) DFB_CHECK_BRIEF(TakeLayerSurface(pDisplay));
     pDisplay->uiPlaneWidth = uiWidth;

@@ -27,17 +27,21 @@ static bool GetCommonRect(const DFBRegion &clip, kova_uint32 uiStartX, kova_uint
     return pArea->uiWidth != 0 && pArea->uiHeight != 0;
 }
 
-// The clip may reach past the surface; no byte is written there.
-static void CutToSurface(const KovaDFBDisplay_t *pDisplay, Area_t *pArea) HOLDS_DISPLAY
+static KovaDFBSize_t TargetSize(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY
 {
-    kova_uint32 uiWidth = pDisplay->uiSurfaceWidth, uiHeight = pDisplay->uiSurfaceHeight;
+    if (pDisplay->pActiveSurface != pDisplay->pBaseSurface) return MeasureBackupSurface(pDisplay);
+    return pDisplay->bWindowSurface ? pDisplay->sWindowSurfaceSize : pDisplay->sLayerSize;
+}
 
-    if (pDisplay->pActiveSurface != pDisplay->pBaseSurface) { // the backup surface is as large as the plane
-        uiWidth = pDisplay->uiPlaneWidth;
-        uiHeight = pDisplay->uiPlaneHeight;
-    }
-    pArea->uiWidth = pArea->uiLeft < uiWidth ? std::min(pArea->uiWidth, uiWidth - pArea->uiLeft) : 0;
-    pArea->uiHeight = pArea->uiTop < uiHeight ? std::min(pArea->uiHeight, uiHeight - pArea->uiTop) : 0;
+// The clip may reach past the surface; no byte is written there.
+static void CutToSurface(KovaDFBDisplay_t *pDisplay, Area_t *pArea) HOLDS_DISPLAY
+{
+    const KovaDFBSize_t size = TargetSize(pDisplay);
+
+    pArea->uiWidth =
+        pArea->uiLeft < size.uiWidth ? std::min(pArea->uiWidth, size.uiWidth - pArea->uiLeft) : 0;
+    pArea->uiHeight =
+        pArea->uiTop < size.uiHeight ? std::min(pArea->uiHeight, size.uiHeight - pArea->uiTop) : 0;
 }
 
 int DrawPixel(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uint8 *ucPixel, kova_uint32 uiStartX,

@@ -20,16 +20,16 @@ struct GlyphAttributes_t {
     int hz, vz; // factors
 };
 
-template <typename Surface, typename Result, typename Data, typename Attributes, typename Points, typename Count>
-std::remove_const_t<Attributes>
-    AttributesOf(Result (*Surface::*method)(Surface *, Data, Attributes *, Points, Count));
+template <typename Surface, typename Result, typename Data, typename Attributes, typename Points,
+          typename Count>
+std::remove_const_t<Attributes> AttributesOf(Result (*Surface::*method)(Surface *, Data, Attributes *, Points,
+                                                                        Count));
 
 // A platform with a batch call takes its own record, so the glyphs of a batch are described in that record at once.
 template <typename, typename = void> struct GlyphRecord {
     typedef GlyphAttributes_t Type;
 };
-template <typename Surface>
-struct GlyphRecord<Surface, std::void_t<decltype(&Surface::BatchDrawMonoGlyph)>> {
+template <typename Surface> struct GlyphRecord<Surface, std::void_t<decltype(&Surface::BatchDrawMonoGlyph)>> {
     typedef decltype(AttributesOf(&Surface::BatchDrawMonoGlyph)) Type;
 };
 typedef GlyphRecord<IDirectFBSurface>::Type MonoGlyph_t;

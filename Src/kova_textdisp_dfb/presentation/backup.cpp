@@ -4,6 +4,15 @@
 namespace textdisp
 {
 
+KovaDFBSize_t MeasureBackupSurface(KovaDFBDisplay_t *pDisplay)
+{
+    if (pDisplay->pMeasuredBackup != pDisplay->pBackupSurface) {
+        pDisplay->pMeasuredBackup = pDisplay->pBackupSurface;
+        pDisplay->sBackupSize = {pDisplay->uiPlaneWidth, pDisplay->uiPlaneHeight};
+    }
+    return pDisplay->sBackupSize;
+}
+
 int UseBackupSurface(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_bool bBackup)
 {
     KovaDFBDisplay_t *const pDisplay = Record(pThiz);
@@ -14,6 +23,7 @@ int UseBackupSurface(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_boo
     if (!IsContextID(scContextID)) return TEXTDISP_ERROR("Invalid context ID!"), Unlock(pDisplay), -1;
     if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
     IDirectFBSurface *const pTarget = bBackup ? pDisplay->pBackupSurface : pDisplay->pBaseSurface;
+    if (bBackup) MeasureBackupSurface(pDisplay);
     if (pDisplay->pActiveSurface == pTarget) return Unlock(pDisplay), 0; // and no exit trace
     if (!pDisplay->pActiveSurface) {
         Poke(pDisplay->pActiveSurface, pTarget);
@@ -63,6 +73,7 @@ int BlitBackupSurface(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, pKovaTe
     Lock(pDisplay);
     if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
     const DFBRectangle source = {int(pRect->uiX), int(pRect->uiY), int(pRect->uiWidth), int(pRect->uiHeight)};
+    MeasureBackupSurface(pDisplay);
     DFB_CHECK(Call(pDisplay->pBaseSurface, &IDirectFBSurface::Blit, pDisplay->pBackupSurface, &source, uiDstX,
                    uiDstY));
     return Unlock(pDisplay), TEXTDISP_EXIT(), 0;
