@@ -446,6 +446,7 @@ static void DecodeControl(State &state, int field_index, uint8_t first, uint8_t 
     group->handler(control);
     if (prints) state.activity.channels_with_text |= uint8_t(1 << (&channel - state.channels));
     Touch(state, channel.status, false);
+    SettleFlash(state, channel);
 }
 
 // ------------------------------------------------------------------------------------------------------ Characters
@@ -460,6 +461,7 @@ static void DecodeCharacter(State &state, int field_index, uint16_t character)
     NoteData(state, channel);
     if (channel.mode == KOVA_CAPTIONS_NO_MODE) return;
     Put(state, channel, {character, kCharacter, 0, 0});
+    SettleFlash(state, channel);
     state.activity.channels_with_text |= uint8_t(1 << (&channel - state.channels));
 }
 
@@ -489,6 +491,7 @@ static void ResetCaptions(State &state, int field)
         uint8_t &selected = state.fields[field].selected[data_channel];
 
         ResetChannel(state, captions);
+        SettleFlash(state, state.channels[captions]);
         if (selected == captions) selected = kNoChannel;
     }
 }
@@ -582,8 +585,6 @@ static void DecodeGoodPair(State &state, int field_index, uint8_t first, uint8_t
 
 void DecodePair(State &state, int field, uint8_t first, uint8_t second)
 {
-    const uint32_t before = state.revision;
-
     // Null pairs without parity are what careless encoders fill up with.
     if (first == 0 && second == 0) return;
     if (HasOddParity(first) && HasOddParity(second)) {
@@ -592,8 +593,6 @@ void DecodePair(State &state, int field, uint8_t first, uint8_t second)
         CountBadPair(state, field, first, second);
         DecodeBadPair(state, field, first, second);
     }
-    if (state.revision == before) return;
-    for (Channel &channel : state.channels) SettleFlash(state, channel);
 }
 
 } // namespace captions

@@ -137,6 +137,9 @@ static void Scan(State &state, Service &service)
 
 static void TakeByte(State &state, Service &service, uint8_t byte)
 {
+    // Most bytes are characters that nothing holds back.
+    const bool ascii = byte >= 0x20 && byte < 0x80;
+    if (ascii && service.size == 0 && !IsDelayed(service)) return Execute(state, service, &byte, 1);
     if (service.size == kBuffer) {
         ++state.counters.full_buffers;
         EndRun(state, service.run);

@@ -238,10 +238,16 @@ static void CopyMemory(const Memory &memory, KovaCaptionsChannelCell (*rows)[kCh
     for (int row = 0; row < kChannelRows; ++row) ReadRow(memory.cells[row], rows[row]);
 }
 
+// Text has no memory that is not displayed.
+static void EmptyCells(KovaCaptionsChannelCell (*rows)[kChannelColumns])
+{
+    const Code nothing[kChannelColumns] = {};
+    for (int row = 0; row < kChannelRows; ++row) ReadRow(nothing, rows[row]);
+}
+
 static void CopyChannel(const State &state, const Channel &from, KovaCaptionsChannel &to)
 {
     const Memory &displayed = state.memories[from.displayed];
-    static const Memory kNothing = {};
     const bool captions = from.displayed != from.non_displayed;
 
     memset(&to, 0, sizeof to);
@@ -254,7 +260,8 @@ static void CopyChannel(const State &state, const Channel &from, KovaCaptionsCha
     to.cursor_row = from.row;
     to.cursor_column = from.column;
     CopyMemory(displayed, to.displayed);
-    CopyMemory(captions ? state.memories[from.non_displayed] : kNothing, to.non_displayed);
+    CopyMemory(state.memories[from.non_displayed], to.non_displayed);
+    if (!captions) EmptyCells(to.non_displayed);
 }
 
 int Kova_Captions_GetChannel(KovaCaptions *decoder, uint8_t source, KovaCaptionsChannel *channel)
@@ -372,7 +379,7 @@ static bool TakeEvent(Events &events, KovaCaptionsEvent &event)
 {
     if (events.count == 0) return false;
     event = events.ring[events.first];
-    events.first = (events.first + 1) % events.capacity;
+    if (++events.first == events.capacity) events.first = 0;
     --events.count;
     return true;
 }

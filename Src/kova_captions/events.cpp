@@ -13,7 +13,10 @@ static KovaCaptionsEvent *NewEvent(State &state, int64_t time, uint8_t source, u
     if (events.capacity == 0) return nullptr;
     if (events.count == events.capacity) return ++state.counters.lost_events, nullptr;
 
-    KovaCaptionsEvent *const event = &events.ring[(events.first + events.count++) % events.capacity];
+    const uint32_t free = events.capacity - events.first;
+    KovaCaptionsEvent *const event =
+        &events.ring[events.count < free ? events.first + events.count : events.count - free];
+    ++events.count;
     memset(event, 0, sizeof *event);
     event->time = time;
     event->source = source;

@@ -7,127 +7,125 @@
 namespace captions
 {
 
+// Lists of names are bytes in a row, each name with its zero byte, and an empty one ends a list: tables of pointers would
+// take twice the room, and every program that loads the library would have to relocate them.
+
+// The name after this one.
+static const char *After(const char *name)
+{
+    return name + strlen(name) + 1;
+}
+
+// The name of a number in a list, or the empty name at its end.
+static const char *Nth(const char *list, unsigned number)
+{
+    while (*list && number-- > 0) list = After(list);
+    return list;
+}
+
 // ------------------------------------------------------------------------------------------------------------- Values
 
-static const char *const kOpacities[] = {"solid", "flash", "translucent", "transparent"};
-static const char *const kOpacities608[] = {"solid", "flash", "semi-transparent", "transparent"};
-static const char *const kDirections[] = {"left-to-right", "right-to-left", "top-to-bottom", "bottom-to-top"};
-static const char *const kJustifications[] = {"left", "right", "center", "full"};
-static const char *const kEffects[] = {"snap", "fade", "wipe", "reserved"};
-static const char *const kEdges[] = {"none", "raised", "depressed", "uniform", "shadow-left", "shadow-right"};
-static const char *const kSizes[] = {"small", "standard", "large"};
-static const char *const kOffsets[] = {"subscript", "normal", "superscript"};
-static const char *const kSystems[] = {"none", "mpa", "us-tv", "canadian-english", "canadian-french"};
-
-// The colours of 608, by red, green and blue: each is off or full.
-static const char *const kColors608[] = {"black", "blue",    "green",  "cyan",
-                                         "red",   "magenta", "yellow", "white"};
-
-// How an argument is written: the first letter of its entry.
-struct Names {
+// The names of an argument's values, by the letter of the argument.
+struct Values {
     char letter;
-    uint8_t count;
-    const char *const *names;
+    char names[62];
 };
 
-#define NAMES(letter, names)                                                                                 \
-    {                                                                                                        \
-        letter, sizeof(names) / sizeof *(names), names                                                       \
-    }
-static const Names kNames[] = {
-    NAMES('O', kOpacities),      NAMES('o', kOpacities608), NAMES('D', kDirections),
-    NAMES('J', kJustifications), NAMES('F', kEffects),      NAMES('E', kEdges),
-    NAMES('S', kSizes),          NAMES('V', kOffsets),      NAMES('R', kSystems),
+static const Values kValues[] = {
+    {'O', "solid\0flash\0translucent\0transparent\0"},
+    {'o', "solid\0flash\0semi-transparent\0transparent\0"},
+    {'D', "left-to-right\0right-to-left\0top-to-bottom\0bottom-to-top\0"},
+    {'J', "left\0right\0center\0full\0"},
+    {'F', "snap\0fade\0wipe\0reserved\0"},
+    {'E', "none\0raised\0depressed\0uniform\0shadow-left\0shadow-right\0"},
+    {'S', "small\0standard\0large\0"},
+    {'V', "subscript\0normal\0superscript\0"},
+    {'R', "none\0mpa\0us-tv\0canadian-english\0canadian-french\0"},
+    // The colours of 608, by red, green and blue, each of which is off or full.
+    {'c', "black\0blue\0green\0cyan\0red\0magenta\0yellow\0white\0"},
 };
-#undef NAMES
 
 // ------------------------------------------------------------------------------------------------------------- Events
 
-struct Entry {
-    uint8_t code;
-    const char *name;
-    // One entry an argument, each behind its letter: # decimal, x two hexadecimal digits, X four, c a colour of 608, C
-    // one of 708, or a letter of kNames.
-    const char *arguments[14];
-};
+// One line an event, in the order of KovaCaptionsCode: its name, then its arguments, each behind the letter that says how
+// it is written: # decimal, x two hexadecimal digits, X four, C a colour of 708, or a letter of kValues.
+static const char kEvents[] =
+    "Text\0\0"
+    "TransparentSpace\0\0"
+    "Backspace\0\0"
+    "CarriageReturn\0\0"
+    "UnknownCode\0Xcode\0\0"
+    "ResumeCaptionLoading\0\0"
+    "AlarmOff\0\0"
+    "AlarmOn\0\0"
+    "DeleteToEndOfRow\0\0"
+    "RollUp\0#rows\0\0"
+    "FlashOn\0\0"
+    "ResumeDirectCaptioning\0\0"
+    "TextRestart\0\0"
+    "ResumeTextDisplay\0\0"
+    "EraseDisplayedMemory\0\0"
+    "EraseNonDisplayedMemory\0\0"
+    "EndOfCaption\0\0"
+    "TabOffset\0#columns\0\0"
+    "Preamble\0#row\0#indent\0ccolor\0#italics\0#underline\0\0"
+    "MidRow\0ccolor\0#italics\0#underline\0\0"
+    "BackgroundAttributes\0ccolor\0oopacity\0\0"
+    "BlackForeground\0#underline\0\0"
+    "CharacterSet\0xset\0\0"
+    "EndOfText\0\0"
+    "FormFeed\0\0"
+    "HorizontalCarriageReturn\0\0"
+    "SetCurrentWindow\0#window\0\0"
+    "ClearWindows\0xwindows\0\0"
+    "DisplayWindows\0xwindows\0\0"
+    "HideWindows\0xwindows\0\0"
+    "ToggleWindows\0xwindows\0\0"
+    "DeleteWindows\0xwindows\0\0"
+    "Delay\0#tenths\0\0"
+    "DelayCancel\0\0"
+    "Reset\0\0"
+    "SetPenAttributes\0#tag\0Voffset\0Ssize\0#italics\0#underline\0Eedge\0#font\0\0"
+    "SetPenColor\0Cforeground\0Oforeground_opacity\0Cbackground\0Obackground_opacity\0Cedge\0\0"
+    "SetPenLocation\0#row\0#column\0\0"
+    "SetWindowAttributes\0Cfill\0Ofill_opacity\0Eborder\0Cborder_color\0#wordwrap\0"
+    "Dprint\0Dscroll\0Jjustify\0Feffect\0Deffect_direction\0#effect_speed\0\0"
+    "DefineWindow\0#window\0#visible\0#rowlock\0#collock\0#priority\0#relative\0"
+    "#anchor_v\0#anchor_h\0#anchor\0#rows\0#columns\0#window_style\0#pen_style\0\0"
+    "ProgramStart\0#month\0#day\0#hour\0#minute\0\0"
+    "ProgramName\0\0"
+    "ContentAdvisory\0Rsystem\0#rating\0#violence\0#sex\0#language\0#dialog\0\0"
+    "NetworkName\0\0"
+    "CallLetters\0\0"
+    "SequenceGap\0#expected\0#received\0\0"
+    "ShortPacket\0#bytes\0#announced\0\0"
+    "StrayData\0\0"
+    "BadServiceBlock\0xheader\0\0"
+    "CutElement\0#bytes\0\0"
+    "BufferFull\0\0"
+    "ParityError\0#field\0xfirst\0xsecond\0\0"
+    "InvalidData\0#field\0\0"
+    "CutCcData\0#count\0#present\0\0"
+    "Timeout\0\0"
+    "Discontinuity\0\0";
 
-static const Entry kEntries[] = {
-    {KOVA_CAPTIONS_EVENT_TEXT, "Text", {}},
-    {KOVA_CAPTIONS_EVENT_TRANSPARENT_SPACE, "TransparentSpace", {}},
-    {KOVA_CAPTIONS_EVENT_BACKSPACE, "Backspace", {}},
-    {KOVA_CAPTIONS_EVENT_CARRIAGE_RETURN, "CarriageReturn", {}},
-    {KOVA_CAPTIONS_EVENT_UNKNOWN_CODE, "UnknownCode", {"Xcode"}},
-    {KOVA_CAPTIONS_EVENT_RESUME_CAPTION_LOADING, "ResumeCaptionLoading", {}},
-    {KOVA_CAPTIONS_EVENT_ALARM_OFF, "AlarmOff", {}},
-    {KOVA_CAPTIONS_EVENT_ALARM_ON, "AlarmOn", {}},
-    {KOVA_CAPTIONS_EVENT_DELETE_TO_END_OF_ROW, "DeleteToEndOfRow", {}},
-    {KOVA_CAPTIONS_EVENT_ROLL_UP, "RollUp", {"#rows"}},
-    {KOVA_CAPTIONS_EVENT_FLASH_ON, "FlashOn", {}},
-    {KOVA_CAPTIONS_EVENT_RESUME_DIRECT_CAPTIONING, "ResumeDirectCaptioning", {}},
-    {KOVA_CAPTIONS_EVENT_TEXT_RESTART, "TextRestart", {}},
-    {KOVA_CAPTIONS_EVENT_RESUME_TEXT_DISPLAY, "ResumeTextDisplay", {}},
-    {KOVA_CAPTIONS_EVENT_ERASE_DISPLAYED_MEMORY, "EraseDisplayedMemory", {}},
-    {KOVA_CAPTIONS_EVENT_ERASE_NON_DISPLAYED_MEMORY, "EraseNonDisplayedMemory", {}},
-    {KOVA_CAPTIONS_EVENT_END_OF_CAPTION, "EndOfCaption", {}},
-    {KOVA_CAPTIONS_EVENT_TAB_OFFSET, "TabOffset", {"#columns"}},
-    {KOVA_CAPTIONS_EVENT_PREAMBLE, "Preamble", {"#row", "#indent", "ccolor", "#italics", "#underline"}},
-    {KOVA_CAPTIONS_EVENT_MID_ROW, "MidRow", {"ccolor", "#italics", "#underline"}},
-    {KOVA_CAPTIONS_EVENT_BACKGROUND_ATTRIBUTES, "BackgroundAttributes", {"ccolor", "oopacity"}},
-    {KOVA_CAPTIONS_EVENT_BLACK_FOREGROUND, "BlackForeground", {"#underline"}},
-    {KOVA_CAPTIONS_EVENT_CHARACTER_SET, "CharacterSet", {"xset"}},
-    {KOVA_CAPTIONS_EVENT_END_OF_TEXT, "EndOfText", {}},
-    {KOVA_CAPTIONS_EVENT_FORM_FEED, "FormFeed", {}},
-    {KOVA_CAPTIONS_EVENT_HORIZONTAL_CARRIAGE_RETURN, "HorizontalCarriageReturn", {}},
-    {KOVA_CAPTIONS_EVENT_SET_CURRENT_WINDOW, "SetCurrentWindow", {"#window"}},
-    {KOVA_CAPTIONS_EVENT_CLEAR_WINDOWS, "ClearWindows", {"xwindows"}},
-    {KOVA_CAPTIONS_EVENT_DISPLAY_WINDOWS, "DisplayWindows", {"xwindows"}},
-    {KOVA_CAPTIONS_EVENT_HIDE_WINDOWS, "HideWindows", {"xwindows"}},
-    {KOVA_CAPTIONS_EVENT_TOGGLE_WINDOWS, "ToggleWindows", {"xwindows"}},
-    {KOVA_CAPTIONS_EVENT_DELETE_WINDOWS, "DeleteWindows", {"xwindows"}},
-    {KOVA_CAPTIONS_EVENT_DELAY, "Delay", {"#tenths"}},
-    {KOVA_CAPTIONS_EVENT_DELAY_CANCEL, "DelayCancel", {}},
-    {KOVA_CAPTIONS_EVENT_RESET, "Reset", {}},
-    {KOVA_CAPTIONS_EVENT_SET_PEN_ATTRIBUTES,
-     "SetPenAttributes",
-     {"#tag", "Voffset", "Ssize", "#italics", "#underline", "Eedge", "#font"}},
-    {KOVA_CAPTIONS_EVENT_SET_PEN_COLOR,
-     "SetPenColor",
-     {"Cforeground", "Oforeground_opacity", "Cbackground", "Obackground_opacity", "Cedge"}},
-    {KOVA_CAPTIONS_EVENT_SET_PEN_LOCATION, "SetPenLocation", {"#row", "#column"}},
-    {KOVA_CAPTIONS_EVENT_SET_WINDOW_ATTRIBUTES,
-     "SetWindowAttributes",
-     {"Cfill", "Ofill_opacity", "Eborder", "Cborder_color", "#wordwrap", "Dprint", "Dscroll", "Jjustify",
-      "Feffect", "Deffect_direction", "#effect_speed"}},
-    {KOVA_CAPTIONS_EVENT_DEFINE_WINDOW,
-     "DefineWindow",
-     {"#window", "#visible", "#rowlock", "#collock", "#priority", "#relative", "#anchor_v", "#anchor_h",
-      "#anchor", "#rows", "#columns", "#window_style", "#pen_style"}},
-    {KOVA_CAPTIONS_EVENT_PROGRAM_START, "ProgramStart", {"#month", "#day", "#hour", "#minute"}},
-    {KOVA_CAPTIONS_EVENT_PROGRAM_NAME, "ProgramName", {}},
-    {KOVA_CAPTIONS_EVENT_CONTENT_ADVISORY,
-     "ContentAdvisory",
-     {"Rsystem", "#rating", "#violence", "#sex", "#language", "#dialog"}},
-    {KOVA_CAPTIONS_EVENT_NETWORK_NAME, "NetworkName", {}},
-    {KOVA_CAPTIONS_EVENT_CALL_LETTERS, "CallLetters", {}},
-    {KOVA_CAPTIONS_EVENT_SEQUENCE_GAP, "SequenceGap", {"#expected", "#received"}},
-    {KOVA_CAPTIONS_EVENT_SHORT_PACKET, "ShortPacket", {"#bytes", "#announced"}},
-    {KOVA_CAPTIONS_EVENT_STRAY_DATA, "StrayData", {}},
-    {KOVA_CAPTIONS_EVENT_BAD_SERVICE_BLOCK, "BadServiceBlock", {"xheader"}},
-    {KOVA_CAPTIONS_EVENT_CUT_ELEMENT, "CutElement", {"#bytes"}},
-    {KOVA_CAPTIONS_EVENT_BUFFER_FULL, "BufferFull", {}},
-    {KOVA_CAPTIONS_EVENT_PARITY_ERROR, "ParityError", {"#field", "xfirst", "xsecond"}},
-    {KOVA_CAPTIONS_EVENT_INVALID_DATA, "InvalidData", {"#field"}},
-    {KOVA_CAPTIONS_EVENT_CUT_CC_DATA, "CutCcData", {"#count", "#present"}},
-    {KOVA_CAPTIONS_EVENT_TIMEOUT, "Timeout", {}},
-    {KOVA_CAPTIONS_EVENT_DISCONTINUITY, "Discontinuity", {}},
-};
-
-static const Entry *FindEntry(uint8_t code)
+// The list of an event, or null. It starts with the event's name.
+static const char *FindEvent(uint8_t code)
 {
-    for (const Entry &entry : kEntries) {
-        if (entry.code == code) return &entry;
+    const char *event = kEvents;
+    if (code == 0) return nullptr;
+    for (unsigned left = code - 1U; left > 0; --left) {
+        while (*event) event = After(event);
+        ++event;
+        if (event == kEvents + sizeof kEvents - 1) return nullptr;
     }
-    return nullptr;
+    return event;
+}
+
+static const char *FindArgument(const char *event, unsigned index)
+{
+    const char *const argument = Nth(event, index + 1);
+    return *argument ? argument : nullptr;
 }
 
 // -------------------------------------------------------------------------------------------------------------- Lines
@@ -175,15 +173,17 @@ static void WriteColor(Line &line, unsigned color)
     WriteDecimal(line, color & 3);
 }
 
-static const char *ColorName(unsigned color)
+// Red, green and blue of a colour of 608, one bit each.
+static unsigned Components(unsigned color)
 {
-    return kColors608[(color >> 3 & 4) | (color >> 2 & 2) | (color & 1)];
+    return (color >> 3 & 4) | (color >> 2 & 2) | (color & 1);
 }
 
 static void WriteName(Line &line, char letter, unsigned value)
 {
-    for (const Names &names : kNames) {
-        if (names.letter == letter && value < names.count) return Write(line, names.names[value]);
+    for (const Values &values : kValues) {
+        if (values.letter == letter && *Nth(values.names, value))
+            return Write(line, Nth(values.names, value));
     }
     WriteDecimal(line, value);
 }
@@ -200,7 +200,7 @@ static void WriteArgument(Line &line, const char *argument, uint16_t value)
     case 'X':
         return WriteHexadecimal(line, value, 4);
     case 'c':
-        return Write(line, ColorName(value));
+        return WriteName(line, 'c', Components(value));
     case 'C':
         return WriteColor(line, value);
     default:
@@ -286,13 +286,13 @@ int Kova_Captions_FormatEvent(const KovaCaptionsEvent *event, char *text, size_t
 {
     if (!event || (!text && size > 0)) return -1;
     Line line = {text, size, 0, false};
-    const Entry *const entry = FindEntry(event->code);
+    const char *const names = FindEvent(event->code);
 
     if (size > 0) text[0] = '\0';
     Write(line, Kova_Captions_EventName(event->code));
-    for (int i = 0; entry && i < event->argument_count && i < KOVA_CAPTIONS_EVENT_ARGUMENTS; ++i) {
-        if (!Kova_Captions_ArgumentName(event->code, unsigned(i))) break;
-        WriteArgument(line, entry->arguments[i], event->arguments[i]);
+    for (unsigned i = 0; names && i < event->argument_count && i < KOVA_CAPTIONS_EVENT_ARGUMENTS; ++i) {
+        const char *const argument = FindArgument(names, i);
+        if (argument) WriteArgument(line, argument, event->arguments[i]);
     }
     WriteText(line, *event);
     return int(line.length);
@@ -300,16 +300,14 @@ int Kova_Captions_FormatEvent(const KovaCaptionsEvent *event, char *text, size_t
 
 const char *Kova_Captions_EventName(uint8_t code)
 {
-    const Entry *const entry = FindEntry(code);
-    return entry ? entry->name : "Unknown";
+    const char *const event = FindEvent(code);
+    return event ? event : "Unknown";
 }
 
 const char *Kova_Captions_ArgumentName(uint8_t code, unsigned index)
 {
-    const Entry *const entry = FindEntry(code);
-    constexpr unsigned kMost = sizeof entry->arguments / sizeof *entry->arguments;
-    if (!entry || index >= kMost || !entry->arguments[index]) return nullptr;
-    return entry->arguments[index] + 1;
+    const char *const event = FindEvent(code), *const argument = event ? FindArgument(event, index) : nullptr;
+    return argument ? argument + 1 : nullptr;
 }
 
 const char *Kova_Captions_SourceName(uint8_t source)

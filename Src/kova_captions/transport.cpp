@@ -54,9 +54,8 @@ static void DecodeServiceBlocks(State &state, const uint8_t *bytes, int count)
         at += size;
     }
     // An element does not cross the packet's end. [708 5.2]
-    for (unsigned number = 1; number < kServices; ++number) {
-        if ((met >> number & 1) && state.slot[number] != kNoSlot)
-            EndBlocks(state, state.services[state.slot[number]]);
+    for (unsigned number = 0; met; ++number, met >>= 1) {
+        if ((met & 1) && state.slot[number] != kNoSlot) EndBlocks(state, state.services[state.slot[number]]);
     }
 }
 
