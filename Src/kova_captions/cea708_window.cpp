@@ -239,14 +239,15 @@ void MovePen(Window &window, uint8_t row, uint8_t column)
 void LocatePen(const Target &target, uint8_t row, uint8_t column)
 {
     Window &window = target.window;
-    const int line = IsVertical(window) ? column : row;
+    const int wanted = IsVertical(window) ? column : row, last = LineCount(window) - 1;
+    const int line = wanted < last ? wanted : last;
     const bool same_line = line == PenLine(window);
 
     if (!same_line) CompleteRow(window);
     if (window.attributes.justify == KOVA_CAPTIONS_JUSTIFY_LEFT) {
         MovePen(window, row, column);
     } else if (!same_line) {
-        SetPenPlace(window, line < LineCount(window) ? line : LineCount(window) - 1, FirstPlace(window));
+        SetPenPlace(window, line, FirstPlace(window));
     }
     TouchUnseen(target);
 }
@@ -335,6 +336,8 @@ static KovaCaptionsMotion NewEffect(const Target &target, bool visible)
         // What the old one had still to do is what the new one has done.
         const int64_t to_do = old.start + old.duration - target.state.now;
         start -= duration * to_do / old.duration;
+        // Nothing was seen of the old one, so there is nothing to go back from.
+        if (to_do == old.duration) return {};
     }
     const uint8_t direction = visible ? attributes.effect_direction : Opposite(attributes.effect_direction);
     return {start, duration, kind, direction, visible, {}};
@@ -370,6 +373,8 @@ void SetAttributes(const Target &target, const KovaCaptionsWindowAttributes &att
                         ScrollDirection(attributes) != ScrollDirection(window.attributes);
     const bool justified = attributes.justify != window.attributes.justify;
 
+    // Encoders repeat the attributes with every row.
+    if (memcmp(&attributes, &window.attributes, sizeof attributes) == 0) return TouchUnseen(target);
     window.attributes = attributes;
     window.may_flash |= attributes.fill_opacity == KOVA_CAPTIONS_FLASH;
     if (turned || justified) Clear(target, turned);
