@@ -168,6 +168,8 @@ static void Delay(const Context &context)
 static void Reset(const Context &context)
 {
     ResetService(context.state, context.service);
+    // What follows in the same block is the service's state again.
+    context.service.used = true;
 }
 
 // Delay cancel acts when it arrives; taken out without a delay it has nothing to end.

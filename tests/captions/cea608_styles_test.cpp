@@ -35,7 +35,8 @@ TEST(RollUp, ErasesBothMemoriesOfAnotherStyle)
 
     for (const Misc style : {RCL, RDC}) {
         Driver decoder;
-        decoder.Send(Code(RCL) + Pac(3) + Text("SHOWN") + Code(EOC) + Pac(7) + Text("LOADED") + Code(style) + Pac(5) + Tab(3));
+        decoder.Send(Code(RCL) + Pac(3) + Text("SHOWN") + Code(EOC) + Pac(7) + Text("LOADED") + Code(style) +
+                     Pac(5) + Tab(3));
         decoder.Send(Code(RU3));
         EXPECT_EQ(decoder.Displayed(), "");
         EXPECT_EQ(decoder.NonDisplayed(), "");
@@ -111,7 +112,8 @@ TEST(RollUp, FitsBelowTheTopOfTheScreen)
         for (unsigned row = 1; row <= 5; row++) {
             Driver decoder;
             decoder.Send(Code(Misc(RU2 + depth - 2)) + Pac(row) + Text("A"));
-            EXPECT_EQ(decoder.Displayed(), std::to_string(row < depth ? depth : row) + " A") << depth << " " << row;
+            EXPECT_EQ(decoder.Displayed(), std::to_string(row < depth ? depth : row) + " A")
+                << depth << " " << row;
         }
     }
 }
@@ -248,7 +250,8 @@ TEST(PopOn, SwapsMemoriesWithoutErasing)
     Requirement("B37");
     Driver decoder;
 
-    decoder.Send(Code(RCL) + Pac(15) + Text("ONE") + Code(EOC) + Code(RCL) + Pac(14) + Text("TWO") + Code(EOC));
+    decoder.Send(Code(RCL) + Pac(15) + Text("ONE") + Code(EOC) + Code(RCL) + Pac(14) + Text("TWO") +
+                 Code(EOC));
     EXPECT_EQ(decoder.Displayed(), "14 TWO");
     EXPECT_EQ(decoder.NonDisplayed(), "15 ONE");
     decoder.Send(Text("..") + Code(EOC));
@@ -315,7 +318,8 @@ TEST(PopOn, ShowsAllFifteenRows)
     for (unsigned row = 15; row >= 1; row--) decoder.Send(Pac(row) + Text(Letters(32)));
     decoder.Send(Code(EOC));
 
-    for (unsigned row = 1; row <= 15; row++) expected += (row == 1 ? "" : "|") + std::to_string(row) + " " + Letters(32);
+    for (unsigned row = 1; row <= 15; row++)
+        expected += (row == 1 ? "" : "|") + std::to_string(row) + " " + Letters(32);
     EXPECT_EQ(decoder.Displayed(), expected);
 }
 
@@ -461,7 +465,8 @@ TEST(DeleteToEndOfRow, ErasesFromTheCursorOn)
     Requirement("B45");
     Driver decoder;
 
-    decoder.Send(Code(RDC) + Pac(14) + Text("KEPT") + Pac(15) + Text(Letters(32)) + PacIndent(15, 4) + Code(DER));
+    decoder.Send(Code(RDC) + Pac(14) + Text("KEPT") + Pac(15) + Text(Letters(32)) + PacIndent(15, 4) +
+                 Code(DER));
     EXPECT_EQ(decoder.Displayed(), "14 KEPT|15 ABCD");
     EXPECT_EQ(decoder.Cursor(), "15,5");
     decoder.Send(Pac(15) + NULL_PAIR + Code(DER));
@@ -577,15 +582,18 @@ TEST(TextMode, RollsUpFromTheLastRow)
     std::string expected;
 
     decoder.Send(Code(TR));
-    for (char letter = 'A'; letter < 'A' + 15; letter++) decoder.Send(Text({letter}) + (letter < 'A' + 14 ? Code(CR) : Pairs{}));
-    for (unsigned row = 1; row <= 15; row++) expected += (row > 1 ? "|" : "") + std::to_string(row) + " " + char('A' + row - 1);
+    for (char letter = 'A'; letter < 'A' + 15; letter++)
+        decoder.Send(Text({letter}) + (letter < 'A' + 14 ? Code(CR) : Pairs{}));
+    for (unsigned row = 1; row <= 15; row++)
+        expected += (row > 1 ? "|" : "") + std::to_string(row) + " " + char('A' + row - 1);
     EXPECT_EQ(decoder.Displayed(T1), expected);
     EXPECT_EQ(decoder.Cursor(T1), "15,2");
 
     const int64_t time = decoder.Now();
     decoder.Send(Code(CR));
     expected.clear();
-    for (unsigned row = 1; row <= 14; row++) expected += (row > 1 ? "|" : "") + std::to_string(row) + " " + char('A' + row);
+    for (unsigned row = 1; row <= 14; row++)
+        expected += (row > 1 ? "|" : "") + std::to_string(row) + " " + char('A' + row);
     EXPECT_EQ(decoder.Displayed(T1), expected);
     EXPECT_EQ(decoder.Cursor(T1), "15,1");
     EXPECT_EQ(decoder.Channel(T1)->roll.kind, KOVA_CAPTIONS_SCROLL);
@@ -624,7 +632,8 @@ static Pairs Invalid(unsigned count)
 
 static void LoadAndShow(Driver &decoder)
 {
-    decoder.Send(Code(RCL) + Pac(15) + Text("SHOWN") + Code(EOC) + Code(RCL) + Pac(1) + Text("LOADED") + Pac(8));
+    decoder.Send(Code(RCL) + Pac(15) + Text("SHOWN") + Code(EOC) + Code(RCL) + Pac(1) + Text("LOADED") +
+                 Pac(8));
 }
 
 TEST(InvalidData, Of45PairsResetsTheFieldsCaptions)
@@ -757,7 +766,9 @@ TEST(ExtendedData, NamesTheProgramme)
     Driver decoder;
 
     // 01 03 "Star Trek" 0f 1d, parity included
-    decoder.Send(2, {{0x01, 0x83}, {0xD3, 0xF4}, {0x61, 0xF2}, {0x20, 0x54}, {0xF2, 0xE5}, {0x6B, 0x80}, {0x8F, 0x9D}});
+    decoder.Send(
+        2,
+        {{0x01, 0x83}, {0xD3, 0xF4}, {0x61, 0xF2}, {0x20, 0x54}, {0xF2, 0xE5}, {0x6B, 0x80}, {0x8F, 0x9D}});
 
     EXPECT_STREQ(Program(decoder).name, "Star Trek");
 }

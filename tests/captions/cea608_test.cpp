@@ -32,7 +32,8 @@ TEST(Parity, OfACharacterThatIsWrongShowsASolidBlock)
     Driver decoder;
 
     // 'A' is c1, 'B' is c2; both without bit 7
-    decoder.Send(PaintOn() + Wrong(0xC1, 0x42) + Text("..") + Wrong(0x41, 0xC2) + Text("..") + Wrong(0x41, 0x42));
+    decoder.Send(PaintOn() + Wrong(0xC1, 0x42) + Text("..") + Wrong(0x41, 0xC2) + Text("..") +
+                 Wrong(0x41, 0x42));
 
     EXPECT_EQ(decoder.Displayed(), "15 A█..█B..██");
     EXPECT_EQ(decoder.Counters().parity_errors, 3u);
@@ -139,8 +140,8 @@ TEST(Repetition, CountsForEveryControlPair)
     Driver decoder;
 
     // mid-row, special and extended characters, tab offsets
-    decoder.Send(PaintOn() + MidRow(RED) + Twice(0x11, 0x37) + Tab(2) + Text("A") + Twice(0x12, 0x20) + Twice(0x17, 0x21) +
-                 Text("B"));
+    decoder.Send(PaintOn() + MidRow(RED) + Twice(0x11, 0x37) + Tab(2) + Text("A") + Twice(0x12, 0x20) +
+                 Twice(0x17, 0x21) + Text("B"));
 
     EXPECT_EQ(decoder.Displayed(), "15 #♪..Á.B");
 }
@@ -248,8 +249,9 @@ TEST(Bytes608, WithoutAssignmentAreIgnored)
     const std::string before = decoder.Snapshot();
     const struct {
         unsigned first, from, to;
-    } ranges[] = {{0x10, 0x30, 0x3F}, {0x10, 0x60, 0x7F}, {0x14, 0x30, 0x3F}, {0x15, 0x30, 0x3F}, {0x16, 0x20, 0x3F},
-                  {0x17, 0x20, 0x20}, {0x17, 0x2B, 0x2C}, {0x17, 0x30, 0x3F}, {0x14, 0x22, 0x23}, {0x17, 0x24, 0x2A}};
+    } ranges[] = {{0x10, 0x30, 0x3F}, {0x10, 0x60, 0x7F}, {0x14, 0x30, 0x3F}, {0x15, 0x30, 0x3F},
+                  {0x16, 0x20, 0x3F}, {0x17, 0x20, 0x20}, {0x17, 0x2B, 0x2C}, {0x17, 0x30, 0x3F},
+                  {0x14, 0x22, 0x23}, {0x17, 0x24, 0x2A}};
 
     for (const auto &range : ranges) {
         for (unsigned second = range.from; second <= range.to; second++) {
@@ -298,8 +300,8 @@ TEST(Channels, OneAndTwoShareAField)
     Requirement("B10", "A5");
     Driver decoder;
 
-    decoder.Send(Code(RDC, 1) + Pac(15, WHITE, false, 1) + Text("ONE") + Code(RDC, 2) + Pac(1, WHITE, false, 2) + Text("TWO") +
-                 Code(RDC, 1) + Text("1") + Code(RDC, 2) + Text("2"));
+    decoder.Send(Code(RDC, 1) + Pac(15, WHITE, false, 1) + Text("ONE") + Code(RDC, 2) +
+                 Pac(1, WHITE, false, 2) + Text("TWO") + Code(RDC, 1) + Text("1") + Code(RDC, 2) + Text("2"));
 
     EXPECT_EQ(decoder.Displayed(KOVA_CAPTIONS_CC1), "15 ONE1");
     EXPECT_EQ(decoder.Displayed(KOVA_CAPTIONS_CC2), "1 TWO2");
@@ -311,7 +313,8 @@ TEST(Channels, AreChosenByEveryControlCode)
 {
     Requirement("B10");
     Driver decoder;
-    decoder.Send(Code(RDC, 1) + Pac(15, WHITE, false, 1) + Text("A") + Code(RDC, 2) + Pac(15, WHITE, false, 2) + Text("B"));
+    decoder.Send(Code(RDC, 1) + Pac(15, WHITE, false, 1) + Text("A") + Code(RDC, 2) +
+                 Pac(15, WHITE, false, 2) + Text("B"));
 
     // a preamble, a mid-row code and a special character of the other data channel
     decoder.Send(Pac(3, WHITE, false, 1) + Text("C"));
@@ -415,7 +418,8 @@ TEST(Channels, LeaveTheTextOfAnotherDataChannelSelected)
     Requirement("B12", "A5");
     Driver decoder;
 
-    decoder.Send(Code(TR, 1) + Text("AB") + Code(RDC, 2) + Text("TWO") + Pac(5, WHITE, false, 1) + Text("CD"));
+    decoder.Send(Code(TR, 1) + Text("AB") + Code(RDC, 2) + Text("TWO") + Pac(5, WHITE, false, 1) +
+                 Text("CD"));
 
     // a preamble in Text goes to column 1 of its row
     EXPECT_EQ(decoder.Displayed(KOVA_CAPTIONS_T1), "1 CD");
@@ -492,7 +496,8 @@ TEST(Characters608, OfTheSpecialSetAreAsTabled)
     for (const unsigned channel : {1u, 2u}) {
         for (unsigned i = 0; i < 16; i++) {
             Driver decoder;
-            decoder.Send(Code(RDC, channel) + Pac(15, WHITE, false, channel) + Text("A") + Twice(0x11, 0x30 + i, channel) + Text("B"));
+            decoder.Send(Code(RDC, channel) + Pac(15, WHITE, false, channel) + Text("A") +
+                         Twice(0x11, 0x30 + i, channel) + Text("B"));
             EXPECT_EQ(decoder.Displayed(KOVA_CAPTIONS_CC1 + channel - 1), "15 A" + expected[i] + "B") << i;
         }
     }
@@ -506,7 +511,8 @@ static void ExpectExtended(unsigned first, const std::string &words)
     for (const unsigned channel : {1u, 2u}) {
         for (unsigned i = 0; i < 32; i++) {
             Driver decoder;
-            decoder.Send(Code(RDC, channel) + Pac(15, WHITE, false, channel) + Text("Ax") + Twice(first, 0x20 + i, channel) + Text("B"));
+            decoder.Send(Code(RDC, channel) + Pac(15, WHITE, false, channel) + Text("Ax") +
+                         Twice(first, 0x20 + i, channel) + Text("B"));
             EXPECT_EQ(decoder.Displayed(KOVA_CAPTIONS_CC1 + channel - 1), "15 A" + expected[i] + "B") << i;
         }
     }
@@ -626,16 +632,20 @@ TEST(Preamble, SetsRowColumnAndLookAsTabled)
     const unsigned codes[15][2] = {{0x11, 0x40}, {0x11, 0x60}, {0x12, 0x40}, {0x12, 0x60}, {0x15, 0x40},
                                    {0x15, 0x60}, {0x16, 0x40}, {0x16, 0x60}, {0x17, 0x40}, {0x17, 0x60},
                                    {0x10, 0x40}, {0x13, 0x40}, {0x13, 0x60}, {0x14, 0x40}, {0x14, 0x60}};
-    const char *const looks[] = {"white", "green", "blue", "cyan", "red", "yellow", "magenta", "white italics"};
+    const char *const looks[] = {"white", "green",  "blue",    "cyan",
+                                 "red",   "yellow", "magenta", "white italics"};
 
     for (unsigned row = 1; row <= 15; row++) {
         for (unsigned low = 0; low < 0x20; low++) {
             Driver decoder;
             // from a place that differs in row and column
-            decoder.Send(Code(RDC) + Pac(row == 7 ? 8 : 7) + Tab(3) + Raw(codes[row - 1][0], codes[row - 1][1] + low) + Text("X"));
+            decoder.Send(Code(RDC) + Pac(row == 7 ? 8 : 7) + Tab(3) +
+                         Raw(codes[row - 1][0], codes[row - 1][1] + low) + Text("X"));
             const unsigned indent = low < 0x10 ? 0 : (low - 0x10) / 2 * 4;
-            const std::string look = std::string(low < 0x10 ? looks[low / 2] : "white") + (low % 2 ? " underline" : "");
-            EXPECT_EQ(decoder.Displayed(), std::to_string(row) + " " + std::string(indent, '.') + "X") << row << " " << low;
+            const std::string look =
+                std::string(low < 0x10 ? looks[low / 2] : "white") + (low % 2 ? " underline" : "");
+            EXPECT_EQ(decoder.Displayed(), std::to_string(row) + " " + std::string(indent, '.') + "X")
+                << row << " " << low;
             EXPECT_EQ(decoder.Look(row, indent + 1), look + " on black") << row << " " << low;
         }
     }
@@ -719,7 +729,8 @@ TEST(MidRow, TakesACellAndSetsAColor)
             Driver decoder;
             decoder.Send(PaintOn() + Text("A") + MidRow(Color608(color), underline) + Text("B"));
             EXPECT_EQ(decoder.Displayed(), "15 A#B");
-            EXPECT_EQ(decoder.Look(15, 3), std::string(looks[color]) + (underline ? " underline" : "") + " on black");
+            EXPECT_EQ(decoder.Look(15, 3),
+                      std::string(looks[color]) + (underline ? " underline" : "") + " on black");
         }
     }
 }
@@ -729,7 +740,8 @@ TEST(MidRow, OfItalicsKeepsTheColor)
     Requirement("B22");
     Driver decoder;
 
-    decoder.Send(Code(RDC) + Pac(15, GREEN) + Text("A") + MidRow(ITALICS) + Text("B") + MidRow(ITALICS, true) + Text("C"));
+    decoder.Send(Code(RDC) + Pac(15, GREEN) + Text("A") + MidRow(ITALICS) + Text("B") +
+                 MidRow(ITALICS, true) + Text("C"));
 
     EXPECT_EQ(decoder.Look(15, 1), "green on black");
     EXPECT_EQ(decoder.Look(15, 3), "green italics on black");
@@ -796,7 +808,8 @@ TEST(FlashOn, LetsTextFlashAtLeastOnceASecond)
     decoder.Send(PaintOn() + Text("A"));
     ASSERT_EQ(Kova_Captions_GetStatus(*decoder, KOVA_CAPTIONS_CC1, &status), 0);
     EXPECT_EQ(status.flash_since, KOVA_CAPTIONS_NO_TIME);
-    EXPECT_EQ(Kova_Captions_NextChange(*decoder, KOVA_CAPTIONS_CC1, KOVA_CAPTIONS_CHANGE_FLASH), KOVA_CAPTIONS_NEVER);
+    EXPECT_EQ(Kova_Captions_NextChange(*decoder, KOVA_CAPTIONS_CC1, KOVA_CAPTIONS_CHANGE_FLASH),
+              KOVA_CAPTIONS_NEVER);
 
     decoder.Send(Code(FON));
     const int64_t start = decoder.Now();
@@ -816,7 +829,8 @@ TEST(Background, TakesTheSpaceBeforeItAndLastsToTheEndOfTheRow)
 
     for (unsigned i = 0; i < 16; i++) {
         Driver decoder;
-        decoder.Send(PaintOn() + Text("A ") + Twice(0x10, 0x20 + i) + Text("B") + MidRow(RED) + Text("C") + Pac(14) + Text("D"));
+        decoder.Send(PaintOn() + Text("A ") + Twice(0x10, 0x20 + i) + Text("B") + MidRow(RED) + Text("C") +
+                     Pac(14) + Text("D"));
         const std::string background = std::string(" on ") + colors[i / 2] + (i % 2 ? " translucent" : "");
         EXPECT_EQ(decoder.Displayed(), "14 D|15 A#B#C") << i;
         EXPECT_EQ(decoder.Look(15, 1), "white on black") << i;
@@ -859,7 +873,8 @@ TEST(Background, MayBeTransparent)
     decoder.Send(PaintOn() + Text("A ") + Twice(0x17, 0x2D) + Text("B"));
 
     EXPECT_EQ(decoder.Displayed(), "15 A#B");
-    EXPECT_EQ(decoder.Channel(KOVA_CAPTIONS_CC1)->displayed[14][2].background_opacity, KOVA_CAPTIONS_TRANSPARENT);
+    EXPECT_EQ(decoder.Channel(KOVA_CAPTIONS_CC1)->displayed[14][2].background_opacity,
+              KOVA_CAPTIONS_TRANSPARENT);
     EXPECT_EQ(decoder.Channel(KOVA_CAPTIONS_CC1)->displayed[14][0].background_opacity, KOVA_CAPTIONS_SOLID);
 }
 
@@ -869,7 +884,8 @@ TEST(BlackForeground, EndsItalicsAndFlash)
 
     for (const bool underline : {false, true}) {
         Driver decoder;
-        decoder.Send(Code(RDC) + Pac(15, ITALICS) + Code(FON) + Text("A ") + Twice(0x17, underline ? 0x2F : 0x2E) + Text("B"));
+        decoder.Send(Code(RDC) + Pac(15, ITALICS) + Code(FON) + Text("A ") +
+                     Twice(0x17, underline ? 0x2F : 0x2E) + Text("B"));
         EXPECT_EQ(decoder.Displayed(), "15 #A#B");
         EXPECT_EQ(decoder.Look(15, 2), "white italics flash on black");
         EXPECT_EQ(decoder.Look(15, 4), underline ? "black underline on black" : "black on black");

@@ -57,13 +57,15 @@ TEST(Codes708, OfG2AreAsTabled)
     Requirement("C2", "C3");
     const struct {
         unsigned code, character;
-    } cases[] = {{0x25, 0x2026}, {0x2A, 0x160}, {0x2C, 0x152},  {0x30, 0x2588}, {0x31, 0x2018}, {0x32, 0x2019}, {0x33, 0x201C},
-                 {0x34, 0x201D}, {0x35, 0x2022}, {0x39, 0x2122}, {0x3A, 0x161},  {0x3C, 0x153},  {0x3D, 0x2120}, {0x3F, 0x178},
-                 {0x76, 0x215B}, {0x77, 0x215C}, {0x78, 0x215D}, {0x79, 0x215E}, {0x7A, 0x2502}, {0x7B, 0x2510}, {0x7C, 0x2514},
-                 {0x7D, 0x2500}, {0x7E, 0x2518}, {0x7F, 0x250C}};
+    } cases[] = {{0x25, 0x2026}, {0x2A, 0x160},  {0x2C, 0x152},  {0x30, 0x2588}, {0x31, 0x2018},
+                 {0x32, 0x2019}, {0x33, 0x201C}, {0x34, 0x201D}, {0x35, 0x2022}, {0x39, 0x2122},
+                 {0x3A, 0x161},  {0x3C, 0x153},  {0x3D, 0x2120}, {0x3F, 0x178},  {0x76, 0x215B},
+                 {0x77, 0x215C}, {0x78, 0x215D}, {0x79, 0x215E}, {0x7A, 0x2502}, {0x7B, 0x2510},
+                 {0x7C, 0x2514}, {0x7D, 0x2500}, {0x7E, 0x2518}, {0x7F, 0x250C}};
 
     for (const auto &each : cases) {
-        EXPECT_EQ(TextOf(Grid(1, 9, Bytes({'A', EXT1, each.code, 'B'}))), "0 A" + ToUtf8(each.character) + "B");
+        EXPECT_EQ(TextOf(Grid(1, 9, Bytes({'A', EXT1, each.code, 'B'}))),
+                  "0 A" + ToUtf8(each.character) + "B");
     }
 }
 
@@ -83,7 +85,8 @@ TEST(Codes708, HaveTransparentSpaces)
 TEST(Codes708, OfG2WithoutAssignmentShowAnUnderscore)
 {
     Requirement("C4");
-    const std::string assigned = "\x20\x21\x25\x2A\x2C\x30\x31\x32\x33\x34\x35\x39\x3A\x3C\x3D\x3F\x76\x77\x78\x79\x7A\x7B\x7C\x7D\x7E\x7F";
+    const std::string assigned = "\x20\x21\x25\x2A\x2C\x30\x31\x32\x33\x34\x35\x39\x3A\x3C\x3D\x3F\x76\x77"
+                                 "\x78\x79\x7A\x7B\x7C\x7D\x7E\x7F";
 
     for (unsigned code = 0x20; code < 0x80; code++) {
         if (assigned.find(char(code)) != std::string::npos) continue;
@@ -107,7 +110,8 @@ static void ExpectSkipped(ByteString code, size_t length)
 {
     ASSERT_LE(code.size(), length);
     code.resize(length, 'x');
-    EXPECT_EQ(TextOf(Grid(1, 9, Ascii("A") + code + Ascii("BC"))), "0 ABC") << ToHex(code.data(), code.size());
+    EXPECT_EQ(TextOf(Grid(1, 9, Ascii("A") + code + Ascii("BC"))), "0 ABC")
+        << ToHex(code.data(), code.size());
 }
 
 TEST(Codes708, WithoutAssignmentAreSkippedByTheirLength)
@@ -131,7 +135,8 @@ TEST(Codes708, OfVariableLengthAreSkippedByTheirLengthField)
 
     for (unsigned code = 0x90; code <= 0x9F; code++) {
         for (const unsigned length : {0u, 1u, 5u, 18u}) {
-            for (const unsigned type : {0x00u, 0x40u, 0xC0u}) ExpectSkipped(Bytes({EXT1, code, type | length}), 3 + length);
+            for (const unsigned type : {0x00u, 0x40u, 0xC0u})
+                ExpectSkipped(Bytes({EXT1, code, type | length}), 3 + length);
         }
     }
 }
@@ -142,7 +147,8 @@ TEST(Codes708, OfVariableLengthHoldUpTo31Bytes)
     Driver decoder;
 
     // a block holds 31 bytes, so 28 follow the length in the one block it must stay in
-    decoder.SendBlocks(Block(1, Grid(1, 9, Ascii("A"))) + Block(1, Hex("10 9f 1c") + ByteString(28, 'x')) + Block(1, Ascii("B")));
+    decoder.SendBlocks(Block(1, Grid(1, 9, Ascii("A"))) + Block(1, Hex("10 9f 1c") + ByteString(28, 'x')) +
+                       Block(1, Ascii("B")));
 
     EXPECT_EQ(decoder.WindowText(), "0 AB");
 }
@@ -151,7 +157,8 @@ TEST(Codes708, HaveAWayToAnyCharacter)
 {
     Requirement("C7");
 
-    EXPECT_EQ(TextOf(Grid(1, 9, Wide(0xD55C) + Wide(0xAE00) + Wide(0x41) + Wide(0x20) + Wide(0x266A))), "0 한글A ♪");
+    EXPECT_EQ(TextOf(Grid(1, 9, Wide(0xD55C) + Wide(0xAE00) + Wide(0x41) + Wide(0x20) + Wide(0x266A))),
+              "0 한글A ♪");
 }
 
 TEST(Codes708, ShowAnUnderscoreForSurrogatesAndControls)
@@ -159,7 +166,8 @@ TEST(Codes708, ShowAnUnderscoreForSurrogatesAndControls)
     Requirement("C7");
 
     for (const unsigned character : {0x0000u, 0x0001u, 0x001Fu, 0xD800u, 0xDBFFu, 0xDC00u, 0xDFFFu}) {
-        EXPECT_EQ(TextOf(Grid(1, 9, Ascii("A") + Wide(character) + Ascii("B"))), "0 A_B") << std::hex << character;
+        EXPECT_EQ(TextOf(Grid(1, 9, Ascii("A") + Wide(character) + Ascii("B"))), "0 A_B")
+            << std::hex << character;
     }
     EXPECT_EQ(TextOf(Grid(1, 9, Wide(0xD7FF) + Wide(0xE000))), "0 " + ToUtf8(0xD7FF) + ToUtf8(0xE000));
 }
@@ -173,7 +181,8 @@ TEST(Codes708, AreKoreanWhereTheCallerSaysSo)
     options.korean_services = 1u << 1;
     Driver decoder(options);
     // EUC-KR: 한 c7d1, 글 b1db, 가 b0a1, 힝 c8fe, ★ a1da; then a value of Unicode, with a byte below A1
-    const ByteString bytes = Grid(1, 20, Wide(0xC7D1) + Wide(0xB1DB) + Hex("b0 a1 c8 fe") + Ascii("AB") + Hex("a1 da") + Wide(0x266A));
+    const ByteString bytes = Grid(
+        1, 20, Wide(0xC7D1) + Wide(0xB1DB) + Hex("b0 a1 c8 fe") + Ascii("AB") + Hex("a1 da") + Wide(0x266A));
 
     decoder.SendService(1, bytes);
     decoder.SendService(2, Grid(1, 20, Hex("b0 a1")));
@@ -186,8 +195,9 @@ TEST(Codes708, WithoutACurrentWindowDoNothing)
 {
     Requirement("C9");
     Driver decoder;
-    const ByteString everything = Ascii("TEXT") + Bytes({BS708, FF, CR708, HCR, ETX}) + Wide(0x266A) + Hex("10 25 10 a0") +
-                                  SetPenAttributes({}) + SetPenColor({}) + SetPenLocation(0, 0) + SetWindowAttributes({});
+    const ByteString everything = Ascii("TEXT") + Bytes({BS708, FF, CR708, HCR, ETX}) + Wide(0x266A) +
+                                  Hex("10 25 10 a0") + SetPenAttributes({}) + SetPenColor({}) +
+                                  SetPenLocation(0, 0) + SetWindowAttributes({});
 
     decoder.SendService(1, everything);
     EXPECT_EQ(decoder.Service().existing_windows, 0);
@@ -234,7 +244,8 @@ TEST(Backspace708, GoesBackAndErases)
     };
 
     for (const auto &each : cases) {
-        const ByteString start = Grid(5, 5, Directions(each.print, each.scroll) + SetPenLocation(each.row, each.column) + Ascii("ABC"));
+        const ByteString start = Grid(
+            5, 5, Directions(each.print, each.scroll) + SetPenLocation(each.row, each.column) + Ascii("ABC"));
         EXPECT_EQ(TextOf(start), each.written);
         EXPECT_EQ(TextOf(start + Bytes({BS708})), each.once);
         EXPECT_EQ(PenOf(start + Bytes({BS708})), each.pen);
@@ -267,7 +278,8 @@ TEST(FormFeed, ErasesTheWindowAndHomesThePen)
     const unsigned directions[][2] = {{LTR, BTT}, {RTL, BTT}, {TTB, RTL}, {BTT, LTR}};
 
     for (const auto &each : directions) {
-        const ByteString bytes = Grid(3, 5, Directions(each[0], each[1]) + SetPenLocation(1, 2) + Ascii("AB") + Bytes({FF}));
+        const ByteString bytes =
+            Grid(3, 5, Directions(each[0], each[1]) + SetPenLocation(1, 2) + Ascii("AB") + Bytes({FF}));
         EXPECT_EQ(TextOf(bytes), "");
         EXPECT_EQ(PenOf(bytes), "0,0");
     }
@@ -310,7 +322,9 @@ TEST(CarriageReturn708, GoesToTheNextRowByTheScrollDirection)
     };
 
     for (const auto &each : cases) {
-        const ByteString three = Grid(3, 3, Directions(each.print, each.scroll) + SetPenLocation(each.row, each.column) + Ascii("A\rB\rC"));
+        const ByteString three = Grid(3, 3,
+                                      Directions(each.print, each.scroll) +
+                                          SetPenLocation(each.row, each.column) + Ascii("A\rB\rC"));
         EXPECT_EQ(TextOf(three), each.text) << each.print << each.scroll;
         EXPECT_EQ(PenOf(three), each.pen) << each.print << each.scroll;
         EXPECT_EQ(TextOf(three + Ascii("\r")), each.scrolled) << each.print << each.scroll;
@@ -322,7 +336,9 @@ TEST(CarriageReturn708, KeepsTheTextOfTheNextRow)
 {
     Requirement("C13");
 
-    EXPECT_EQ(TextOf(Grid(2, 9, SetPenLocation(1, 0) + Ascii("KEPT") + SetPenLocation(0, 3) + Ascii("A") + Bytes({CR708}) + Ascii("x"))),
+    EXPECT_EQ(TextOf(Grid(2, 9,
+                          SetPenLocation(1, 0) + Ascii("KEPT") + SetPenLocation(0, 3) + Ascii("A") +
+                              Bytes({CR708}) + Ascii("x"))),
               "0 ...A|1 xEPT");
 }
 
@@ -362,7 +378,8 @@ TEST(SetCurrentWindow708, ChoosesWhereTextGoes)
         EXPECT_EQ(decoder.Service().current_window, window);
     }
 
-    for (unsigned window = 0; window < 8; window++) EXPECT_EQ(decoder.WindowText(window), "0 " + std::to_string(window));
+    for (unsigned window = 0; window < 8; window++)
+        EXPECT_EQ(decoder.WindowText(window), "0 " + std::to_string(window));
 }
 
 TEST(SetCurrentWindow708, OfAWindowThatDoesNotExistKeepsTheCurrentOne)
@@ -383,8 +400,8 @@ TEST(ClearWindows708, ErasesTextAndHomesThePenOfTheMapsWindows)
     Driver decoder;
     PenAttributes underline;
     underline.underline = 1;
-    decoder.SendService(1, Define(Window(0)) + Ascii("A") + Define(Window(3).Hidden()) + SetPenAttributes(underline) + Ascii("B") +
-                               Define(Window(7)) + Ascii("C"));
+    decoder.SendService(1, Define(Window(0)) + Ascii("A") + Define(Window(3).Hidden()) +
+                               SetPenAttributes(underline) + Ascii("B") + Define(Window(7)) + Ascii("C"));
 
     // windows 1 and 2 do not exist
     decoder.SendService(1, ClearWindows(0x0E));
@@ -403,7 +420,8 @@ TEST(ShowingWindows, FollowsTheMap)
 {
     Requirement("C17");
     Driver decoder;
-    decoder.SendService(1, Define(Window(0)) + Define(Window(1).Hidden()) + Define(Window(6)) + Define(Window(7).Hidden()));
+    decoder.SendService(1, Define(Window(0)) + Define(Window(1).Hidden()) + Define(Window(6)) +
+                               Define(Window(7).Hidden()));
     ASSERT_EQ(decoder.Service().visible_windows, 0x41);
 
     decoder.SendService(1, DisplayWindows(0x06));
@@ -422,7 +440,8 @@ TEST(DeleteWindows708, ForgetsThem)
     Driver decoder;
     PenAttributes large;
     large.size = 2;
-    decoder.SendService(1, Define(Window(0)) + SetPenAttributes(large) + Ascii("A") + Define(Window(1)) + Ascii("B"));
+    decoder.SendService(1, Define(Window(0)) + SetPenAttributes(large) + Ascii("A") + Define(Window(1)) +
+                               Ascii("B"));
 
     decoder.SendService(1, DeleteWindows(0x81));
     EXPECT_EQ(decoder.WindowText(0), "-");
@@ -617,7 +636,8 @@ TEST(Pen708, GoesWithTheCharacterNotWithTheCell)
     PenColor color;
     color.foreground = 0x30;
 
-    decoder.SendService(1, Grid(1, 9, Ascii("A") + SetPenAttributes(italics) + Ascii("B") + SetPenColor(color) + Ascii("C")));
+    decoder.SendService(
+        1, Grid(1, 9, Ascii("A") + SetPenAttributes(italics) + Ascii("B") + SetPenColor(color) + Ascii("C")));
 
     const auto window = decoder.Window(0);
     EXPECT_EQ(window->cells[0][0].pen.italics, 0);
@@ -636,8 +656,9 @@ TEST(TextTag, OfWhatIsNotDisplayedTakesCellsAndShowsNothing)
     hidden.tag = 15;
     shown.tag = 14;
 
-    decoder.SendService(1, Grid(1, 9, Ascii("ABCDEF") + SetPenLocation(0, 1) + SetPenAttributes(hidden) + Ascii("xy") +
-                                          SetPenAttributes(shown) + Ascii("z")));
+    decoder.SendService(1, Grid(1, 9,
+                                Ascii("ABCDEF") + SetPenLocation(0, 1) + SetPenAttributes(hidden) +
+                                    Ascii("xy") + SetPenAttributes(shown) + Ascii("z")));
 
     EXPECT_EQ(decoder.WindowText(), "0 A~~zEF");
 }

@@ -93,7 +93,8 @@ TEST(Delay708, EndsWithItsTimeBeforeTheBytesOfThatTimeAreTaken)
     fade.effect = 1;
     fade.effectSpeed = 10;
     const int64_t start = decoder.Now();
-    decoder.SendService(1, Define(Window(0).Hidden()) + SetWindowAttributes(fade) + Delay(10) + DisplayWindows(0x01));
+    decoder.SendService(1, Define(Window(0).Hidden()) + SetWindowAttributes(fade) + Delay(10) +
+                               DisplayWindows(0x01));
     decoder.Wait(SECOND / 2);
     EXPECT_EQ(decoder.Window(0)->visible, 0);
     decoder.Wait(SECOND);
@@ -187,19 +188,19 @@ TEST(Delay708, IsNotEndedByParametersThatLookLikeDelayCancelOrReset)
 {
     Requirement("C60");
     const ByteString lookalikes[] = {
-        Hex("91 8e 8f 8e"),             // SPC
-        Hex("90 8f 8e"),                // SPA
-        Hex("92 8e 8f"),                // SPL
-        Hex("97 8e 8f 8e 8f"),          // SWA
-        Hex("99 8e 8f 8e 8e 8f 8e"),    // DF1
-        Hex("88 8e 89 8f 8a 8e 8b 8f"), // CLW, DSW, HDW, TGW
-        Hex("8c 8e"),                   // DLW, not of window 0
-        Hex("8d 8f"),                   // DLY
-        Hex("18 8e 8f"),                // P16
-        Hex("11 8e 19 8f 8e"),          // unassigned C0
-        Hex("10 8e 01 02 03 04 8f"),    // C3 of 7 bytes
+        Hex("91 8e 8f 8e"),                               // SPC
+        Hex("90 8f 8e"),                                  // SPA
+        Hex("92 8e 8f"),                                  // SPL
+        Hex("97 8e 8f 8e 8f"),                            // SWA
+        Hex("99 8e 8f 8e 8e 8f 8e"),                      // DF1
+        Hex("88 8e 89 8f 8a 8e 8b 8f"),                   // CLW, DSW, HDW, TGW
+        Hex("8c 8e"),                                     // DLW, not of window 0
+        Hex("8d 8f"),                                     // DLY
+        Hex("18 8e 8f"),                                  // P16
+        Hex("11 8e 19 8f 8e"),                            // unassigned C0
+        Hex("10 8e 01 02 03 04 8f"),                      // C3 of 7 bytes
         Hex("10 00 10 08 8e 10 10 8f 8e 10 18 8e 8f 8e"), // C2
-        Hex("10 90 02 8e 8f"),          // variable
+        Hex("10 90 02 8e 8f"),                            // variable
     };
 
     for (const ByteString &each : lookalikes) {
@@ -264,6 +265,29 @@ TEST(Reset708, GoesOnWithTheRestOfItsBlock)
 
     EXPECT_EQ(decoder.WindowText(0), "-");
     EXPECT_EQ(decoder.WindowText(1), "0 B");
+}
+
+TEST(Reset708, LeavesWhatFollowsItToADiscontinuityOrAGap)
+{
+    Requirement("C61", "A8", "T13");
+    Driver discontinuity, gap, delayed;
+    const ByteString bytes = Define(Window(0)) + Bytes({RST}) + Define(Window(1)) + Ascii("B");
+
+    discontinuity.SendService(1, bytes);
+    discontinuity.Discontinuity();
+    EXPECT_EQ(discontinuity.Service().existing_windows, 0);
+
+    gap.SendService(1, bytes);
+    gap.SetSequence(3);
+    gap.SendBlocks(Byte(0));
+    EXPECT_EQ(gap.Service().existing_windows, 0);
+
+    // and to the clock
+    const int64_t start = delayed.Now();
+    delayed.SendService(1, Bytes({RST}) + WINDOW + Delay(10) + Ascii("A"));
+    EXPECT_EQ(Kova_Captions_NextChange(*delayed, 1, KOVA_CAPTIONS_CHANGE_STATE), start + 10 * TENTH);
+    delayed.Wait(SECOND);
+    EXPECT_EQ(delayed.WindowText(), "0 A");
 }
 
 /* --------------------------------------------------------------------------------------------------------- Silence */

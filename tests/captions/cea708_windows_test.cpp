@@ -85,8 +85,9 @@ TEST(NewWindow, FindsNothingOfTheOneItFollows)
     PenColor color;
     color.foreground = 0x03;
 
-    decoder.SendService(1, Define(Window(0).Rows(2)) + Attributes(2) + SetPenAttributes(pen) + SetPenColor(color) +
-                               SetPenLocation(1, 4) + Ascii("TEXT") + DeleteWindows(0x01) + Define(Window(0).Rows(2).Styles(0, 0)));
+    decoder.SendService(1, Define(Window(0).Rows(2)) + Attributes(2) + SetPenAttributes(pen) +
+                               SetPenColor(color) + SetPenLocation(1, 4) + Ascii("TEXT") +
+                               DeleteWindows(0x01) + Define(Window(0).Rows(2).Styles(0, 0)));
 
     EXPECT_EQ(decoder.WindowText(), "");
     EXPECT_EQ(decoder.Pen(), "0,0");
@@ -100,8 +101,8 @@ TEST(SameDefinition, ChangesOnlyTheCurrentWindow)
     Driver decoder;
     PenAttributes pen;
     pen.underline = 1;
-    decoder.SendService(1, Define(Window(0).Rows(2).Styles(2, 5)) + Attributes(2) + SetPenAttributes(pen) + SetPenLocation(1, 0) +
-                               Ascii("TEXT") + Define(Window(1)));
+    decoder.SendService(1, Define(Window(0).Rows(2).Styles(2, 5)) + Attributes(2) + SetPenAttributes(pen) +
+                               SetPenLocation(1, 0) + Ascii("TEXT") + Define(Window(1)));
     const KovaCaptionsWindow before = *decoder.Window(0);
 
     decoder.SendService(1, Define(Window(0).Rows(2).Styles(2, 5)));
@@ -133,9 +134,11 @@ TEST(ChangedDefinition, KeepsTextPenAndAttributes)
     Driver decoder;
     PenAttributes pen;
     pen.italics = 1;
-    decoder.SendService(1, Define(Window(0).Rows(2)) + Attributes(2) + SetPenAttributes(pen) + SetPenLocation(1, 0) + Ascii("TEXT"));
+    decoder.SendService(1, Define(Window(0).Rows(2)) + Attributes(2) + SetPenAttributes(pen) +
+                               SetPenLocation(1, 0) + Ascii("TEXT"));
 
-    decoder.SendService(1, Define(Window(0).Rows(2).Priority(3).Anchor(7, 70, 100).Locks(0, 0).Hidden().Styles(0, 0)));
+    decoder.SendService(
+        1, Define(Window(0).Rows(2).Priority(3).Anchor(7, 70, 100).Locks(0, 0).Hidden().Styles(0, 0)));
 
     const auto window = decoder.Window(0);
     EXPECT_EQ(decoder.WindowText(), "1 TEXT");
@@ -178,7 +181,8 @@ TEST(ChangedDefinition, BecomesTheCurrentWindow)
     Requirement("C22");
     Driver decoder;
 
-    decoder.SendService(1, Define(Window(0)) + Define(Window(1)) + Define(Window(0).Priority(1)) + Ascii("A"));
+    decoder.SendService(1,
+                        Define(Window(0)) + Define(Window(1)) + Define(Window(0).Priority(1)) + Ascii("A"));
 
     EXPECT_EQ(decoder.WindowText(0), "0 A");
 }
@@ -190,7 +194,8 @@ TEST(SmallerWindow, LosesTheOldestRows)
     Requirement("C23");
 
     // bottom to top: the rest moves up
-    EXPECT_EQ(TextOf(FOUR_ROWS + Ascii("A\rB\rC\rD") + Define(Window(0).Rows(2).Columns(6).Styles(0, 0))), "0 C|1 D");
+    EXPECT_EQ(TextOf(FOUR_ROWS + Ascii("A\rB\rC\rD") + Define(Window(0).Rows(2).Columns(6).Styles(0, 0))),
+              "0 C|1 D");
     // top to bottom: the last rows go
     EXPECT_EQ(TextOf(FOUR_ROWS + Attributes(0, 0, 2) + SetPenLocation(3, 0) + Ascii("A\rB\rC\rD") +
                      Define(Window(0).Rows(2).Columns(6).Styles(0, 0))),
@@ -201,22 +206,25 @@ TEST(SmallerWindow, LosesTheColumnsOnTheRight)
 {
     Requirement("C23");
 
-    EXPECT_EQ(TextOf(FOUR_ROWS + Ascii("ABCDEF") + Define(Window(0).Rows(4).Columns(4).Styles(0, 0))), "0 ABCD");
+    EXPECT_EQ(TextOf(FOUR_ROWS + Ascii("ABCDEF") + Define(Window(0).Rows(4).Columns(4).Styles(0, 0))),
+              "0 ABCD");
 }
 
 TEST(SmallerWindow, ClampsThePen)
 {
     Requirement("C23");
 
-    EXPECT_EQ(PenOf(FOUR_ROWS + SetPenLocation(3, 5) + Define(Window(0).Rows(2).Columns(3).Styles(0, 0))), "1,2");
+    EXPECT_EQ(PenOf(FOUR_ROWS + SetPenLocation(3, 5) + Define(Window(0).Rows(2).Columns(3).Styles(0, 0))),
+              "1,2");
 }
 
 TEST(LargerWindow, HasEmptyRowsAndColumnsAdded)
 {
     Requirement("C23", "C22");
 
-    EXPECT_EQ(TextOf(Define(Window(0).Rows(1).Columns(2)) + Ascii("AB") + Define(Window(0).Rows(2).Columns(4).Styles(0, 0)) +
-                     SetPenLocation(0, 3) + Ascii("C") + SetPenLocation(1, 1) + Ascii("D")),
+    EXPECT_EQ(TextOf(Define(Window(0).Rows(1).Columns(2)) + Ascii("AB") +
+                     Define(Window(0).Rows(2).Columns(4).Styles(0, 0)) + SetPenLocation(0, 3) + Ascii("C") +
+                     SetPenLocation(1, 1) + Ascii("D")),
               "0 AB.C|1 .D");
 }
 
@@ -251,7 +259,8 @@ TEST(AnchorPoint, AboveEightLeavesAWindowAsItIs)
     Requirement("C24");
     Driver decoder;
 
-    decoder.SendService(1, Define(Window(0)) + Ascii("A") + Define(Window(0).Anchor(9, 10, 10).Hidden().Rows(3)));
+    decoder.SendService(1, Define(Window(0)) + Ascii("A") +
+                               Define(Window(0).Anchor(9, 10, 10).Hidden().Rows(3)));
 
     EXPECT_EQ(decoder.Window(0)->visible, 1);
     EXPECT_EQ(decoder.Window(0)->definition.rows, 1);
@@ -264,8 +273,10 @@ TEST(Anchor, OutsideOfTheGridIsClamped)
     Driver decoder;
 
     decoder.SendService(1, Define(Window(0).Anchor(0, 74, 209)) + Define(Window(1).Anchor(0, 75, 210)) +
-                               Define(Window(2).Anchor(0, 127, 255)) + Define(Window(3).Relative().Anchor(8, 99, 99)) +
-                               Define(Window(4).Relative().Anchor(8, 100, 100)) + Define(Window(5).Relative().Anchor(8, 127, 255)));
+                               Define(Window(2).Anchor(0, 127, 255)) +
+                               Define(Window(3).Relative().Anchor(8, 99, 99)) +
+                               Define(Window(4).Relative().Anchor(8, 100, 100)) +
+                               Define(Window(5).Relative().Anchor(8, 127, 255)));
 
     for (unsigned window = 0; window < 6; window++) {
         EXPECT_EQ(decoder.Window(window)->definition.anchor_vertical, window < 3 ? 74 : 99) << window;
@@ -283,8 +294,10 @@ TEST(WindowStyles, AreAsTabled)
     enum { SOLID = 0, CLEAR = 3 };
     const struct {
         unsigned style, justify, print, scroll, wrap, opacity;
-    } table[] = {{1, LEFT, LTR, BTT, 0, SOLID}, {2, LEFT, LTR, BTT, 0, CLEAR},   {3, CENTER, LTR, BTT, 0, SOLID}, {4, LEFT, LTR, BTT, 1, SOLID},
-                 {5, LEFT, LTR, BTT, 1, CLEAR}, {6, CENTER, LTR, BTT, 1, SOLID}, {7, LEFT, TTB, RTL, 0, SOLID}};
+    } table[] = {{1, LEFT, LTR, BTT, 0, SOLID},   {2, LEFT, LTR, BTT, 0, CLEAR},
+                 {3, CENTER, LTR, BTT, 0, SOLID}, {4, LEFT, LTR, BTT, 1, SOLID},
+                 {5, LEFT, LTR, BTT, 1, CLEAR},   {6, CENTER, LTR, BTT, 1, SOLID},
+                 {7, LEFT, TTB, RTL, 0, SOLID}};
 
     for (const auto &row : table) {
         Driver decoder;
@@ -307,7 +320,8 @@ TEST(PenStyles, AreAsTabled)
     Requirement("C25", "C26");
     const struct {
         unsigned style, font, edge, opacity;
-    } table[] = {{1, 0, 0, 0}, {2, 1, 0, 0}, {3, 2, 0, 0}, {4, 3, 0, 0}, {5, 4, 0, 0}, {6, 3, 3, 3}, {7, 4, 3, 3}};
+    } table[] = {{1, 0, 0, 0}, {2, 1, 0, 0}, {3, 2, 0, 0}, {4, 3, 0, 0},
+                 {5, 4, 0, 0}, {6, 3, 3, 3}, {7, 4, 3, 3}};
 
     for (const auto &row : table) {
         Driver decoder;
@@ -333,7 +347,8 @@ TEST(Justification, ClearsTheWindowWhenItChanges)
     Requirement("C27");
 
     for (const unsigned justify : {1u, 2u, 3u}) {
-        const ByteString bytes = Define(Window(0).Rows(3)) + SetPenLocation(1, 0) + Ascii("TEXT") + Attributes(justify);
+        const ByteString bytes =
+            Define(Window(0).Rows(3)) + SetPenLocation(1, 0) + Ascii("TEXT") + Attributes(justify);
         EXPECT_EQ(TextOf(bytes), "");
         // the pen stays in its row
         EXPECT_EQ(PenOf(bytes).substr(0, 2), "1,");
@@ -366,7 +381,8 @@ TEST(Direction, ClearsTheWindowWhenItChanges)
     } cases[] = {{1, 3, "1,31"}, {0, 2, "1,0"}};
 
     for (const auto &each : cases) {
-        const ByteString bytes = Define(Window(0).Rows(3)) + SetPenLocation(1, 3) + Ascii("TEXT") + Attributes(0, each.print, each.scroll);
+        const ByteString bytes = Define(Window(0).Rows(3)) + SetPenLocation(1, 3) + Ascii("TEXT") +
+                                 Attributes(0, each.print, each.scroll);
         EXPECT_EQ(TextOf(bytes), "") << each.print;
         // the pen goes to the row's start
         EXPECT_EQ(PenOf(bytes), each.pen) << each.print;
@@ -406,7 +422,8 @@ TEST(Rows, AreNotCompletedByPenAttributesAndColor)
 {
     Requirement("C38");
 
-    EXPECT_EQ(TextOf(Define(Window(0).Rows(2)) + Attributes(2) + Ascii("ABC") + SetPenAttributes({}) + SetPenColor({}) + Ascii("D")),
+    EXPECT_EQ(TextOf(Define(Window(0).Rows(2)) + Attributes(2) + Ascii("ABC") + SetPenAttributes({}) +
+                     SetPenColor({}) + Ascii("D")),
               "0 ABCD");
 }
 
@@ -414,14 +431,17 @@ TEST(Rows, OfLeftJustificationAreEditedInPlace)
 {
     Requirement("C38");
 
-    EXPECT_EQ(TextOf(Define(Window(0).Rows(2)) + Ascii("ABC") + Bytes({ETX}) + SetPenLocation(0, 0) + Ascii("x")), "0 xBC");
+    EXPECT_EQ(
+        TextOf(Define(Window(0).Rows(2)) + Ascii("ABC") + Bytes({ETX}) + SetPenLocation(0, 0) + Ascii("x")),
+        "0 xBC");
 }
 
 TEST(Rows, KeepTheOtherRowsWhenOneIsCleared)
 {
     Requirement("C38");
 
-    EXPECT_EQ(TextOf(Define(Window(0).Rows(2)) + Attributes(2) + Ascii("ABC\rDEF") + Bytes({ETX}) + SetPenLocation(0, 0) + Ascii("x")),
+    EXPECT_EQ(TextOf(Define(Window(0).Rows(2)) + Attributes(2) + Ascii("ABC\rDEF") + Bytes({ETX}) +
+                     SetPenLocation(0, 0) + Ascii("x")),
               "0 x|1 DEF");
 }
 
@@ -437,7 +457,8 @@ TEST(Rows, EndAtTheirLastCell)
                  {3, 1, 2, 1, "0 .F|1 .B|2 .A", "0,1"}};
 
     for (const auto &each : cases) {
-        const ByteString bytes = Define(Window(0).Rows(3).Columns(3)) + Attributes(0, each.print, each.scroll) +
+        const ByteString bytes = Define(Window(0).Rows(3).Columns(3)) +
+                                 Attributes(0, each.print, each.scroll) +
                                  SetPenLocation(each.row, each.column) + Ascii("ABCDEF");
         EXPECT_EQ(TextOf(bytes), each.text) << each.print;
         EXPECT_EQ(PenOf(bytes), each.pen) << each.print;
@@ -450,7 +471,9 @@ TEST(Rows, AreNeverWrapped)
 
     // styles 4 to 6 have the bit set
     for (const unsigned style : {4u, 5u, 6u}) {
-        EXPECT_EQ(TextOf(Define(Window(0).Rows(3).Columns(5).Styles(style, 0)) + Ascii("TWO WORDS")), "0 TWO S") << style;
+        EXPECT_EQ(TextOf(Define(Window(0).Rows(3).Columns(5).Styles(style, 0)) + Ascii("TWO WORDS")),
+                  "0 TWO S")
+            << style;
     }
 }
 

@@ -23,7 +23,8 @@ std::string ToUtf8(unsigned character)
 {
     if (character < 0x80) return {char(character)};
     if (character < 0x800) return {char(0xC0 | character >> 6), char(0x80 | (character & 0x3F))};
-    return {char(0xE0 | character >> 12), char(0x80 | (character >> 6 & 0x3F)), char(0x80 | (character & 0x3F))};
+    return {char(0xE0 | character >> 12), char(0x80 | (character >> 6 & 0x3F)),
+            char(0x80 | (character & 0x3F))};
 }
 
 Driver::Driver() : Driver(Defaults())
@@ -90,7 +91,8 @@ static std::string CellText(unsigned kind, unsigned character)
 }
 
 // `firstRow` is the number of the first row.
-template <typename Cell> static std::string GridText(const Cell *cells, size_t rows, size_t columns, size_t firstRow)
+template <typename Cell>
+static std::string GridText(const Cell *cells, size_t rows, size_t columns, size_t firstRow)
 {
     std::string text;
 
@@ -102,7 +104,8 @@ template <typename Cell> static std::string GridText(const Cell *cells, size_t r
             line += CellText(cell.kind, cell.character);
             if (cell.kind != KOVA_CAPTIONS_EMPTY) used = line.size();
         }
-        if (used) text += (text.empty() ? "" : "|") + std::to_string(row + firstRow) + " " + line.substr(0, used);
+        if (used)
+            text += (text.empty() ? "" : "|") + std::to_string(row + firstRow) + " " + line.substr(0, used);
     }
     return text;
 }
@@ -118,12 +121,14 @@ std::unique_ptr<KovaCaptionsChannel> Driver::Channel(unsigned source) const
 
 std::string Driver::Displayed(unsigned source) const
 {
-    return GridText(Channel(source)->displayed[0], KOVA_CAPTIONS_CHANNEL_ROWS, KOVA_CAPTIONS_CHANNEL_COLUMNS, 1);
+    return GridText(Channel(source)->displayed[0], KOVA_CAPTIONS_CHANNEL_ROWS, KOVA_CAPTIONS_CHANNEL_COLUMNS,
+                    1);
 }
 
 std::string Driver::NonDisplayed(unsigned source) const
 {
-    return GridText(Channel(source)->non_displayed[0], KOVA_CAPTIONS_CHANNEL_ROWS, KOVA_CAPTIONS_CHANNEL_COLUMNS, 1);
+    return GridText(Channel(source)->non_displayed[0], KOVA_CAPTIONS_CHANNEL_ROWS,
+                    KOVA_CAPTIONS_CHANNEL_COLUMNS, 1);
 }
 
 static std::string ColorName(unsigned color)
@@ -164,8 +169,9 @@ std::string Driver::Look(unsigned row, unsigned column, unsigned source) const
 
     if (cell.kind == KOVA_CAPTIONS_EMPTY) return "-";
     if (cell.kind == KOVA_CAPTIONS_TRANSPARENT_SPACE) return "~";
-    return ColorName(cell.foreground) + (cell.italics ? " italics" : "") + (cell.underline ? " underline" : "") +
-           (cell.flash ? " flash" : "") + " on " + ColorName(cell.background) + OpacityName(cell.background_opacity);
+    return ColorName(cell.foreground) + (cell.italics ? " italics" : "") +
+           (cell.underline ? " underline" : "") + (cell.flash ? " flash" : "") + " on " +
+           ColorName(cell.background) + OpacityName(cell.background_opacity);
 }
 
 std::string Driver::Cursor(unsigned source) const
@@ -241,7 +247,8 @@ std::string Driver::Events() const
 static std::string MotionText(const KovaCaptionsMotion &motion)
 {
     return " motion " + std::to_string(motion.kind) + "/" + std::to_string(motion.direction) + "/" +
-           std::to_string(motion.showing) + " " + std::to_string(motion.start) + "+" + std::to_string(motion.duration);
+           std::to_string(motion.showing) + " " + std::to_string(motion.start) + "+" +
+           std::to_string(motion.duration);
 }
 
 // Plain bytes without padding, as the structures of the interface have them.
@@ -255,7 +262,8 @@ template <typename Cell> static std::string CellsText(const Cell *cells, size_t 
     std::string text;
 
     for (size_t i = 0; i < count; i++) {
-        if (cells[i].kind != KOVA_CAPTIONS_EMPTY) text += " [" + std::to_string(i) + ": " + BytesText(cells[i]) + "]";
+        if (cells[i].kind != KOVA_CAPTIONS_EMPTY)
+            text += " [" + std::to_string(i) + ": " + BytesText(cells[i]) + "]";
     }
     return text;
 }
@@ -267,19 +275,22 @@ std::string Driver::Snapshot() const
     for (unsigned source = KOVA_CAPTIONS_CC1; source <= KOVA_CAPTIONS_T4; source++) {
         const auto channel = Channel(source);
         constexpr size_t CELLS = KOVA_CAPTIONS_CHANNEL_ROWS * KOVA_CAPTIONS_CHANNEL_COLUMNS;
-        text += std::string(Kova_Captions_SourceName(uint8_t(source))) + " mode " + std::to_string(channel->mode) +
-                " depth " + std::to_string(channel->depth) + " base " + std::to_string(channel->base_row) + " cursor " +
-                std::to_string(channel->cursor_row) + "," + std::to_string(channel->cursor_column) +
-                MotionText(channel->roll) + " shown" + CellsText(channel->displayed[0], CELLS) + " hidden" +
+        text += std::string(Kova_Captions_SourceName(uint8_t(source))) + " mode " +
+                std::to_string(channel->mode) + " depth " + std::to_string(channel->depth) + " base " +
+                std::to_string(channel->base_row) + " cursor " + std::to_string(channel->cursor_row) + "," +
+                std::to_string(channel->cursor_column) + MotionText(channel->roll) + " shown" +
+                CellsText(channel->displayed[0], CELLS) + " hidden" +
                 CellsText(channel->non_displayed[0], CELLS) + "\n";
     }
     for (unsigned service = 1; service <= 63; service++) {
         std::vector<KovaCaptionsWindow> windows(KOVA_CAPTIONS_WINDOWS);
         KovaCaptionsService state = {};
-        if (Kova_Captions_GetService(m_decoder.get(), uint8_t(service), &state, windows.data(), 0xFF) != 0) continue;
-        text += "s" + std::to_string(service) + " current " + std::to_string(state.current_window) + " exist " +
-                std::to_string(state.existing_windows) + " visible " + std::to_string(state.visible_windows) +
-                " blanked " + std::to_string(state.blanked) + " buffered " + std::to_string(state.buffered) + " delay " +
+        if (Kova_Captions_GetService(m_decoder.get(), uint8_t(service), &state, windows.data(), 0xFF) != 0)
+            continue;
+        text += "s" + std::to_string(service) + " current " + std::to_string(state.current_window) +
+                " exist " + std::to_string(state.existing_windows) + " visible " +
+                std::to_string(state.visible_windows) + " blanked " + std::to_string(state.blanked) +
+                " buffered " + std::to_string(state.buffered) + " delay " +
                 std::to_string(state.delay_until) + "\n";
         for (const KovaCaptionsWindow &window : windows) {
             if (!window.exists) continue;
@@ -287,7 +298,8 @@ std::string Driver::Snapshot() const
                     std::to_string(window.visible) + " pen " + std::to_string(window.pen_row) + "," +
                     std::to_string(window.pen_column) + " " + BytesText(window.definition) + " " +
                     BytesText(window.attributes) + " " + BytesText(window.pen) +
-                    CellsText(window.cells[0], KOVA_CAPTIONS_WINDOW_ROWS * KOVA_CAPTIONS_WINDOW_COLUMNS) + "\n";
+                    CellsText(window.cells[0], KOVA_CAPTIONS_WINDOW_ROWS * KOVA_CAPTIONS_WINDOW_COLUMNS) +
+                    "\n";
         }
     }
     KovaCaptionsProgram program = {};

@@ -19,8 +19,9 @@ constexpr int64_t TENTH = 100000;
 
 std::string ToUtf8(unsigned character);
 
-class Driver {
-  public:
+class Driver
+{
+public:
     Driver();
     explicit Driver(const KovaCaptionsOptions &options);
 
@@ -83,7 +84,7 @@ class Driver {
     // Everything that can be read, but revisions: two decoders with equal snapshots are in the same state.
     std::string Snapshot() const;
 
-  private:
+private:
     struct Destroy {
         void operator()(KovaCaptions *decoder) const
         {

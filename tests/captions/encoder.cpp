@@ -57,8 +57,8 @@ static Pairs Preamble(unsigned row, unsigned low, unsigned channel)
 {
     static const uint8_t FIRST[] = {0x11, 0x11, 0x12, 0x12, 0x15, 0x15, 0x16, 0x16,
                                     0x17, 0x17, 0x10, 0x13, 0x13, 0x14, 0x14};
-    static const bool LOWER_HALF[] = {false, true, false, true, false, true, false, true,
-                                      false, true, false, false, true, false, true};
+    static const bool LOWER_HALF[] = {false, true, false, true,  false, true,  false, true,
+                                      false, true, false, false, true,  false, true};
 
     Demand(row >= 1 && row <= 15);
     return Twice(FIRST[row - 1], (LOWER_HALF[row - 1] ? 0x60 : 0x40) + low, channel);
@@ -113,7 +113,8 @@ ByteString ToTriplets(unsigned field, const Pairs &pairs)
 {
     ByteString triplets;
 
-    for (const Pair pair : pairs) triplets = triplets + ByteString{uint8_t(0xFB + field), pair.first, pair.second};
+    for (const Pair pair : pairs)
+        triplets = triplets + ByteString{uint8_t(0xFB + field), pair.first, pair.second};
     return triplets;
 }
 
@@ -181,8 +182,9 @@ ByteString Define(const Window &window)
 {
     return Bytes({0x98 + window.id,
                   window.visible << 5 | window.rowLock << 4 | window.columnLock << 3 | window.priority,
-                  window.relative << 7 | window.vertical, window.horizontal, window.point << 4 | (window.rows - 1),
-                  window.columns - 1, window.windowStyle << 3 | window.penStyle});
+                  window.relative << 7 | window.vertical, window.horizontal,
+                  window.point << 4 | (window.rows - 1), window.columns - 1,
+                  window.windowStyle << 3 | window.penStyle});
 }
 
 ByteString SetPenAttributes(const PenAttributes &pen)
@@ -193,8 +195,8 @@ ByteString SetPenAttributes(const PenAttributes &pen)
 
 ByteString SetPenColor(const PenColor &color)
 {
-    return Bytes({0x91, color.foregroundOpacity << 6 | color.foreground, color.backgroundOpacity << 6 | color.background,
-                  color.edge});
+    return Bytes({0x91, color.foregroundOpacity << 6 | color.foreground,
+                  color.backgroundOpacity << 6 | color.background, color.edge});
 }
 
 ByteString SetPenLocation(unsigned row, unsigned column)
@@ -261,7 +263,8 @@ ByteString UserData(const ByteString &triplets)
 
 ByteString Mpeg2Picture(const ByteString &triplets)
 {
-    return Bytes({0, 0, 1, 0, 0, 0x0F, 0xFF, 0xF8, 0, 0, 1, 0xB2}) + UserData(triplets) + Bytes({0, 0, 1, 1, 0x13, 0xFA});
+    return Bytes({0, 0, 1, 0, 0, 0x0F, 0xFF, 0xF8, 0, 0, 1, 0xB2}) + UserData(triplets) +
+           Bytes({0, 0, 1, 1, 0x13, 0xFA});
 }
 
 ByteString H264Sei(const ByteString &triplets)
@@ -285,8 +288,9 @@ ByteString H264Sei(const ByteString &triplets)
 ByteString Cdp(unsigned sequence, const ByteString &triplets)
 {
     const auto count = unsigned(triplets.size()) / 3;
-    ByteString packet = Bytes({0x96, 0x69, 0, 0x4F, 0x43, sequence >> 8, sequence & 0xFF, 0x72, 0xE0 | count}) +
-                        triplets + Bytes({0x74, sequence >> 8, sequence & 0xFF});
+    ByteString packet =
+        Bytes({0x96, 0x69, 0, 0x4F, 0x43, sequence >> 8, sequence & 0xFF, 0x72, 0xE0 | count}) + triplets +
+        Bytes({0x74, sequence >> 8, sequence & 0xFF});
     uint8_t sum = 0;
 
     packet[2] = uint8_t(packet.size() + 1);

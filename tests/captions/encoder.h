@@ -114,8 +114,8 @@ struct Window {
     {
     }
 
-    unsigned id, visible = 1, rowLock = 1, columnLock = 1, priority = 0, relative = 0, vertical = 0, horizontal = 0,
-                 point = 0, rows = 1, columns = 32, windowStyle = 1, penStyle = 1;
+    unsigned id, visible = 1, rowLock = 1, columnLock = 1, priority = 0, relative = 0, vertical = 0,
+                 horizontal = 0, point = 0, rows = 1, columns = 32, windowStyle = 1, penStyle = 1;
 
     Window &Hidden()
     {
@@ -178,8 +178,8 @@ ByteString SetPenLocation(unsigned row, unsigned column);
 
 // Directions: 0 left to right, 1 right to left, 2 top to bottom, 3 bottom to top. The defaults are window style 1.
 struct WindowAttributes {
-    unsigned fill = 0, fillOpacity = 0, border = 0, borderColor = 0, wordWrap = 0, print = 0, scroll = 3, justify = 0,
-             effect = 0, effectDirection = 0, effectSpeed = 0;
+    unsigned fill = 0, fillOpacity = 0, border = 0, borderColor = 0, wordWrap = 0, print = 0, scroll = 3,
+             justify = 0, effect = 0, effectDirection = 0, effectSpeed = 0;
 };
 ByteString SetWindowAttributes(const WindowAttributes &attributes);
 

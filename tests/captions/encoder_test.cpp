@@ -84,7 +84,8 @@ TEST(Encoder, PutsPairsIntoTriplets)
 TEST(Encoder, WritesCommandsBitByBit)
 {
     // visible 1, row lock 0, column lock 1, priority 5; relative, 18; 99; point 7, 3 rows; 32 columns; styles 2 and 4
-    EXPECT_EQ(Hexadecimal(Define(Window(3).Locks(0, 1).Priority(5).Relative().Anchor(7, 18, 99).Rows(3).Styles(2, 4))),
+    EXPECT_EQ(Hexadecimal(Define(
+                  Window(3).Locks(0, 1).Priority(5).Relative().Anchor(7, 18, 99).Rows(3).Styles(2, 4))),
               "9b 2d 92  63 72 1f  14");
     // tag 9, offset 2, size 0; italics, no underline, edge 5, font 6
     PenAttributes pen;
@@ -146,7 +147,8 @@ TEST(Encoder, WrapsTripletsForEachCarrier)
     EXPECT_EQ(Hexadecimal(CcData(triplet)), "c1 ff fc  94 20 ff");
     EXPECT_EQ(Hexadecimal(UserData(triplet)), "47 41 39  34 03 c1  ff fc 94  20 ff");
     EXPECT_EQ(Hexadecimal(H264Sei(triplet)), "06 04 0e  b5 00 31  47 41 39  34 03 c1  ff fc 94  20 ff 80");
-    EXPECT_EQ(Hexadecimal(H264Sei(Hex("ff 00 00 fe 00 00 00 01 02"))).substr(40), "ff ff 00  00 fe 00  00 03 00  01 02 ff  80");
+    EXPECT_EQ(Hexadecimal(H264Sei(Hex("ff 00 00 fe 00 00 00 01 02"))).substr(40),
+              "ff ff 00  00 fe 00  00 03 00  01 02 ff  80");
     // the checksum of 96 69 10 4f 43 12 34 72 e1 fc 94 20 74 12 34, which sum to 5a4
     EXPECT_EQ(Hexadecimal(Cdp(0x1234, triplet)), "96 69 10  4f 43 12  34 72 e1  fc 94 20  74 12 34  5c");
 }

@@ -21,7 +21,8 @@ TEST(AllSources, HaveTheirStateAtOnce)
     for (unsigned channel = 1; channel <= 4; channel++) {
         const unsigned field = channel > 2 ? 2 : 1;
         decoder.Send(field, Code(TR, channel) + Text("T" + std::to_string(channel)));
-        decoder.Send(field, Code(RDC, channel) + Pac(channel, WHITE, false, channel) + Text("CC" + std::to_string(channel)));
+        decoder.Send(field, Code(RDC, channel) + Pac(channel, WHITE, false, channel) +
+                                Text("CC" + std::to_string(channel)));
     }
     for (unsigned service = 1; service <= 63; service++) {
         decoder.SendService(service, Define(Window(service % 8)) + Ascii("S" + std::to_string(service)));
@@ -29,7 +30,8 @@ TEST(AllSources, HaveTheirStateAtOnce)
 
     for (unsigned i = 0; i < 4; i++) {
         EXPECT_EQ(decoder.Displayed(KOVA_CAPTIONS_T1 + i), "1 T" + std::to_string(i + 1));
-        EXPECT_EQ(decoder.Displayed(KOVA_CAPTIONS_CC1 + i), std::to_string(i + 1) + " CC" + std::to_string(i + 1));
+        EXPECT_EQ(decoder.Displayed(KOVA_CAPTIONS_CC1 + i),
+                  std::to_string(i + 1) + " CC" + std::to_string(i + 1));
     }
     for (unsigned service = 1; service <= 63; service++) {
         EXPECT_EQ(decoder.WindowText(service % 8, service), "0 S" + std::to_string(service));
@@ -60,8 +62,9 @@ static void FillEverything(Driver &decoder)
     for (unsigned channel = 1; channel <= 4; channel++) {
         const unsigned field = channel > 2 ? 2 : 1;
         decoder.Send(field, Code(TR, channel) + Text("TEXT"));
-        decoder.Send(field, Code(RCL, channel) + Pac(15, WHITE, false, channel) + Text("SHOWN") + Code(EOC, channel) +
-                                Code(RCL, channel) + Pac(14, WHITE, false, channel) + Text("LOADED"));
+        decoder.Send(field, Code(RCL, channel) + Pac(15, WHITE, false, channel) + Text("SHOWN") +
+                                Code(EOC, channel) + Code(RCL, channel) + Pac(14, WHITE, false, channel) +
+                                Text("LOADED"));
     }
     decoder.SendService(1, Define(Window(0)) + Ascii("A") + Delay(100) + Ascii("B"));
     decoder.SendService(2, Define(Window(1)) + Ascii("C"));
@@ -209,7 +212,8 @@ TEST(Time, ComesFromTheCallerAlone)
     fade.effect = 1;
     fade.effectSpeed = 1;
     decoder.Send(Code(RDC) + Pac(15) + Text("AB"));
-    decoder.SendService(1, Define(Window(0).Hidden()) + SetWindowAttributes(fade) + Delay(10) + DisplayWindows(1) + Ascii("A"));
+    decoder.SendService(1, Define(Window(0).Hidden()) + SetWindowAttributes(fade) + Delay(10) +
+                               DisplayWindows(1) + Ascii("A"));
     const std::string before = decoder.Snapshot();
 
     // nothing happens as long as the caller says no time
@@ -232,9 +236,11 @@ TEST(Time, MayBeAnyNumber)
     Requirement("A3", "A11");
     Driver decoder;
 
-    for (const int64_t time : {INT64_MIN, INT64_MIN + 1, int64_t(-1), int64_t(0), INT64_MAX - 1, INT64_MAX, INT64_MIN, INT64_MAX}) {
-        const ByteString triplets = ToTriplets(1, Code(RU2) + Text("A") + Code(CR)) +
-                                    PacketTriplets(Packet(0, Block(1, Define(Window(0)) + Delay(255) + Ascii("A\r\r"))));
+    for (const int64_t time : {INT64_MIN, INT64_MIN + 1, int64_t(-1), int64_t(0), INT64_MAX - 1, INT64_MAX,
+                               INT64_MIN, INT64_MAX}) {
+        const ByteString triplets =
+            ToTriplets(1, Code(RU2) + Text("A") + Code(CR)) +
+            PacketTriplets(Packet(0, Block(1, Define(Window(0)) + Delay(255) + Ascii("A\r\r"))));
         EXPECT_EQ(Kova_Captions_PushTriplets(*decoder, time, triplets.data(), triplets.size() / 3), 0);
         EXPECT_EQ(Kova_Captions_Advance(*decoder, time), 0);
         Kova_Captions_NextChange(*decoder, KOVA_CAPTIONS_NONE, 7);
@@ -253,14 +259,16 @@ TEST(Time, OfTheNextChangeIsTheOneThatComesFirst)
 
     EXPECT_EQ(Kova_Captions_NextChange(*decoder, 1, KOVA_CAPTIONS_CHANGE_STATE), start + 30 * TENTH);
     EXPECT_EQ(Kova_Captions_NextChange(*decoder, 2, KOVA_CAPTIONS_CHANGE_STATE), start + FRAME + 10 * TENTH);
-    EXPECT_EQ(Kova_Captions_NextChange(*decoder, KOVA_CAPTIONS_NONE, KOVA_CAPTIONS_CHANGE_STATE), start + FRAME + 10 * TENTH);
+    EXPECT_EQ(Kova_Captions_NextChange(*decoder, KOVA_CAPTIONS_NONE, KOVA_CAPTIONS_CHANGE_STATE),
+              start + FRAME + 10 * TENTH);
 }
 
 /* --------------------------------------------------------------------------------------------------- Any bytes */
 
 // The same numbers in every run.
-class Random {
-  public:
+class Random
+{
+public:
     explicit Random(unsigned seed) : m_engine(seed)
     {
     }
@@ -270,7 +278,7 @@ class Random {
         return unsigned(m_engine());
     }
 
-  private:
+private:
     std::mt19937 m_engine;
 };
 
@@ -291,9 +299,12 @@ static ByteString AnyTriplets(Random &random, size_t count)
             bytes = bytes + Bytes({random() % 256, random() % 256, random() % 256});
             break;
         default: {
-            ByteString service = Define(Window(random() % 8).Rows(1 + random() % 16).Columns(1 + random() % 64));
-            while (service.size() < 60) service.push_back(uint8_t(random() % 4 ? 0x80 + random() % 0x20 : random()));
-            bytes = bytes + PacketTriplets(Packet(random() % 8 ? random() % 4 : 0, Blocks(1 + random() % 63, service)));
+            ByteString service =
+                Define(Window(random() % 8).Rows(1 + random() % 16).Columns(1 + random() % 64));
+            while (service.size() < 60)
+                service.push_back(uint8_t(random() % 4 ? 0x80 + random() % 0x20 : random()));
+            bytes = bytes + PacketTriplets(
+                                Packet(random() % 8 ? random() % 4 : 0, Blocks(1 + random() % 63, service)));
         }
         }
     }
@@ -349,7 +360,8 @@ TEST(AnyBytes, InPiecesOfAnySizeGiveTheSame)
         for (int picture = 0; picture < 30; picture++) {
             const ByteString triplets = AnyTriplets(random, 31);
             whole.SendTriplets(triplets);
-            for (size_t i = 0; i < triplets.size(); i += 3) single.SendTriplets({triplets[i], triplets[i + 1], triplets[i + 2]});
+            for (size_t i = 0; i < triplets.size(); i += 3)
+                single.SendTriplets({triplets[i], triplets[i + 1], triplets[i + 2]});
             for (size_t i = 0; i < triplets.size();) {
                 const size_t end = std::min(triplets.size(), i + 3 * (random() % 5));
                 pieces.SendTriplets(ByteString(triplets.begin() + long(i), triplets.begin() + long(end)));
@@ -386,7 +398,8 @@ TEST(Threads, MayPushAndReadAtOnce)
     });
 
     for (int i = 0; i < 300; i++) {
-        decoder.SendService(1, Define(Window(0)) + SetPenLocation(0, 0) + ByteString(8, uint8_t('A' + i % 26)));
+        decoder.SendService(1,
+                            Define(Window(0)) + SetPenLocation(0, 0) + ByteString(8, uint8_t('A' + i % 26)));
         decoder.Send(Code(RU2) + Text("AB") + Code(CR));
     }
     done = true;

@@ -67,7 +67,8 @@ TEST(Memory, IsTakenAtCreationAndNeverAgain)
         Kova_Captions_GetChannel(decoder, KOVA_CAPTIONS_CC1, &channel);
         Kova_Captions_GetService(decoder, 1, &service, windows, 0xFF);
         Kova_Captions_NextChange(decoder, KOVA_CAPTIONS_NONE, 7);
-        while (Kova_Captions_NextEvent(decoder, &event) == 1) Kova_Captions_FormatEvent(&event, line, sizeof line);
+        while (Kova_Captions_NextEvent(decoder, &event) == 1)
+            Kova_Captions_FormatEvent(&event, line, sizeof line);
     }
     Kova_Captions_Select(decoder, KOVA_CAPTIONS_CC1, 0);
     Kova_Captions_EndRuns(decoder);

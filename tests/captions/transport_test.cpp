@@ -56,9 +56,11 @@ TEST(Transport, IgnoresTripletsThatAreNotValid)
     Driver decoder;
 
     // between the triplets of a packet and the pairs of a caption: every type, any data, any marker bits
-    decoder.SendTriplets(Hex("fc 94 20  f8 94 2c  00 94 2c  fc 94 e0  f9 15 2c  fc c8 49  f8 80 80  fc 94 2f"));
-    decoder.SendTriplets(Hex("ff 06 29  fa 00 00  fe 98 38  fb 42 21  fe 00 00  03 ff ff  fe 00 1f  f8 80 80  fe 09 48  "
-                             "02 12 34  fe 49 00"));
+    decoder.SendTriplets(
+        Hex("fc 94 20  f8 94 2c  00 94 2c  fc 94 e0  f9 15 2c  fc c8 49  f8 80 80  fc 94 2f"));
+    decoder.SendTriplets(
+        Hex("ff 06 29  fa 00 00  fe 98 38  fb 42 21  fe 00 00  03 ff ff  fe 00 1f  f8 80 80  fe 09 48  "
+            "02 12 34  fe 49 00"));
 
     EXPECT_EQ(decoder.Displayed(), "15 HI");
     EXPECT_EQ(decoder.WindowText(), "0 HI");
@@ -84,7 +86,8 @@ TEST(Transport, Takes31TripletsOfOneStructure)
     ByteString triplets;
     for (int i = 0; i < 25; i++) triplets = triplets + filler;
 
-    PushCcData(decoder, Hex("df ff") + triplets + Hex("ff 06 29  fe 98 38  fe 00 00  fe 00 1f  fe 09 48  fe 49 00"));
+    PushCcData(decoder,
+               Hex("df ff") + triplets + Hex("ff 06 29  fe 98 38  fe 00 00  fe 00 1f  fe 09 48  fe 49 00"));
 
     EXPECT_EQ(decoder.WindowText(), "0 HI");
 }
@@ -105,7 +108,8 @@ TEST(Transport, TakesPairsThatStandAfterDtvccTriplets)
 {
     Driver decoder;
 
-    decoder.SendTriplets(Hex("ff 06 29  fe 98 38  fc 94 20  fe 00 00  fc 94 e0  fc c8 49  fe 00 1f  fe 09 48  fc 94 2f  fe 49 00"));
+    decoder.SendTriplets(Hex("ff 06 29  fe 98 38  fc 94 20  fe 00 00  fc 94 e0  fc c8 49  fe 00 1f  fe 09 48 "
+                             " fc 94 2f  fe 49 00"));
 
     EXPECT_EQ(decoder.Displayed(), "15 HI");
     EXPECT_EQ(decoder.WindowText(), "0 HI");
@@ -444,8 +448,8 @@ TEST(ServiceBlocks, OfServices7To63HaveAnExtendedHeader)
     Driver decoder;
 
     for (unsigned service = 7; service <= 63; service++) {
-        decoder.SendBlocks(Bytes({0xE0 | (7 + unsigned(std::to_string(service).size())), service}) + Define(Window(0)) +
-                           Ascii(std::to_string(service)));
+        decoder.SendBlocks(Bytes({0xE0 | (7 + unsigned(std::to_string(service).size())), service}) +
+                           Define(Window(0)) + Ascii(std::to_string(service)));
     }
 
     for (unsigned service = 7; service <= 63; service++) {
@@ -458,8 +462,8 @@ TEST(ServiceBlocks, OfSeveralServicesShareAPacket)
     Requirement("T21", "T15");
     Driver decoder;
 
-    decoder.SendBlocks(Block(1, Show("ONE")) + Block(2, Show("TWO")) + Block(20, Show("TWENTY")) + Block(1, Ascii("!")) +
-                       Block(2, Ascii("?")));
+    decoder.SendBlocks(Block(1, Show("ONE")) + Block(2, Show("TWO")) + Block(20, Show("TWENTY")) +
+                       Block(1, Ascii("!")) + Block(2, Ascii("?")));
 
     EXPECT_EQ(decoder.WindowText(0, 1), "0 ONE!");
     EXPECT_EQ(decoder.WindowText(0, 2), "0 TWO?");
@@ -484,8 +488,8 @@ TEST(ServiceBlocks, MayBeEmpty)
     Driver decoder;
 
     // services 1, 6 and 7 without a byte; that of service 7 has no extended number either
-    decoder.SendBlocks(Block(1, Show("A")) + Byte(0x20) + Block(1, Ascii("B")) + Byte(0xC0) + Block(1, Ascii("C")) +
-                       Byte(0xE0) + Block(1, Ascii("D")));
+    decoder.SendBlocks(Block(1, Show("A")) + Byte(0x20) + Block(1, Ascii("B")) + Byte(0xC0) +
+                       Block(1, Ascii("C")) + Byte(0xE0) + Block(1, Ascii("D")));
 
     EXPECT_EQ(decoder.WindowText(), "0 ABCD");
     EXPECT_EQ(decoder.Counters().bad_service_blocks, 0u);
@@ -539,7 +543,8 @@ TEST(ServiceBlocks, MayCutAnElement)
 
     for (size_t cut = 1; cut < whole.size(); cut++) {
         Driver decoder;
-        const ByteString first(whole.begin(), whole.begin() + long(cut)), rest(whole.begin() + long(cut), whole.end());
+        const ByteString first(whole.begin(), whole.begin() + long(cut)),
+            rest(whole.begin() + long(cut), whole.end());
         decoder.SendBlocks(Block(1, first) + Block(1, rest));
         EXPECT_EQ(decoder.WindowText(), "2 .....♪ŠEND") << "cut at " << cut;
         EXPECT_EQ(decoder.Counters().cut_elements, 0u);
@@ -564,7 +569,9 @@ TEST(ServiceBlocks, DropAnElementThatThePacketsEndCuts)
     const struct {
         const char *cut;
         const char *what;
-    } cases[] = {{"92 02", "SPL"}, {"92", "SPL code"}, {"18 26", "P16"}, {"10", "EXT1"}, {"98 38 00 00 00 1f", "DF"}, {"8c", "DLW"}, {"10 90 05", "variable"}};
+    } cases[] = {{"92 02", "SPL"},        {"92", "SPL code"},          {"18 26", "P16"},
+                 {"10", "EXT1"},          {"98 38 00 00 00 1f", "DF"}, {"8c", "DLW"},
+                 {"10 90 05", "variable"}};
 
     for (const auto &each : cases) {
         Driver decoder;
