@@ -54,7 +54,7 @@ TEST(Codes708, OfG0AndG1AreAsciiAndLatin1)
 
 TEST(Codes708, OfG2AreAsTabled)
 {
-    Requirement("C2", "C3");
+    Requirement("C2");
     const struct {
         unsigned code, character;
     } cases[] = {{0x25, 0x2026}, {0x2A, 0x160},  {0x2C, 0x152},  {0x30, 0x2588}, {0x31, 0x2018},
