@@ -188,6 +188,7 @@ std::vector<std::string> Events(KovaCaptions *decoder)
 
 TEST(AnyBytes, LeaveNoTraceBehindADiscontinuity)
 {
+    Requirement("A3", "A7", "A8");
     for (unsigned seed = 0; seed < 15; ++seed) {
         Driver dirty, clean;
         const ByteString stream = RandomTriplets(1000 + seed, 300);
@@ -204,6 +205,7 @@ TEST(AnyBytes, LeaveNoTraceBehindADiscontinuity)
 
 TEST(AnyBytes, LeaveNoTraceOnceTheTimeGoesBack)
 {
+    Requirement("A7", "A8");
     Driver dirty, clean;
     const ByteString stream = RandomTriplets(7, 300);
 
@@ -216,6 +218,7 @@ TEST(AnyBytes, LeaveNoTraceOnceTheTimeGoesBack)
 
 TEST(AnyBytes, GiveTheSameStatesAndEventsInPiecesOfAnySize)
 {
+    Requirement("A4");
     for (unsigned seed = 0; seed < 10; ++seed) {
         const ByteString stream = RandomTriplets(seed, 1000);
         Driver whole(ManyEvents());
@@ -234,6 +237,7 @@ TEST(AnyBytes, GiveTheSameStatesAndEventsInPiecesOfAnySize)
 
 TEST(AnyBytes, GiveTheSameStatesWhoeverMovesTheClockBetweenThem)
 {
+    Requirement("A11");
     for (unsigned seed = 0; seed < 10; ++seed) {
         const ByteString stream = RandomTriplets(seed, 300);
         Driver idle(ManyEvents()), busy(ManyEvents());
@@ -257,6 +261,7 @@ TEST(AnyBytes, GiveTheSameStatesWhoeverMovesTheClockBetweenThem)
 
 TEST(AnyTime, IsTaken)
 {
+    Requirement("A3");
     Driver decoder;
     const ByteString stream = RandomTriplets(1, 100);
 

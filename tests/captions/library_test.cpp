@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The library as such: channels and services side by side, discontinuities, selection, time, any bytes at all.
+// The library as such: channels and services side by side, discontinuities, selection, time, what it needs.
 #include "driver.h"
 
-#include <algorithm>
-#include <atomic>
 #include <chrono>
-#include <random>
 #include <thread>
 
 #include <cstring>
@@ -231,22 +228,6 @@ TEST(Time, ComesFromTheCallerAlone)
     EXPECT_EQ(decoder.WindowText(), "");
 }
 
-TEST(Time, MayBeAnyNumber)
-{
-    Requirement("A3", "A11");
-    Driver decoder;
-
-    for (const int64_t time : {INT64_MIN, INT64_MIN + 1, int64_t(-1), int64_t(0), INT64_MAX - 1, INT64_MAX,
-                               INT64_MIN, INT64_MAX}) {
-        const ByteString triplets =
-            ToTriplets(1, Code(RU2) + Text("A") + Code(CR)) +
-            PacketTriplets(Packet(0, Block(1, Define(Window(0)) + Delay(255) + Ascii("A\r\r"))));
-        EXPECT_EQ(Kova_Captions_PushTriplets(*decoder, time, triplets.data(), triplets.size() / 3), 0);
-        EXPECT_EQ(Kova_Captions_Advance(*decoder, time), 0);
-        Kova_Captions_NextChange(*decoder, KOVA_CAPTIONS_NONE, 7);
-    }
-}
-
 TEST(Time, OfTheNextChangeIsTheOneThatComesFirst)
 {
     Requirement("A11");
@@ -261,150 +242,6 @@ TEST(Time, OfTheNextChangeIsTheOneThatComesFirst)
     EXPECT_EQ(Kova_Captions_NextChange(*decoder, 2, KOVA_CAPTIONS_CHANGE_STATE), start + FRAME + 10 * TENTH);
     EXPECT_EQ(Kova_Captions_NextChange(*decoder, KOVA_CAPTIONS_NONE, KOVA_CAPTIONS_CHANGE_STATE),
               start + FRAME + 10 * TENTH);
-}
-
-/* --------------------------------------------------------------------------------------------------- Any bytes */
-
-// The same numbers in every run.
-class Random
-{
-public:
-    explicit Random(unsigned seed) : m_engine(seed)
-    {
-    }
-
-    unsigned operator()()
-    {
-        return unsigned(m_engine());
-    }
-
-private:
-    std::mt19937 m_engine;
-};
-
-// Bytes of which many mean something: pairs with parity, packets with blocks, and noise.
-static ByteString AnyTriplets(Random &random, size_t count)
-{
-    ByteString bytes;
-
-    while (bytes.size() < 3 * count) {
-        switch (random() % 4) {
-        case 0:
-            bytes = bytes + ToTriplets(1 + random() % 2, Raw(random() % 0x20, 0x20 + random() % 0x60));
-            break;
-        case 1:
-            bytes = bytes + ToTriplets(1 + random() % 2, Raw(random() % 0x80, random() % 0x80));
-            break;
-        case 2:
-            bytes = bytes + Bytes({random() % 256, random() % 256, random() % 256});
-            break;
-        default: {
-            ByteString service =
-                Define(Window(random() % 8).Rows(1 + random() % 16).Columns(1 + random() % 64));
-            while (service.size() < 60)
-                service.push_back(uint8_t(random() % 4 ? 0x80 + random() % 0x20 : random()));
-            bytes = bytes + PacketTriplets(
-                                Packet(random() % 8 ? random() % 4 : 0, Blocks(1 + random() % 63, service)));
-        }
-        }
-    }
-    bytes.resize(3 * count);
-    return bytes;
-}
-
-TEST(AnyBytes, EndWithoutHarm)
-{
-    Requirement("A3");
-    Random random(608708);
-
-    for (int round = 0; round < 20; round++) {
-        Driver decoder(WithEvents());
-        for (int picture = 0; picture < 100; picture++) {
-            decoder.SendTriplets(AnyTriplets(random, 20));
-            decoder.Wait(int64_t(random() % 200000));
-        }
-        // whatever is there can be read
-        decoder.Snapshot();
-        decoder.Events();
-        const auto channel = decoder.Channel(KOVA_CAPTIONS_CC1);
-        EXPECT_LT(channel->cursor_row, 15);
-        EXPECT_LT(channel->cursor_column, 32);
-    }
-}
-
-TEST(AnyBytes, LeaveNothingBehindADiscontinuity)
-{
-    Requirement("A3", "A7", "A8");
-    Random random(79101);
-
-    for (int round = 0; round < 20; round++) {
-        Driver used, fresh;
-        for (int picture = 0; picture < 100; picture++) used.SendTriplets(AnyTriplets(random, 20));
-        used.Discontinuity();
-        used.SetSequence(0);
-        for (Driver *const decoder : {&used, &fresh}) {
-            FillEverything(*decoder);
-            decoder->Wait(3 * SECOND);
-        }
-        ASSERT_EQ(used.Snapshot(), fresh.Snapshot()) << round;
-    }
-}
-
-TEST(AnyBytes, InPiecesOfAnySizeGiveTheSame)
-{
-    Requirement("A4");
-    Random random(79102);
-
-    for (int round = 0; round < 20; round++) {
-        Driver whole(WithEvents()), single(WithEvents()), pieces(WithEvents());
-        for (int picture = 0; picture < 30; picture++) {
-            const ByteString triplets = AnyTriplets(random, 31);
-            whole.SendTriplets(triplets);
-            for (size_t i = 0; i < triplets.size(); i += 3)
-                single.SendTriplets({triplets[i], triplets[i + 1], triplets[i + 2]});
-            for (size_t i = 0; i < triplets.size();) {
-                const size_t end = std::min(triplets.size(), i + 3 * (random() % 5));
-                pieces.SendTriplets(ByteString(triplets.begin() + long(i), triplets.begin() + long(end)));
-                i = end;
-            }
-            for (Driver *const decoder : {&whole, &single, &pieces}) decoder->Wait(FRAME);
-        }
-        ASSERT_EQ(single.Snapshot(), whole.Snapshot()) << round;
-        ASSERT_EQ(pieces.Snapshot(), whole.Snapshot()) << round;
-        const std::string events = whole.Events();
-        ASSERT_EQ(single.Events(), events) << round;
-        ASSERT_EQ(pieces.Events(), events) << round;
-    }
-}
-
-/* --------------------------------------------------------------------------------------------------------- Threads */
-
-TEST(Threads, MayPushAndReadAtOnce)
-{
-    Driver decoder(WithEvents());
-    std::atomic<bool> done{false};
-    std::thread reader([&] {
-        KovaCaptionsEvent event;
-        while (!done) {
-            decoder.Channel(KOVA_CAPTIONS_CC1);
-            const auto window = decoder.Window(0);
-            // a window is read as a whole: its one row holds equal letters
-            if (window->exists && window->cells[0][0].kind == KOVA_CAPTIONS_CHARACTER) {
-                EXPECT_EQ(window->cells[0][7].character, window->cells[0][0].character);
-            }
-            Kova_Captions_Revision(*decoder);
-            Kova_Captions_NextEvent(*decoder, &event);
-        }
-    });
-
-    for (int i = 0; i < 300; i++) {
-        decoder.SendService(1,
-                            Define(Window(0)) + SetPenLocation(0, 0) + ByteString(8, uint8_t('A' + i % 26)));
-        decoder.Send(Code(RU2) + Text("AB") + Code(CR));
-    }
-    done = true;
-    reader.join();
-    EXPECT_EQ(decoder.WindowText(), "0 " + std::string(8, char('A' + 299 % 26)));
 }
 
 /* ----------------------------------------------------------------------------------------------------- Needs */
