@@ -154,8 +154,9 @@ static void Write(Line &line, const char *text)
 
 static void WriteDecimal(Line &line, unsigned value)
 {
-    if (value >= 10) WriteDecimal(line, value / 10);
-    Write(line, &"0123456789"[value % 10], 1);
+    unsigned power = 1;
+    while (value / power >= 10) power *= 10;
+    for (; power > 0; power /= 10) Write(line, &"0123456789"[value / power % 10], 1);
 }
 
 static void WriteHexadecimal(Line &line, unsigned value, int digits)

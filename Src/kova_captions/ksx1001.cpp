@@ -146,7 +146,7 @@ static uint16_t Syllable(int before)
     const uint32_t *word = kHangul;
     for (int count; (count = CountBits(*word)) <= before; ++word) before -= count;
     int bit = 0;
-    for (; before > 0 || !(*word >> bit & 1); ++bit) before -= *word >> bit & 1;
+    for (; before > 0 || !(*word >> bit & 1); ++bit) before -= int(*word >> bit & 1);
     return uint16_t(kFirstSyllable + 32 * (word - kHangul) + bit);
 }
 
