@@ -58,14 +58,14 @@ typedef struct KovaCaptions KovaCaptions;
 /** The time between two steps of a movement that Kova_Captions_NextChange announces, in microseconds. */
 #define KOVA_CAPTIONS_STEP 16667
 
-/** Windows of a service, and the limits of one. */
+/** Windows of a service. */
 #define KOVA_CAPTIONS_WINDOWS 8
-#define KOVA_CAPTIONS_WINDOW_ROWS 15
-#define KOVA_CAPTIONS_WINDOW_COLUMNS 42
+#define KOVA_CAPTIONS_WINDOW_ROWS 15    /**< rows at most */
+#define KOVA_CAPTIONS_WINDOW_COLUMNS 42 /**< columns at most */
 
-/** The grid of a 608 channel. */
+/** The rows of a 608 channel. */
 #define KOVA_CAPTIONS_CHANNEL_ROWS 15
-#define KOVA_CAPTIONS_CHANNEL_COLUMNS 32
+#define KOVA_CAPTIONS_CHANNEL_COLUMNS 32 /**< its columns */
 
 /** Where captions come from: a service is its own number, 1 to 63; the 608 channels follow. A plain uint8_t carries
     it. */
@@ -130,10 +130,10 @@ enum KovaCaptionsMotionKind {
 
 /** A movement under way, or all zero. It ends by itself, with a new revision, at start + duration. */
 typedef struct KovaCaptionsMotion {
-    /** Start and length in microseconds. The start may lie before the command that caused it: a window that is hidden
+    /** In microseconds. The start may lie before the command that caused it: a window that is hidden
         while it appears goes back from where it is. */
     int64_t start;
-    int64_t duration;
+    int64_t duration; /**< length in microseconds */
     /** KOVA_CAPTIONS_STILL and so on. */
     uint8_t kind;
     /** The direction of a wipe as it moves, already reversed where it hides, or of a scroll: KOVA_CAPTIONS_LEFT_TO_RIGHT
@@ -141,7 +141,7 @@ typedef struct KovaCaptionsMotion {
     uint8_t direction;
     /** 1 if the window appears, 0 if it goes: such a window is drawn until the end although it is not visible. */
     uint8_t showing;
-    uint8_t reserved[5];
+    uint8_t reserved[5]; /**< 0 */
 } KovaCaptionsMotion;
 
 /** What every source has. */
@@ -180,20 +180,20 @@ typedef struct KovaCaptionsChannelCell {
     uint8_t kind;
     /** KOVA_CAPTIONS_WHITE and so on; 608 has eight. */
     uint8_t foreground;
-    uint8_t background;
+    uint8_t background; /**< as foreground */
     /** Solid, translucent or transparent. */
     uint8_t background_opacity;
-    /** 0 or 1. Spaces, attributes and box corners have no underline. */
+    /** 0 or 1. */
     uint8_t italics;
-    uint8_t underline;
+    uint8_t underline; /**< 0 or 1; spaces, attributes and box corners have none */
     /** 1 if the character flashes. */
     uint8_t flash;
-    uint8_t reserved;
+    uint8_t reserved; /**< 0 */
 } KovaCaptionsChannelCell;
 
 /** The state of a 608 channel. 9720 bytes. */
 typedef struct KovaCaptionsChannel {
-    KovaCaptionsStatus status;
+    KovaCaptionsStatus status; /**< the revisions */
     /** The roll of the last carriage return, upward. In roll-up style the rows base_row - depth + 1 to base_row move,
         in Text all 15. */
     KovaCaptionsMotion roll;
@@ -205,10 +205,10 @@ typedef struct KovaCaptionsChannel {
     uint8_t depth;
     /** The lowest row of the roll-up window, 0 to 14. */
     uint8_t base_row;
-    /** Where the next character goes, 0 to 14 and 0 to 31. */
+    /** Where the next character goes: 0 to 14. */
     uint8_t cursor_row;
-    uint8_t cursor_column;
-    uint8_t reserved[7];
+    uint8_t cursor_column; /**< 0 to 31 */
+    uint8_t reserved[7];   /**< 0 */
     /** The memory that is shown. Rows outside a roll-up window are empty. */
     KovaCaptionsChannelCell displayed[KOVA_CAPTIONS_CHANNEL_ROWS][KOVA_CAPTIONS_CHANNEL_COLUMNS];
     /** The memory that a pop-on caption is loaded into; empty for Text. */
@@ -274,19 +274,19 @@ enum KovaCaptionsFont {
 
 /** A pen: SetPenAttributes and SetPenColor, or a predefined style. [79.102(i) table 5] */
 typedef struct KovaCaptionsPen {
-    /** Colours are 6 bits (KovaCaptionsColor). The edge has the foreground's opacity. */
+    /** The colour of the glyph, 6 bits (KovaCaptionsColor). */
     uint8_t foreground;
-    uint8_t foreground_opacity;
-    uint8_t background;
-    uint8_t background_opacity;
-    uint8_t edge_color;
+    uint8_t foreground_opacity; /**< KOVA_CAPTIONS_SOLID and so on */
+    uint8_t background;         /**< 6 bits */
+    uint8_t background_opacity; /**< likewise */
+    uint8_t edge_color;         /**< 6 bits; its opacity is the foreground's */
     /** KOVA_CAPTIONS_EDGE_NONE and so on. */
     uint8_t edge_type;
-    uint8_t size;
-    uint8_t offset;
-    uint8_t font;
-    uint8_t italics;
-    uint8_t underline;
+    uint8_t size;      /**< KOVA_CAPTIONS_PEN_SMALL and so on */
+    uint8_t offset;    /**< KOVA_CAPTIONS_SUBSCRIPT and so on */
+    uint8_t font;      /**< KOVA_CAPTIONS_FONT_DEFAULT and so on */
+    uint8_t italics;   /**< 0 or 1 */
+    uint8_t underline; /**< 0 or 1 */
     /** 0 dialog to 14, or KOVA_CAPTIONS_TAG_HIDDEN. */
     uint8_t text_tag;
 } KovaCaptionsPen;
@@ -297,8 +297,8 @@ typedef struct KovaCaptionsWindowCell {
     uint16_t character;
     /** Empty, character or transparent space. */
     uint8_t kind;
-    uint8_t reserved;
-    KovaCaptionsPen pen;
+    uint8_t reserved;    /**< 0 */
+    KovaCaptionsPen pen; /**< the pen that printed it */
 } KovaCaptionsWindowCell;
 
 /** DefineWindow. [79.102(e), (f)] */
@@ -314,60 +314,60 @@ typedef struct KovaCaptionsDefinition {
     /** The point of the window that lies there: 0 top left, 1 top centre, 2 top right, 3 middle left and so on to 8,
         bottom right. */
     uint8_t anchor_point;
-    /** 1 to 15, 1 to 42. */
+    /** 1 to 15. */
     uint8_t rows;
-    uint8_t columns;
+    uint8_t columns; /**< 1 to 42 */
     /** Decoded and not acted upon. */
     uint8_t row_lock;
-    uint8_t column_lock;
+    uint8_t column_lock; /**< likewise */
     /** 0 to 7 as received. */
     uint8_t window_style;
-    uint8_t pen_style;
-    uint8_t reserved[5];
+    uint8_t pen_style;   /**< 0 to 7 as received */
+    uint8_t reserved[5]; /**< 0 */
 } KovaCaptionsDefinition;
 
 /** SetWindowAttributes, or a predefined style. [79.102(i) table 4] */
 typedef struct KovaCaptionsWindowAttributes {
-    uint8_t fill_color;
-    uint8_t fill_opacity;
-    uint8_t border_color;
+    uint8_t fill_color;   /**< 6 bits (KovaCaptionsColor) */
+    uint8_t fill_opacity; /**< KOVA_CAPTIONS_SOLID and so on */
+    uint8_t border_color; /**< 6 bits */
     /** KOVA_CAPTIONS_EDGE_NONE and so on. */
     uint8_t border_type;
     /** The bit as received. The decoder never wraps. */
     uint8_t word_wrap;
-    uint8_t print_direction;
+    uint8_t print_direction; /**< KOVA_CAPTIONS_LEFT_TO_RIGHT and so on */
     /** As received, so it may be parallel to the print direction. Then rows follow bottom to top, and vertical rows
         right to left. */
     uint8_t scroll_direction;
-    uint8_t justify;
+    uint8_t justify; /**< KOVA_CAPTIONS_JUSTIFY_LEFT and so on */
     /** Bits as received: 0 snap, 1 fade, 2 wipe, 3 reserved (snap). */
     uint8_t display_effect;
-    uint8_t effect_direction;
+    uint8_t effect_direction; /**< KOVA_CAPTIONS_LEFT_TO_RIGHT and so on */
     /** In half seconds, 0 to 15. */
     uint8_t effect_speed;
-    uint8_t reserved[5];
+    uint8_t reserved[5]; /**< 0 */
 } KovaCaptionsWindowAttributes;
 
 /** The state of a window. 10248 bytes. */
 typedef struct KovaCaptionsWindow {
-    /** The effect that shows or hides the window, and the scroll of its rows. */
+    /** The effect that shows or hides the window. */
     KovaCaptionsMotion effect;
-    KovaCaptionsMotion scroll;
+    KovaCaptionsMotion scroll; /**< the scroll of its rows */
     /** Changes whenever anything of the window does. */
     uint32_t revision;
     /** One for each row: changes whenever a cell of the row does. */
     uint32_t row_revision[KOVA_CAPTIONS_WINDOW_ROWS];
     /** 0 if the window is not defined; then all else is zero, but the revisions. */
     uint8_t exists;
-    uint8_t visible;
-    /** Where the next character goes. */
+    uint8_t visible; /**< 0 or 1; see effect and KovaCaptionsService::blanked */
+    /** Where the next character goes: 0 to definition.rows - 1. */
     uint8_t pen_row;
-    uint8_t pen_column;
-    uint8_t reserved[4];
-    KovaCaptionsDefinition definition;
-    KovaCaptionsWindowAttributes attributes;
-    KovaCaptionsPen pen;
-    uint8_t reserved_after_pen[4];
+    uint8_t pen_column;                      /**< 0 to definition.columns - 1 */
+    uint8_t reserved[4];                     /**< 0 */
+    KovaCaptionsDefinition definition;       /**< what DefineWindow said */
+    KovaCaptionsWindowAttributes attributes; /**< what SetWindowAttributes or the style said */
+    KovaCaptionsPen pen;                     /**< what prints next */
+    uint8_t reserved_after_pen[4];           /**< 0 */
     /** The first definition.columns cells of the first definition.rows rows; the rest is empty. Text is stored from a
         row's start whatever the justification: justifying is drawing. */
     KovaCaptionsWindowCell cells[KOVA_CAPTIONS_WINDOW_ROWS][KOVA_CAPTIONS_WINDOW_COLUMNS];
@@ -378,19 +378,19 @@ typedef struct KovaCaptionsWindow {
 
 /** The state of a service apart from its windows. */
 typedef struct KovaCaptionsService {
-    KovaCaptionsStatus status;
+    KovaCaptionsStatus status; /**< the revisions */
     /** When the pending delay ends, or KOVA_CAPTIONS_NO_TIME. */
     int64_t delay_until;
     /** 0 to 7, or KOVA_CAPTIONS_NO_WINDOW. */
     uint8_t current_window;
     /** Bit n is window n. */
     uint8_t existing_windows;
-    uint8_t visible_windows;
+    uint8_t visible_windows; /**< likewise; windows that are on their way out are not among them */
     /** 1 if no DTVCC data came for the timeout: no window is drawn, until the next packet. */
     uint8_t blanked;
     /** Bytes that wait in the input buffer, 0 to 128. */
     uint8_t buffered;
-    uint8_t reserved[3];
+    uint8_t reserved[3]; /**< 0 */
 } KovaCaptionsService;
 
 /* ------------------------------------------------------------------------------------------------- Extended data */
@@ -409,23 +409,23 @@ enum KovaCaptionsRatingSystem {
 typedef struct KovaCaptionsProgram {
     /** Changes whenever anything here does. */
     uint32_t revision;
-    /** Programme start, UTC: month 1 to 12 (0: unknown), day 1 to 31, hour 0 to 23, minute 0 to 59. */
+    /** When the programme started, UTC: 1 to 12; 0: unknown. */
     uint8_t start_month;
-    uint8_t start_day;
-    uint8_t start_hour;
-    uint8_t start_minute;
-    /** KOVA_CAPTIONS_RATING_NONE and so on; rating is the system's own level, 0 to 7. */
+    uint8_t start_day;    /**< 1 to 31 */
+    uint8_t start_hour;   /**< 0 to 23 */
+    uint8_t start_minute; /**< 0 to 59 */
+    /** KOVA_CAPTIONS_RATING_NONE and so on. */
     uint8_t rating_system;
-    uint8_t rating;
-    /** US TV: violence (fantasy violence with TV-Y7), sexual situations, language, dialog. 0 or 1. */
+    uint8_t rating; /**< the level in its system, 0 to 7 */
+    /** The flags of US TV: 0 or 1. With TV-Y7 violence is fantasy violence. */
     uint8_t violence;
-    uint8_t sexual_situations;
-    uint8_t language;
-    uint8_t dialog;
-    uint8_t reserved[2];
-    char name[100];
-    char network[100];
-    char call_letters[100];
+    uint8_t sexual_situations; /**< 0 or 1 */
+    uint8_t language;          /**< 0 or 1 */
+    uint8_t dialog;            /**< 0 or 1 */
+    uint8_t reserved[2];       /**< 0 */
+    char name[100];            /**< of the programme, up to 32 characters */
+    char network[100];         /**< name of the network */
+    char call_letters[100];    /**< of the station */
 } KovaCaptionsProgram;
 
 /* ---------------------------------------------------------------------------------------------------------- Events */
@@ -507,9 +507,9 @@ enum KovaCaptionsCode {
 /** An argument that an event does not have. */
 #define KOVA_CAPTIONS_ABSENT 0xFFFF
 
-/** The most arguments and characters of an event. */
+/** The most arguments of an event. */
 #define KOVA_CAPTIONS_EVENT_ARGUMENTS 16
-#define KOVA_CAPTIONS_EVENT_CHARACTERS 64
+#define KOVA_CAPTIONS_EVENT_CHARACTERS 64 /**< the most characters of an event */
 
 /** Something decoded. Events of one source are in their order in the stream. A run of text is reported with the time
     of its first character once a code, a discontinuity, KOVA_CAPTIONS_EVENT_CHARACTERS characters or
@@ -522,11 +522,12 @@ typedef struct KovaCaptionsEvent {
     uint8_t source;
     /** KOVA_CAPTIONS_EVENT_TEXT and so on. */
     uint8_t code;
-    /** How many entries of arguments and characters hold something. */
+    /** Entries of arguments that hold something. */
     uint8_t argument_count;
-    uint8_t character_count;
-    uint8_t reserved[4];
-    uint16_t arguments[KOVA_CAPTIONS_EVENT_ARGUMENTS];
+    uint8_t character_count; /**< entries of characters that hold something */
+    uint8_t reserved[4];     /**< 0 */
+    uint16_t arguments
+        [KOVA_CAPTIONS_EVENT_ARGUMENTS]; /**< by code, see KovaCaptionsCode; KOVA_CAPTIONS_ABSENT where there is none */
     /** Unicode of the Basic Multilingual Plane. */
     uint16_t characters[KOVA_CAPTIONS_EVENT_CHARACTERS];
 } KovaCaptionsEvent;
@@ -542,25 +543,25 @@ typedef struct KovaCaptionsCounters {
     uint32_t packets;
     /** 608 pairs with a parity error. 00 00 is none. */
     uint32_t parity_errors;
-    uint32_t sequence_gaps;
+    uint32_t sequence_gaps; /**< numbers of DTVCC packets that did not follow; each reset every service */
     /** Packets that ended before their length. */
     uint32_t short_packets;
     /** DTVCC triplets with no packet open. */
     uint32_t stray_data;
-    uint32_t bad_service_blocks;
-    uint32_t cut_elements;
+    uint32_t bad_service_blocks; /**< extended headers that are none */
+    uint32_t cut_elements;       /**< characters and commands dropped at a packet's end */
     /** Structures with fewer triplets than announced. */
     uint32_t cut_cc_data;
     /** Codes that no table lists. */
     uint32_t unknown_codes;
-    uint32_t full_buffers;
+    uint32_t full_buffers; /**< delays that a full input buffer ended */
     /** XDS packets with a wrong checksum, a parity error or too many bytes. */
     uint32_t xds_errors;
-    uint32_t timeouts;
-    uint32_t discontinuities;
+    uint32_t timeouts;        /**< channels and services blanked */
+    uint32_t discontinuities; /**< those that the caller or the time made */
     /** Events that found no room. */
     uint32_t lost_events;
-    uint32_t reserved;
+    uint32_t reserved; /**< 0 */
 } KovaCaptionsCounters;
 
 /** Which sources carry something, since creation or the last discontinuity. */
@@ -571,8 +572,8 @@ typedef struct KovaCaptionsActivity {
     uint64_t services_with_text;
     /** Bit n is channel KOVA_CAPTIONS_CC1 + n. */
     uint8_t channels_with_data;
-    uint8_t channels_with_text;
-    uint8_t reserved[6];
+    uint8_t channels_with_text; /**< likewise; characters were received */
+    uint8_t reserved[6];        /**< 0 */
 } KovaCaptionsActivity;
 
 /* ----------------------------------------------------------------------------------------------- Creating, feeding */
@@ -593,14 +594,16 @@ typedef struct KovaCaptionsOptions {
     int64_t service_timeout;
     /** How many events are kept for Kova_Captions_NextEvent; 0, the default: none are made. */
     uint32_t event_capacity;
-    uint32_t reserved;
+    uint32_t reserved; /**< 0 */
 } KovaCaptionsOptions;
 
-/** Writes the defaults. Takes no lock. */
+/** Writes the defaults. Takes no lock.
+    @param options filled; null is ignored */
 KOVA_CAPTIONS_API void Kova_Captions_GetDefaults(KovaCaptionsOptions *options);
 
-/** Returns the bytes that a decoder of these options takes, all of it at creation; 0 if the options cannot be used.
+/** Says how many bytes a decoder of these options takes, all of it at creation.
     @param options null for the defaults
+    @return bytes; 0 if the options cannot be used
 
     Takes no lock. */
 KOVA_CAPTIONS_API size_t Kova_Captions_GetMemorySize(const KovaCaptionsOptions *options);
@@ -616,9 +619,11 @@ KOVA_CAPTIONS_API KovaCaptions *Kova_Captions_Create(const KovaCaptionsOptions *
 KOVA_CAPTIONS_API void Kova_Captions_Destroy(KovaCaptions *decoder);
 
 /** Decodes triplets: a byte with cc_valid and cc_type, and two bytes of data each.
+    @param decoder from Kova_Captions_Create
     @param time when they are presented
     @param triplets count times three bytes, in presentation order; may be null if count is 0
     @param count any; a packet may be spread over many calls, and the result is the same however it is
+    @return 0, or -1 for a null pointer
 
     Triplets with cc_valid 0 are skipped; marker bits are not looked at. Equal times are in order. A call without a
     triplet is Kova_Captions_Advance. */
@@ -626,8 +631,12 @@ KOVA_CAPTIONS_API int Kova_Captions_PushTriplets(KovaCaptions *decoder, int64_t 
                                                  size_t count);
 
 /** Decodes a cc_data() structure: two bytes of header, then the triplets.
+    @param decoder from Kova_Captions_Create
+    @param time when they are presented
     @param data size bytes, from the byte with process_cc_data_flag and cc_count; what follows the triplets is not
            looked at
+    @param size bytes, any
+    @return 0, or -1 for a null pointer
 
     With process_cc_data_flag 0 only the time is taken. A count beyond the data: the whole triplets present are decoded,
     and the error is counted. [A/53 part 4] */
@@ -635,58 +644,87 @@ KOVA_CAPTIONS_API int Kova_Captions_PushCcData(KovaCaptions *decoder, int64_t ti
                                                size_t size);
 
 /** Decodes one pair of line 21, parity included.
-    @param field 1 or 2 */
+    @param decoder from Kova_Captions_Create
+    @param time when it is presented
+    @param field 1 or 2
+    @param first the first byte
+    @param second the second byte
+    @return 0, or -1 for a null decoder or another field */
 KOVA_CAPTIONS_API int Kova_Captions_PushPair(KovaCaptions *decoder, int64_t time, int field, uint8_t first,
                                              uint8_t second);
 
-/** Moves the time on: ends delays, effects, rolls and timeouts that are due. */
+/** Moves the time on: ends delays, effects, rolls and timeouts that are due.
+    @param decoder from Kova_Captions_Create
+    @param time now
+    @return 0, or -1 for a null decoder */
 KOVA_CAPTIONS_API int Kova_Captions_Advance(KovaCaptions *decoder, int64_t time);
 
 /** Returns all state of all channels and services, the extended data and the time to its initial value: the receiver's
     channel changed, or the stream was left for another place. Counters and revisions go on, and events that were not
-    read stay. [79.101(f), CTA-708-E 8.9.5] */
+    read stay. [79.101(f), CTA-708-E 8.9.5]
+    @param decoder from Kova_Captions_Create
+    @return 0, or -1 for a null decoder */
 KOVA_CAPTIONS_API int Kova_Captions_Discontinuity(KovaCaptions *decoder);
 
 /** Says that the viewer chose another channel or service.
+    @param decoder from Kova_Captions_Create
     @param source a 608 channel: both its memories are erased, so that it starts empty [79.101(f)]; style and cursor
            stay. A decoded service: nothing changes, its current windows may be shown at once.
     @param keep not 0: the memories are not erased, and the channel's display appears at once
-    @return -1 for a source that is not decoded */
+    @return 0, or -1 for a null decoder or a source that is not decoded */
 KOVA_CAPTIONS_API int Kova_Captions_Select(KovaCaptions *decoder, uint8_t source, int keep);
 
 /* --------------------------------------------------------------------------------------------------------- Reading */
 
-/** Returns a number that changes whenever the state of any source does. Cheap enough for polling: takes no lock.
-    @param decoder null gives 0 */
+/** Gives a number that changes whenever the state of any source does. Cheap enough for polling: takes no lock.
+    @param decoder from Kova_Captions_Create, or null
+    @return the number; 0 for a null decoder */
 KOVA_CAPTIONS_API uint32_t Kova_Captions_Revision(const KovaCaptions *decoder);
 
 /** Copies what every source has.
-    @return -1 for a source that is not decoded */
+    @param decoder from Kova_Captions_Create
+    @param source KOVA_CAPTIONS_CC1 to KOVA_CAPTIONS_T4, or a service
+    @param status filled
+    @return 0, or -1 for a null pointer or a source that is not decoded */
 KOVA_CAPTIONS_API int Kova_Captions_GetStatus(KovaCaptions *decoder, uint8_t source,
                                               KovaCaptionsStatus *status);
 
 /** Copies a 608 channel.
-    @param source KOVA_CAPTIONS_CC1 to KOVA_CAPTIONS_T4 */
+    @param decoder from Kova_Captions_Create
+    @param source KOVA_CAPTIONS_CC1 to KOVA_CAPTIONS_T4
+    @param channel filled
+    @return 0, or -1 for a null pointer or another source */
 KOVA_CAPTIONS_API int Kova_Captions_GetChannel(KovaCaptions *decoder, uint8_t source,
                                                KovaCaptionsChannel *channel);
 
 /** Copies a service and some of its windows, all of one moment.
-    @param service 1 to 63; -1 if it is not decoded
+    @param decoder from Kova_Captions_Create
+    @param service 1 to 63
     @param state null: not wanted
     @param windows KOVA_CAPTIONS_WINDOWS entries, of which those of window_map are written, also if the window does not
            exist; may be null if the map is 0
-    @param window_map bit n is window n */
+    @param window_map bit n is window n
+    @return 0, or -1 for a null decoder, null windows with a map, or a service that is not decoded */
 KOVA_CAPTIONS_API int Kova_Captions_GetService(KovaCaptions *decoder, uint8_t service,
                                                KovaCaptionsService *state, KovaCaptionsWindow *windows,
                                                uint8_t window_map);
 
-/** Copies what extended data services told. */
+/** Copies what extended data services told.
+    @param decoder from Kova_Captions_Create
+    @param program filled
+    @return 0, or -1 for a null pointer */
 KOVA_CAPTIONS_API int Kova_Captions_GetProgram(KovaCaptions *decoder, KovaCaptionsProgram *program);
 
-/** Copies which sources carry something. */
+/** Copies which sources carry something.
+    @param decoder from Kova_Captions_Create
+    @param activity filled
+    @return 0, or -1 for a null pointer */
 KOVA_CAPTIONS_API int Kova_Captions_GetActivity(KovaCaptions *decoder, KovaCaptionsActivity *activity);
 
-/** Copies the counters. */
+/** Copies the counters.
+    @param decoder from Kova_Captions_Create
+    @param counters filled
+    @return 0, or -1 for a null pointer */
 KOVA_CAPTIONS_API int Kova_Captions_GetCounters(KovaCaptions *decoder, KovaCaptionsCounters *counters);
 
 /** What Kova_Captions_NextChange looks for. */
@@ -699,50 +737,60 @@ enum KovaCaptionsChange {
     KOVA_CAPTIONS_CHANGE_FLASH = 4
 };
 
-/** Returns when something changes next without further bytes: a time after the latest one, at which to call
-    Kova_Captions_Advance and draw again; KOVA_CAPTIONS_NEVER if nothing will, for a null decoder and for a source that
-    is not decoded.
+/** Says when something changes next without further bytes: when to call Kova_Captions_Advance and to draw again.
+    @param decoder from Kova_Captions_Create, or null
     @param source KOVA_CAPTIONS_NONE for all sources together
-    @param kinds KOVA_CAPTIONS_CHANGE_STATE and so on, added up */
+    @param kinds KOVA_CAPTIONS_CHANGE_STATE and so on, added up
+    @return a time after the latest one; KOVA_CAPTIONS_NEVER if nothing will change, for a null decoder and for a source
+            that is not decoded */
 KOVA_CAPTIONS_API int64_t Kova_Captions_NextChange(KovaCaptions *decoder, uint8_t source, unsigned kinds);
 
 /* ---------------------------------------------------------------------------------------------------------- Events */
 
 /** Takes the oldest event out.
+    @param decoder from Kova_Captions_Create
+    @param event filled if there is one
     @return 1 and the event, 0 if there is none, -1 for a null pointer
 
     When event_capacity events wait, new ones are lost and counted. */
 KOVA_CAPTIONS_API int Kova_Captions_NextEvent(KovaCaptions *decoder, KovaCaptionsEvent *event);
 
 /** Ends the runs of text that are open, so that Kova_Captions_NextEvent returns them: at the end of a file. Changes
-    nothing else. */
+    nothing else.
+    @param decoder from Kova_Captions_Create
+    @return 0, or -1 for a null decoder */
 KOVA_CAPTIONS_API int Kova_Captions_EndRuns(KovaCaptions *decoder);
 
 /** Writes an event for people, name and arguments, such as `SetPenLocation row=0 column=3` or `Text "HELLO"`, in UTF-8
     without a line feed. In a text a backslash stands before `"` and `\`.
+    @param event from Kova_Captions_NextEvent
     @param line room for size bytes; what does not fit is cut off, at a whole character, and a zero byte ends it; may be
            null if size is 0
-    @return the length of the whole line without the zero byte; -1 for a null event
+    @param size bytes of line; KOVA_CAPTIONS_LINE is always enough
+    @return the length of the whole line without the zero byte; -1 for a null pointer
 
     Takes no lock. */
 KOVA_CAPTIONS_API int Kova_Captions_FormatEvent(const KovaCaptionsEvent *event, char *line, size_t size);
 
-/** Returns the name of an event's code, such as "DefineWindow"; "Unknown" for another number. Static. Takes no lock. */
+/** Names an event's code. Takes no lock.
+    @param code KOVA_CAPTIONS_EVENT_TEXT and so on
+    @return such as "DefineWindow"; "Unknown" for another number. Static. */
 KOVA_CAPTIONS_API const char *Kova_Captions_EventName(uint8_t code);
 
-/** Returns the name of an event's argument, such as "row"; null if the code has no such argument. Static. Takes no
-    lock.
-    @param index from 0 */
+/** Names an event's argument. Takes no lock.
+    @param code KOVA_CAPTIONS_EVENT_TEXT and so on
+    @param index from 0
+    @return such as "row"; null if the code has no such argument. Static. */
 KOVA_CAPTIONS_API const char *Kova_Captions_ArgumentName(uint8_t code, unsigned index);
 
-/** Returns the short name of a source: "cc1", "t4", "s1", "s63", "xds", and "-" for KOVA_CAPTIONS_NONE and other numbers.
-    Static. Takes no lock. */
+/** Names a source. Takes no lock.
+    @param source KOVA_CAPTIONS_CC1 and so on
+    @return "cc1", "t4", "s1", "s63" or "xds"; "-" for KOVA_CAPTIONS_NONE and other numbers. Static. */
 KOVA_CAPTIONS_API const char *Kova_Captions_SourceName(uint8_t source);
 
-/** Returns the source of a short name, in small or capital letters; KOVA_CAPTIONS_NONE if there is none.
-    @param name null gives KOVA_CAPTIONS_NONE
-
-    Takes no lock. */
+/** Finds a source by its name. Takes no lock.
+    @param name as Kova_Captions_SourceName gives it, in small or capital letters, or null
+    @return the source; KOVA_CAPTIONS_NONE if there is none of that name */
 KOVA_CAPTIONS_API uint8_t Kova_Captions_SourceByName(const char *name);
 
 #ifdef __cplusplus
