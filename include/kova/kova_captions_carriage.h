@@ -45,7 +45,9 @@ typedef struct KovaCaptionsTriplets {
 
 /** Appends bare triplets, as demultiplexers hand them over that have parsed cc_data() already (FFmpeg's side data
     AV_FRAME_DATA_A53_CC).
-    @param data,size  bytes, three per triplet; an incomplete last one counts as one error */
+    @param data,size  bytes, three per triplet; an incomplete last one counts as one error
+    @param triplets   the list to append to
+    @return the number of triplets appended; -1 if an argument is wrong */
 KOVA_CAPTIONS_API int Kova_Captions_ReadTriplets(const uint8_t *data, size_t size,
                                                  KovaCaptionsTriplets *triplets);
 
@@ -53,6 +55,8 @@ KOVA_CAPTIONS_API int Kova_Captions_ReadTriplets(const uint8_t *data, size_t siz
     Yields none if process_cc_data_flag is 0. If cc_count promises more than there is, the whole triplets present are
     used and one error is counted. The marker bits of the triplets are not checked.
     @param data,size  from the byte with the flags on; bytes after the last triplet (marker_bits FF) are ignored
+    @param triplets   the list to append to
+    @return the number of triplets appended; -1 if an argument is wrong
     Source: CTA-708 4.4. */
 KOVA_CAPTIONS_API int Kova_Captions_ReadCcData(const uint8_t *data, size_t size,
                                                KovaCaptionsTriplets *triplets);
@@ -60,12 +64,16 @@ KOVA_CAPTIONS_API int Kova_Captions_ReadCcData(const uint8_t *data, size_t size,
 /** Appends the triplets of one ATSC user data structure: "GA94", type code 03, cc_data().
     Another identifier or type code ("DTG1", bar data) is no error; the result is 0.
     @param data,size  from the identifier on, without start code or country code
+    @param triplets   the list to append to
+    @return the number of triplets appended; -1 if an argument is wrong
     Source: ATSC A/53 Part 4, 6.2.3. */
 KOVA_CAPTIONS_API int Kova_Captions_ReadUserData(const uint8_t *data, size_t size,
                                                  KovaCaptionsTriplets *triplets);
 
 /** Appends the triplets of every user data structure (start code 00 00 01 B2) in MPEG-2 video.
     @param data,size  one coded picture, or any part of an elementary stream that does not cut a user data structure
+    @param triplets   the list to append to
+    @return the number of triplets appended; -1 if an argument is wrong
     Source: ATSC A/53 Part 4, 6.2.2. */
 KOVA_CAPTIONS_API int Kova_Captions_ReadMpeg2(const uint8_t *data, size_t size,
                                               KovaCaptionsTriplets *triplets);
@@ -79,6 +87,8 @@ typedef enum KovaCaptionsCoding {
 /** Appends the triplets of one SEI message of payload type 4: country code B5, provider code 0031, user data as
     Kova_Captions_ReadUserData reads it. Other codes are no error; the result is 0.
     @param data,size  the payload, from the country code on, emulation prevention bytes removed
+    @param triplets   the list to append to
+    @return the number of triplets appended; -1 if an argument is wrong
     Source: ITU-T T.35; ATSC A/72 Part 1, 6.4. */
 KOVA_CAPTIONS_API int Kova_Captions_ReadSeiPayload(const uint8_t *data, size_t size,
                                                    KovaCaptionsTriplets *triplets);
@@ -86,14 +96,18 @@ KOVA_CAPTIONS_API int Kova_Captions_ReadSeiPayload(const uint8_t *data, size_t s
 /** Appends the triplets of all SEI messages of one NAL unit. The result is 0 for a NAL unit of another type.
     @param coding     one of KovaCaptionsCoding; another value: -1
     @param data,size  the NAL unit from its header on, without start code or length, emulation prevention bytes
-                      still in it */
+                      still in it
+    @param triplets   the list to append to
+    @return the number of triplets appended; -1 if an argument is wrong */
 KOVA_CAPTIONS_API int Kova_Captions_ReadNalUnit(KovaCaptionsCoding coding, const uint8_t *data, size_t size,
                                                 KovaCaptionsTriplets *triplets);
 
 /** Appends the triplets of all NAL units of a byte stream with start codes (Annex B of H.264 and H.265), as transport
     streams carry it.
     @param coding     as for Kova_Captions_ReadNalUnit
-    @param data,size  one access unit, or any part of a stream that does not cut a NAL unit */
+    @param data,size  one access unit, or any part of a stream that does not cut a NAL unit
+    @param triplets   the list to append to
+    @return the number of triplets appended; -1 if an argument is wrong */
 KOVA_CAPTIONS_API int Kova_Captions_ReadAnnexB(KovaCaptionsCoding coding, const uint8_t *data, size_t size,
                                                KovaCaptionsTriplets *triplets);
 
@@ -103,6 +117,8 @@ KOVA_CAPTIONS_API int Kova_Captions_ReadAnnexB(KovaCaptionsCoding coding, const 
     @param coding      as for Kova_Captions_ReadNalUnit
     @param length_size  bytes of a length, 1 to 4; lengthSizeMinusOne + 1 of avcC or hvcC. Another value: -1
     @param data,size   one sample
+    @param triplets    the list to append to
+    @return the number of triplets appended; -1 if an argument is wrong
     Source: ISO/IEC 14496-15, 5.3. */
 KOVA_CAPTIONS_API int Kova_Captions_ReadLengthPrefixed(KovaCaptionsCoding coding, unsigned length_size,
                                                        const uint8_t *data, size_t size,
@@ -172,7 +188,8 @@ typedef struct KovaCaptionsTimeCode {
 /** Counts the frames from 00:00:00:00 to a time code.
     Drop-frame counting leaves out the labels 00 and 01 (at 59.94 and 60 frames a second 00 to 03) of every minute that
     ten does not divide; such a label is read as the next one that exists.
-    @param rate  one of KovaCaptionsFrameRate but not unknown; drop-frame needs 29.97, 30, 59.94 or 60
+    @param rate       one of KovaCaptionsFrameRate but not unknown; drop-frame needs 29.97, 30, 59.94 or 60
+    @param time_code  not null; its parts within their ranges
     @return frames, 0 or more; -1 if the rate or a part of the time code is outside of its range
     Source: SMPTE ST 12-1. */
 KOVA_CAPTIONS_API int64_t Kova_Captions_CountFrames(KovaCaptionsFrameRate rate,
@@ -210,6 +227,7 @@ typedef struct KovaCaptionsCdp {
     it hides the checksum. The packet is used all the same, because editing tools often break it. Sections with the
     numbers 75 to EF (hexadecimal) are skipped.
     @param data,size  from the identifier 96 69 on; bytes after the packet's own length are ignored
+    @param triplets   the list to append to
     @param cdp        receives the rest of the packet; may be null
     @return the number of triplets appended; -1 if the identifier is wrong, the packet's length is beyond the data or
             an argument is wrong; then cdp is all zero
@@ -221,6 +239,7 @@ KOVA_CAPTIONS_API int Kova_Captions_ReadCdp(const uint8_t *data, size_t size, Ko
     one that holds a pair of CEA-608 bytes (61, 02). Others are no error; the result is 0.
     @param data,size  DID, SDID, data count, user data words, checksum; the low eight bits of each word. The checksum
                       is not looked at and may be missing
+    @param triplets   the list to append to
     @param cdp        as for Kova_Captions_ReadCdp; all zero for other packets; may be null
     @return as Kova_Captions_ReadCdp; also -1 if the data ends before the user data words do
     Source: SMPTE ST 291-1; SMPTE ST 334-1, 4 and 5. */
@@ -238,6 +257,8 @@ KOVA_CAPTIONS_API int Kova_Captions_ReadAncillary(const uint8_t *data, size_t si
     pairs of field 1. An odd byte at the end of a box or sample counts as one error, and so does a box that is larger
     than what is left of the sample; it is read to the sample's end.
     @param data,size  one sample
+    @param triplets   the list to append to
+    @return the number of triplets appended; -1 if an argument is wrong
     Source: QuickTime File Format, closed captioning sample data. */
 KOVA_CAPTIONS_API int Kova_Captions_ReadC608(const uint8_t *data, size_t size,
                                              KovaCaptionsTriplets *triplets);
@@ -245,7 +266,9 @@ KOVA_CAPTIONS_API int Kova_Captions_ReadC608(const uint8_t *data, size_t size,
 /** Appends the triplets of a sample of a "c708" track: boxes "ccdp" with one caption distribution packet each, or one
     such packet without a box. Other boxes are skipped. A packet that cannot be read counts as one error.
     @param data,size  one sample
+    @param triplets   the list to append to
     @param cdp        receives what the last packet holds besides triplets, all zero if there is none; may be null
+    @return the number of triplets appended; -1 if an argument is wrong
     Source: QuickTime File Format, closed captioning sample data. */
 KOVA_CAPTIONS_API int Kova_Captions_ReadC708(const uint8_t *data, size_t size, KovaCaptionsTriplets *triplets,
                                              KovaCaptionsCdp *cdp);
@@ -291,6 +314,7 @@ KOVA_CAPTIONS_API int Kova_Captions_ReorderStart(KovaCaptionsReorder *queue, Kov
 /** Puts a picture into the queue. Push pictures without captions too: what is held back is counted in pictures.
     A time more than one second before the latest one is a step back, as a seek or the start of another stream makes
     it: the pictures before it all go first.
+    @param queue   prepared by Kova_Captions_ReorderStart
     @param time    presentation time in microseconds
     @param bytes   the triplets, 3 * count bytes; null only if count is 0
     @param count   triplets, 0 to KOVA_CAPTIONS_PICTURE_TRIPLETS
@@ -300,6 +324,7 @@ KOVA_CAPTIONS_API int Kova_Captions_ReorderPush(KovaCaptionsReorder *queue, int6
 
 /** Takes out the picture that comes next in presentation order. Pictures of equal times keep the order in which they
     came. The cost is linear in the number of pictures held.
+    @param queue    prepared by Kova_Captions_ReorderStart
     @param flush    1: the stream has ended, or a discontinuity follows: pictures are no longer held back. 0: the next
                     picture is taken only if more than the depth are held, or a step back in time follows it
     @param picture  receives the picture

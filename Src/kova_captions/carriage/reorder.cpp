@@ -54,7 +54,8 @@ int Kova_Captions_ReorderStart(KovaCaptionsReorder *queue, KovaCaptionsPicture *
 
 int Kova_Captions_ReorderPush(KovaCaptionsReorder *queue, int64_t time, const uint8_t *bytes, size_t count)
 {
-    if (!captions::IsUsable(queue) || (!bytes && count) || count > KOVA_CAPTIONS_PICTURE_TRIPLETS) return -1;
+    constexpr unsigned kMost = KOVA_CAPTIONS_PICTURE_TRIPLETS;
+    if (!captions::IsUsable(queue) || (!bytes && count) || count > kMost) return -1;
     if (queue->count == queue->capacity) return -1;
     const bool isStepBack = IsStepBack(*queue, time);
     if (isStepBack) queue->series++;
