@@ -12,7 +12,8 @@ using namespace test;
 struct Size_t {
     kova_uint32 uiWidth, uiHeight;
 };
-static const Size_t PLANE = {PLANE_WIDTH, PLANE_HEIGHT}, LARGER = {820, 580}, SMALLER = {300, 200}, NONE = {0, 0};
+static const Size_t PLANE = {PLANE_WIDTH, PLANE_HEIGHT}, LARGER = {820, 580}, SMALLER = {300, 200},
+                    NONE = {0, 0};
 
 // Both directions of every rule: a size too large writes outside, one too small draws too little.
 static const Size_t NEW_SIZES[] = {LARGER, SMALLER, {820, 200}, {300, 580}};
@@ -104,20 +105,18 @@ static const Resize_t CREATE_32_BIT_PLANE = {
 static const Resize_t ACTIVATION = {
     "Activation", [](pKovaITextDisplay_t pDisplay, Size_t size) { GivenSecondContext(pDisplay, size); },
     [](pKovaITextDisplay_t pDisplay, Size_t) { Kova_TextDFBDisp_SetActive(pDisplay, 1, 1); }};
-static const Resize_t RENEWED_ACTIVATION = {
-    "ActivationAfterADeactivation",
-    [](pKovaITextDisplay_t pDisplay, Size_t size) {
-        GivenSecondContext(pDisplay, size);
-        Kova_TextDFBDisp_SetActive(pDisplay, 0, 0);
-    },
-    ACTIVATION.pfnResize};
-static const Resize_t PLANE_32_AFTER_RELEASE = {
-    "Create32BitPlaneAfterRelease",
-    [](pKovaITextDisplay_t pDisplay, Size_t) {
-        RecordOf(pDisplay)->bColor32 = 1;
-        EXPECT_EQ(pDisplay->Release32BitPlane(pDisplay), 0);
-    },
-    CREATE_32_BIT_PLANE.pfnResize};
+static const Resize_t RENEWED_ACTIVATION = {"ActivationAfterADeactivation",
+                                            [](pKovaITextDisplay_t pDisplay, Size_t size) {
+                                                GivenSecondContext(pDisplay, size);
+                                                Kova_TextDFBDisp_SetActive(pDisplay, 0, 0);
+                                            },
+                                            ACTIVATION.pfnResize};
+static const Resize_t PLANE_32_AFTER_RELEASE = {"Create32BitPlaneAfterRelease",
+                                                [](pKovaITextDisplay_t pDisplay, Size_t) {
+                                                    RecordOf(pDisplay)->bColor32 = 1;
+                                                    EXPECT_EQ(pDisplay->Release32BitPlane(pDisplay), 0);
+                                                },
+                                                CREATE_32_BIT_PLANE.pfnResize};
 
 static void PrintTo(const Resize_t &resize, std::ostream *pStream)
 {
@@ -171,9 +170,9 @@ TEST_P(LayersSurface, TakesTheSizeThatTheLayerReportsWhenItRefusesAnother)
         config.width = int(reported.uiWidth);
         config.height = int(reported.uiHeight);
         GetParam().pfnPrepare(pDisplay, {640, 400});
-        EXPECT_EQ(RecordOf(pDisplay)->pLayer ? RecordOf(pDisplay)->pLayer->SetConfiguration(
-                                                   RecordOf(pDisplay)->pLayer, &config)
-                                             : (SetLayerConfig(config), DFB_OK),
+        EXPECT_EQ(RecordOf(pDisplay)->pLayer
+                      ? RecordOf(pDisplay)->pLayer->SetConfiguration(RecordOf(pDisplay)->pLayer, &config)
+                      : (SetLayerConfig(config), DFB_OK),
                   DFB_OK);
         FailNth("Layer.SetConfiguration", 1, DFB_UNSUPPORTED);
 
@@ -274,8 +273,8 @@ TEST_P(WindowsSurfaceRebuilt, HasTheNewPlaneSize)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(After, WindowsSurfaceRebuilt, testing::Values(SET_PLANE, ACTIVATION, RENEWED_ACTIVATION),
-                         NameOfRow);
+INSTANTIATE_TEST_SUITE_P(After, WindowsSurfaceRebuilt,
+                         testing::Values(SET_PLANE, ACTIVATION, RENEWED_ACTIVATION), NameOfRow);
 
 TEST(WindowsSurface, KeepsItsSizeWhenTheLayerIsConfiguredForA32BitPlane)
 {

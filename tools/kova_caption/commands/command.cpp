@@ -20,8 +20,9 @@ std::vector<Command> AddCommands(CLI::App &tool)
                 "              layer 1 alone is there\n"
                 "  DFBARGS     DirectFB's own settings, taken as they are if set\n"
                 "  KOVA_DEBUG  how much the library tells, 0 to 5");
-    return {AddPlay(tool),  AddSnapshot(tool), AddSheet(tool), AddInfo(tool), AddCoverage(tool),
-            AddEdges(tool), AddPreview(tool),  AddBench(tool), AddMan(tool),  AddCompletion(tool)};
+    return {AddPlay(tool),  AddSnapshot(tool), AddSheet(tool),     AddInfo(tool),
+            AddList(tool),  AddCoverage(tool), AddEdges(tool),     AddPreview(tool),
+            AddBench(tool), AddMan(tool),      AddCompletion(tool)};
 }
 
 CLI::App &AddCommand(CLI::App &tool, const std::string &name, const std::string &purpose,

@@ -28,6 +28,7 @@ Command AddCompletion(CLI::App &tool);
 Command AddCoverage(CLI::App &tool);
 Command AddEdges(CLI::App &tool);
 Command AddInfo(CLI::App &tool);
+Command AddList(CLI::App &tool);
 Command AddMan(CLI::App &tool);
 Command AddPlay(CLI::App &tool);
 Command AddPreview(CLI::App &tool);

@@ -32,6 +32,12 @@ void AddSource(CLI::App &command, SourceOptions &source)
         .add_option("--charset", source.charset,
                     "How a text file is encoded, by a name that iconv knows (found out)")
         ->type_name("NAME");
+    command
+        .add_option_function<std::string>(
+            "--service", [&source](const std::string &name) { source.service = ParseService(name); },
+            "Which channel or service of closed captions: s1 to s63, cc1 to cc4, t1 to t4 (the first that "
+            "has any)")
+        ->type_name("NAME");
 }
 
 void AddPlane(CLI::App &command, Options &options)

@@ -41,7 +41,7 @@ CLI::Option *AddChoice(CLI::App &command, const std::string &name, Target &value
 // FILE alone.
 void AddFile(CLI::App &command, std::string &file);
 
-// FILE, --stream, --charset: what is read.
+// FILE, --stream, --charset, --service: what is read.
 void AddSource(CLI::App &command, SourceOptions &source);
 
 // --plane alone.

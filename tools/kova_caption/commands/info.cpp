@@ -22,6 +22,21 @@ static const char *Word(StreamKind kind)
     }
 }
 
+static void PrintServices(const std::vector<StreamInfo> &streams, std::FILE *out)
+{
+    bool first = true;
+
+    for (const StreamInfo &stream : streams) {
+        for (const CaptionService &service : stream.services) {
+            if (first) std::fprintf(out, "\n%-9s%-8s%-10s%s\n", "service", "stream", "language", "cues");
+            first = false;
+            std::fprintf(out, "%-9s%-8d%-10s%zu%s\n", service.name.c_str(), stream.index,
+                         service.language.empty() ? "-" : service.language.c_str(), service.cues,
+                         service.easyReader ? "  easy reader" : "");
+        }
+    }
+}
+
 static void PrintStreams(const std::string &file, std::FILE *out)
 {
     const std::vector<StreamInfo> streams = ListStreams({file});
@@ -32,13 +47,15 @@ static void PrintStreams(const std::string &file, std::FILE *out)
         std::fprintf(out, "%-7d%-23s%-20s%-9s%s\n", stream.index, Word(stream.kind), stream.codec.c_str(),
                      stream.language.empty() ? "-" : stream.language.c_str(), stream.title.c_str());
     }
+    PrintServices(streams, out);
 }
 
 Command AddInfo(CLI::App &tool)
 {
     const auto file = std::make_shared<std::string>();
-    CLI::App &command = AddCommand(tool, "info", "List the subtitles that a file has, by what --stream takes",
-                                   {"kova-caption info film.srt"});
+    CLI::App &command =
+        AddCommand(tool, "info", "List the subtitles that a file has, by what --stream and --service take",
+                   {"kova-caption info film.srt", "kova-caption info film.scc"});
 
     AddFile(command, *file);
     return {&command, [file](std::FILE *out) { PrintStreams(*file, out); }};

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/failure.h"
+#include "kova/kova_captions.h"
 
 namespace caption
 {
@@ -48,6 +49,16 @@ std::int64_t ParseTime(const std::string &option, const std::string &text)
     const auto number = [&](std::size_t part) { return parts[part].length() ? std::stoll(parts[part]) : 0; };
     const std::string thousandths = (parts[4].str() + "000").substr(0, 3);
     return ((number(1) * 60 + number(2)) * 60 + number(3)) * 1000 + std::stoll(thousandths);
+}
+
+std::uint8_t ParseService(const std::string &text)
+{
+    const std::uint8_t source = Kova_Captions_SourceByName(text.c_str());
+
+    if (source == KOVA_CAPTIONS_NONE || source > KOVA_CAPTIONS_T4) {
+        throw WrongUsage("--service " + text + ": must be one of s1 to s63, cc1 to cc4 and t1 to t4");
+    }
+    return source;
 }
 
 } // namespace caption

@@ -22,6 +22,9 @@ Size ParsePlane(const std::string &text);
 // "[[HH:]MM:]SS[.mmm]" in milliseconds.
 std::int64_t ParseTime(const std::string &option, const std::string &text);
 
+// "s1" to "s63", "cc1" to "cc4" or "t1" to "t4": a number of KovaCaptionsSource.
+std::uint8_t ParseService(const std::string &text);
+
 } // namespace caption
 
 #endif

@@ -86,6 +86,7 @@ struct Cue {
     std::vector<Block> blocks;
     Size canvas; // what the source was made for; 0x0 where it does not say, which goes with no bitmaps
     std::vector<Bitmap> bitmaps;
+    bool openEnd = false; // nothing in the source ends it; its end is a choice
 };
 
 struct Subtitles {

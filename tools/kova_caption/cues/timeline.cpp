@@ -35,6 +35,7 @@ Cue *Timeline::Current()
 
 std::vector<Cue> Timeline::Finish(std::int64_t endOfSource)
 {
+    if (open_) cues_[*open_].openEnd = !latestEnd_;
     if (open_) Clear(latestEnd_ ? *latestEnd_ : std::max(endOfSource, cues_[*open_].start + 4000));
     std::stable_sort(cues_.begin(), cues_.end(),
                      [](const Cue &a, const Cue &b) { return a.start < b.start; });

@@ -4,81 +4,8 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "base/utf8.h"
-
 namespace caption
 {
-
-static Color ColorOf(const vbi_page &page, unsigned index, std::uint8_t alpha)
-{
-    const vbi_rgba packed = page.color_map[std::min(index, 39u)];
-    return {std::uint8_t(packed), std::uint8_t(packed >> 8), std::uint8_t(packed >> 16), alpha};
-}
-
-// White is what a caption has where nothing is asked, so it is the viewer's to choose.
-static Style StyleOf(const vbi_page &page, const vbi_char &cell)
-{
-    Style style;
-
-    style.italic = cell.italic;
-    style.bold = cell.bold;
-    style.underline = cell.underline;
-    const Color color = ColorOf(page, cell.foreground, 255);
-    if (!(color == Color{255, 255, 255, 255})) style.color = color;
-    if (cell.opacity == VBI_OPAQUE) style.background = ColorOf(page, cell.background, 255);
-    if (cell.opacity == VBI_SEMI_TRANSPARENT) style.background = ColorOf(page, cell.background, 128);
-    return style;
-}
-
-// Block graphics and characters of the page's own making have codes for private use.
-static bool IsGraphic(unsigned code)
-{
-    return code >= 0xE000 && code <= 0xF8FF;
-}
-
-static bool IsEmpty(const vbi_char &cell)
-{
-    return cell.opacity == VBI_TRANSPARENT_SPACE || cell.unicode <= 0x20 || cell.unicode == 0xA0 ||
-           cell.conceal || IsGraphic(cell.unicode);
-}
-
-static PageRow ReadRow(const vbi_page &page, int row, const CellGrid &grid, Notices &notices)
-{
-    const vbi_char *const cells = page.text + row * page.columns + grid.firstColumn;
-    PageRow read;
-
-    read.first = 0;
-    read.last = std::min(grid.columns, page.columns - grid.firstColumn) - 1;
-    while (read.first <= read.last && IsEmpty(cells[read.first])) ++read.first;
-    while (read.last >= read.first && IsEmpty(cells[read.last])) --read.last;
-    read.row = row - grid.firstRow;
-    for (int column = read.first; column <= read.last; ++column) {
-        const vbi_char &cell = cells[column];
-        // The lower half of a letter of double height, and the right half of a wide one.
-        if (cell.size == VBI_OVER_TOP || cell.size == VBI_OVER_BOTTOM || cell.size == VBI_DOUBLE_HEIGHT2 ||
-            cell.size == VBI_DOUBLE_SIZE2) {
-            continue;
-        }
-        if (cell.size == VBI_DOUBLE_HEIGHT || cell.size == VBI_DOUBLE_SIZE) read.height = 2;
-        if (cell.flash) notices.Say("it asks for letters that flash, which the display does not have");
-        if (IsGraphic(cell.unicode)) notices.Say("it has block graphics, which the display does not have");
-        // A gap between two pieces of text has no background and no line under it.
-        const bool gap = cell.opacity == VBI_TRANSPARENT_SPACE;
-        Append(read.line, IsEmpty(cell) ? " " : Utf8(cell.unicode), gap ? Style() : StyleOf(page, cell));
-    }
-    return read;
-}
-
-std::vector<PageRow> ReadRows(const vbi_page &page, const CellGrid &grid, Notices &notices)
-{
-    std::vector<PageRow> rows;
-
-    for (int row = grid.firstRow; row < std::min(page.rows, grid.firstRow + grid.rows); ++row) {
-        PageRow read = ReadRow(page, row, grid, notices);
-        if (!read.line.empty()) rows.push_back(std::move(read));
-    }
-    return rows;
-}
 
 static bool Near(int a, int b, int distance)
 {
@@ -91,10 +18,13 @@ static int Middle(const PageRow &row)
     return row.first + row.last + 1;
 }
 
-static Horizontal AlignmentOf(const std::vector<PageRow> &rows, const CellGrid &grid)
+static Horizontal AlignmentOf(const std::vector<PageRow> &rows, const CellGrid &grid, RowAlignment alignment)
 {
     const auto all = [&](auto matches) { return std::all_of(rows.begin(), rows.end(), matches); };
 
+    if (alignment == RowAlignment::LEFT) return Horizontal::LEFT;
+    if (alignment == RowAlignment::CENTER) return Horizontal::CENTER;
+    if (alignment == RowAlignment::RIGHT) return Horizontal::RIGHT;
     // Text of an odd length cannot stand in the very middle, and captions are put at every fourth column at
     // times.
     if (all([&](const PageRow &row) { return Near(Middle(row), grid.columns, 3); }))
@@ -126,7 +56,7 @@ static Block BlockOf(const std::vector<PageRow> &rows, const CellGrid &grid, Row
     Block block;
     Anchor anchor;
 
-    block.horizontal = alignment == RowAlignment::LEFT ? Horizontal::LEFT : AlignmentOf(rows, grid);
+    block.horizontal = AlignmentOf(rows, grid, alignment);
     for (const PageRow &row : rows) {
         left = std::min(left, row.first);
         right = std::max(right, row.last + 1);
@@ -135,12 +65,16 @@ static Block BlockOf(const std::vector<PageRow> &rows, const CellGrid &grid, Row
     for (const PageRow &row : rows) {
         block.lines.push_back(Indented(row, block.horizontal == Horizontal::LEFT ? row.first - left : 0));
     }
-    const double middle = double(middles) / double(2 * rows.size());
+    if (alignment == RowAlignment::RIGHT) right = grid.columns;
+    const double middle =
+        alignment == RowAlignment::CENTER ? grid.columns / 2.0 : double(middles) / double(2 * rows.size());
     const double column = block.horizontal == Horizontal::LEFT    ? left
                           : block.horizontal == Horizontal::RIGHT ? right
                                                                   : middle;
     anchor.x = grid.left + column * grid.columnWidth;
-    block.vertical = first.row + end <= grid.rows ? Vertical::TOP : Vertical::BOTTOM;
+    const double rounding = 1e-9;
+    const bool upper = grid.top + (first.row + end) * grid.rowHeight / 2 <= grid.middle + rounding;
+    block.vertical = upper ? Vertical::TOP : Vertical::BOTTOM;
     anchor.y = grid.top + (block.vertical == Vertical::TOP ? first.row : end) * grid.rowHeight;
     block.anchor = anchor;
     return block;

@@ -1,13 +1,10 @@
 // SPDX-License-Identifier: MIT
-// Closed captions and teletext stand in cells of a page, which libzvbi fills. Their rows become blocks.
+// Closed captions and teletext stand in the cells of a page. Their rows become blocks.
 #ifndef KOVA_CAPTION_READING_CELL_PAGE_H
 #define KOVA_CAPTION_READING_CELL_PAGE_H
 
 #include <vector>
 
-#include <libzvbi.h>
-
-#include "base/notices.h"
 #include "cues/cue.h"
 
 namespace caption
@@ -23,6 +20,14 @@ struct CellGrid {
     double top = 0;
     double columnWidth = 0;
     double rowHeight = 0;
+    double middle = 0.5; // where the upper half of the page ends, as a share of the canvas
+
+    bool operator==(const CellGrid &other) const
+    {
+        return firstRow == other.firstRow && firstColumn == other.firstColumn && columns == other.columns &&
+               rows == other.rows && left == other.left && top == other.top &&
+               columnWidth == other.columnWidth && rowHeight == other.rowHeight && middle == other.middle;
+    }
 };
 
 // Text of a row, without the empty cells on its sides.
@@ -39,10 +44,9 @@ struct PageRow {
     }
 };
 
-std::vector<PageRow> ReadRows(const vbi_page &page, const CellGrid &grid, Notices &notices);
-
-// How rows are told to be aligned: by their ends, or not at all where they are still being written.
-enum class RowAlignment { AS_THEY_LIE, LEFT };
+// How rows are aligned: as their ends show, from their first column where they are still being written, or in the
+// grid as the source says.
+enum class RowAlignment { AS_THEY_LIE, LEFT, CENTER, RIGHT };
 
 // Rows that follow one another make a block, which hangs from its first row in the upper half of the page and
 // stands on its last one in the lower half. Those nearest to the upper edge come first, then those nearest to

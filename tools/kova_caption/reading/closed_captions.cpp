@@ -2,151 +2,130 @@
 #include "reading/closed_captions.h"
 
 #include <algorithm>
-#include <cmath>
 #include <new>
-#include <string>
 #include <utility>
 
 namespace caption
 {
 
-// The 32 columns and 15 rows take the inner four fifths of the canvas. libzvbi has an empty column on each
-// side.
-static const CellGrid g_grid = {0, 1, 32, 15, 0.1, 0.1, 0.8 / 32, 0.8 / 15};
+// A time that is further back than this starts the decoder anew.
+static const std::int64_t g_furthestBack = 1000000;
 
-static const double g_frame = 1001.0 / 30; // milliseconds
+// More than one push can make.
+static const std::uint32_t g_events = 1 << 14;
 
-// Letters that come this soon after one another, in milliseconds, come at once.
-static const double g_burst = 500;
-
-ClosedCaptions::ClosedCaptions(Notices &notices)
-    : notices_(notices), vbi_(vbi_decoder_new(), vbi_decoder_delete)
+static KovaCaptions *Create(ClosedCaptions::Keep keep)
 {
-    if (!vbi_ || !vbi_event_handler_register(vbi_.get(), VBI_EVENT_CAPTION, OnEvent, this)) {
-        throw std::bad_alloc();
+    KovaCaptionsOptions options;
+
+    Kova_Captions_GetDefaults(&options);
+    if (keep == ClosedCaptions::Keep::COMMANDS) options.event_capacity = g_events;
+    KovaCaptions *const decoder = Kova_Captions_Create(&options);
+    if (!decoder) throw std::bad_alloc();
+    return decoder;
+}
+
+ClosedCaptions::ClosedCaptions(Keep keep) : decoder_(Create(keep), Kova_Captions_Destroy)
+{
+}
+
+void ClosedCaptions::Take(std::int64_t time, const std::uint8_t *triplets, std::size_t count)
+{
+    if (time_ != KOVA_CAPTIONS_NO_TIME && time < time_ - g_furthestBack) Restart();
+    RunTo(time);
+    Kova_Captions_PushTriplets(decoder_.get(), time, triplets, count);
+    RecordCommands();
+}
+
+// What changes at one time changes at once, so a state is recorded when its time is over. Delays and timeouts that
+// end before the next bytes come make states of their own.
+void ClosedCaptions::RunTo(std::int64_t time)
+{
+    if (time_ == KOVA_CAPTIONS_NO_TIME) time_ = time;
+    while (time_ < time) {
+        Record();
+        const std::int64_t next =
+            Kova_Captions_NextChange(decoder_.get(), KOVA_CAPTIONS_NONE, KOVA_CAPTIONS_CHANGE_STATE);
+        time_ = std::min(next, time);
+        if (time_ < time) Kova_Captions_Advance(decoder_.get(), time_);
     }
 }
 
-void ClosedCaptions::OnEvent(vbi_event *event, void *captions)
+// The time goes back: what is shown ends here.
+void ClosedCaptions::Restart()
 {
-    static_cast<ClosedCaptions *>(captions)->arrived_.insert(event->ev.caption.pgno);
+    Record();
+    for (auto &source : decoded_.states) source.second.push_back({time_, {}});
+    time_ = KOVA_CAPTIONS_NO_TIME;
 }
 
-void ClosedCaptions::Take(const std::uint8_t *data, std::size_t size, std::int64_t time)
+void ClosedCaptions::Record()
 {
-    enum { VALID = 4, KIND = 3, SECOND_FIELD = 1 };
-    std::array<int, 2> frames = {};
+    KovaCaptionsActivity activity;
 
-    for (; size >= 3; data += 3, size -= 3) {
-        const unsigned kind = data[0] & KIND;
-        if (!(data[0] & VALID) || kind > SECOND_FIELD) continue;
-        const double start = double(time) + g_frame * frames[kind]++;
-        if (start > time_ + 1.5 * g_frame) Rest();
-        time_ = std::max(time_, start);
-        Feed(kind == SECOND_FIELD, data[1], data[2]);
+    if (Kova_Captions_Revision(decoder_.get()) == revision_) return;
+    revision_ = Kova_Captions_Revision(decoder_.get());
+    Kova_Captions_GetActivity(decoder_.get(), &activity);
+    for (unsigned i = KOVA_CAPTIONS_S1; i <= KOVA_CAPTIONS_S63; ++i) {
+        if (activity.services_with_data >> i & 1) recorded_.insert({std::uint8_t(i), 0});
+    }
+    for (unsigned i = KOVA_CAPTIONS_CC1; i <= KOVA_CAPTIONS_T4; ++i) {
+        if (activity.channels_with_data >> (i - KOVA_CAPTIONS_CC1) & 1)
+            recorded_.insert({std::uint8_t(i), 0});
+    }
+    for (auto &source : recorded_) {
+        KovaCaptionsStatus status;
+        Kova_Captions_GetStatus(decoder_.get(), source.first, &status);
+        if (std::exchange(source.second, status.visible_revision) != status.visible_revision) {
+            Record(source.first);
+        }
     }
 }
 
-// Frames without text, which a source may leave out. libzvbi keeps a word back until it is over.
-void ClosedCaptions::Rest()
+void ClosedCaptions::Record(std::uint8_t source)
 {
-    const std::uint8_t nothing = 0x80;
+    const auto states = decoded_.states.find(source);
+    CaptionScreen screen;
 
-    for (const bool secondField : {false, true}) {
-        for (int frame = 0; frame < 3; ++frame) Feed(secondField, nothing, nothing);
-    }
-}
-
-// Which way text comes on is no part of a page.
-void ClosedCaptions::FollowMode(bool secondField, int code, int command)
-{
-    enum { RESUME_LOADING = 0x20, ROLL_UP_2 = 0x25, ROLL_UP_4 = 0x27, RESUME_DIRECT = 0x29 };
-
-    // 0x14 for the first of a field's two channels, 0x1C for the second; the second field has 0x15 and 0x1D
-    // too.
-    if ((code & 0x76) != 0x14 || (command & 0x70) != 0x20) return;
-    Channel &channel = channels_[(secondField ? 2u : 0u) + (code & 8 ? 1u : 0u)];
-    if (command == RESUME_LOADING || command == RESUME_DIRECT) {
-        channel.mode = command == RESUME_LOADING ? Mode::POP_ON : Mode::PAINT_ON;
-        channel.rollUp = 0;
-    }
-    if (command >= ROLL_UP_2 && command <= ROLL_UP_4) {
-        channel.mode = Mode::ROLL_UP;
-        channel.rollUp = command - ROLL_UP_2 + 2;
-    }
-}
-
-void ClosedCaptions::Feed(bool secondField, std::uint8_t first, std::uint8_t second)
-{
-    vbi_sliced line = {};
-
-    line.id = secondField ? VBI_SLICED_CAPTION_525_F2 : VBI_SLICED_CAPTION_525_F1;
-    line.line = secondField ? 284 : 21;
-    line.data[0] = first;
-    line.data[1] = second;
-    FollowMode(secondField, first & 0x7F, second & 0x7F);
-    clock_ += g_frame / 1000; // libzvbi starts anew where a frame seems to be missing
-    vbi_decode(vbi_.get(), &line, 1, clock_);
-    for (const int channel : std::exchange(arrived_, {})) {
-        if (channel >= 1 && channel <= int(channels_.size())) Show(channel);
-    }
-}
-
-// Whether letters only came to those that are there.
-static bool Extends(const std::vector<PageRow> &rows, const std::vector<PageRow> &shown)
-{
-    return std::all_of(shown.begin(), shown.end(), [&](const PageRow &old) {
-        const std::string text = PlainText(old.line);
-        return std::any_of(rows.begin(), rows.end(), [&](const PageRow &row) {
-            return row.row == old.row && row.first == old.first &&
-                   PlainText(row.line).compare(0, text.size(), text) == 0;
-        });
-    });
-}
-
-void ClosedCaptions::Show(int number)
-{
-    Channel &channel = channels_[std::size_t(number - 1)];
-    vbi_page page;
-
-    if (!vbi_fetch_cc_page(vbi_.get(), &page, number, TRUE)) return;
-    std::vector<PageRow> rows = ReadRows(page, g_grid, notices_);
-    vbi_unref_page(&page);
-    if (rows == channel.shown) return;
-
-    Cue cue;
-    cue.start = std::llround(time_);
-    cue.blocks =
-        Blocks(rows, g_grid, channel.mode == Mode::POP_ON ? RowAlignment::AS_THEY_LIE : RowAlignment::LEFT);
-    for (Block &block : cue.blocks) block.rollUp = channel.rollUp;
-    const bool more =
-        channel.mode != Mode::POP_ON && time_ - channel.changed <= g_burst && Extends(rows, channel.shown);
-    Cue *const current = channel.timeline.Current();
-    if (rows.empty()) {
-        channel.timeline.Clear(cue.start);
-    } else if (more && current) {
-        current->blocks = std::move(cue.blocks);
+    if (source <= KOVA_CAPTIONS_S63) {
+        KovaCaptionsService service;
+        Kova_Captions_GetService(decoder_.get(), source, &service, windows_.data(), 0xFF);
+        screen = ReadScreen(service, windows_.data());
     } else {
-        channel.timeline.Show(std::move(cue), std::nullopt);
+        Kova_Captions_GetChannel(decoder_.get(), source, &channel_);
+        screen = ReadScreen(channel_);
     }
-    channel.shown = std::move(rows);
-    channel.changed = time_;
+    if (states == decoded_.states.end()) {
+        if (!screen.empty()) decoded_.states[source].push_back({time_, std::move(screen)});
+        return;
+    }
+    if (screen != states->second.back().screen) states->second.push_back({time_, std::move(screen)});
 }
 
-std::vector<Cue> ClosedCaptions::Finish(std::int64_t endOfSource)
+void ClosedCaptions::RecordCommands()
 {
-    std::vector<Cue> chosen;
+    KovaCaptionsEvent event;
 
-    Rest();
-    for (std::size_t i = 0; i < channels_.size(); ++i) {
-        std::vector<Cue> cues = channels_[i].timeline.Finish(endOfSource);
-        const std::string name = (i < 4 ? "CC" : "T") + std::to_string(i % 4 + 1);
-        if (cues.empty()) continue;
-        if (!chosen.empty()) notices_.Say("its captions of channel " + name + " are left out");
-        if (chosen.empty() && i > 0) notices_.Say("its captions are those of channel " + name);
-        if (chosen.empty()) chosen = std::move(cues);
+    while (Kova_Captions_NextEvent(decoder_.get(), &event) == 1) {
+        std::array<char, KOVA_CAPTIONS_LINE> line;
+        if (event.source == KOVA_CAPTIONS_NONE || event.source > KOVA_CAPTIONS_T4) continue;
+        Kova_Captions_FormatEvent(&event, line.data(), line.size());
+        decoded_.commands[event.source].push_back({event.time, line.data()});
     }
-    return chosen;
+}
+
+DecodedCaptions ClosedCaptions::Finish(std::int64_t endOfSource)
+{
+    if (time_ != KOVA_CAPTIONS_NO_TIME) {
+        endOfSource = std::max(endOfSource, time_);
+        RunTo(endOfSource);
+        Kova_Captions_Advance(decoder_.get(), endOfSource);
+        Record();
+    }
+    Kova_Captions_EndRuns(decoder_.get());
+    RecordCommands();
+    decoded_.end = endOfSource;
+    return std::move(decoded_);
 }
 
 } // namespace caption

@@ -1,60 +1,73 @@
 // SPDX-License-Identifier: MIT
-// Closed captions as analogue television had them: two bytes in each field.
+// CEA-608 and CEA-708 captions, from their bytes to what each channel and service shows.
 #ifndef KOVA_CAPTION_READING_CLOSED_CAPTIONS_H
 #define KOVA_CAPTION_READING_CLOSED_CAPTIONS_H
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
-#include <set>
+#include <string>
 #include <vector>
 
-#include "base/notices.h"
-#include "cues/timeline.h"
-#include "reading/cell_page.h"
+#include "kova/kova_captions.h"
+#include "reading/caption_cells.h"
 
 namespace caption
 {
 
-// Follows the channels of one source.
+// What a source shows from a moment on, until the next state's.
+struct CaptionState {
+    std::int64_t start = 0; // microseconds
+    CaptionScreen screen;
+};
+
+// A decoded code, or a run of text, as Kova_Captions_FormatEvent writes it.
+struct CaptionCommand {
+    std::int64_t time = 0; // microseconds
+    std::string text;
+};
+
+// By numbers of KovaCaptionsSource. Their order is that in which sources are preferred: services, then captions
+// of CEA-608, then its text channels.
+template <class Value> using BySource = std::map<std::uint8_t, Value>;
+
+struct DecodedCaptions {
+    BySource<std::vector<CaptionState>> states; // of the sources that show something at least once
+    BySource<std::vector<CaptionCommand>> commands;
+    std::int64_t end = 0; // microseconds
+};
+
 class ClosedCaptions
 {
 public:
-    explicit ClosedCaptions(Notices &notices);
+    enum class Keep { STATES, COMMANDS };
+
+    explicit ClosedCaptions(Keep keep);
     ClosedCaptions(const ClosedCaptions &) = delete;
     ClosedCaptions &operator=(const ClosedCaptions &) = delete;
 
-    // Threes of bytes: which field, and the two it carries. Each field has one of them in a frame, the first
-    // one at this time in milliseconds.
-    void Take(const std::uint8_t *data, std::size_t size, std::int64_t time);
+    // Triplets of three bytes each, in presentation order, at a time in microseconds.
+    void Take(std::int64_t time, const std::uint8_t *triplets, std::size_t count);
 
-    // The cues of the first channel that has any.
-    std::vector<Cue> Finish(std::int64_t endOfSource);
+    // After the last triplet: lets the time run to the end of the source.
+    DecodedCaptions Finish(std::int64_t endOfSource);
 
 private:
-    enum class Mode { POP_ON, ROLL_UP, PAINT_ON };
+    void RunTo(std::int64_t time);
+    void Restart();
+    void Record();
+    void Record(std::uint8_t source);
+    void RecordCommands();
 
-    struct Channel {
-        Mode mode = Mode::POP_ON;
-        int rollUp = 0;
-        std::vector<PageRow> shown;
-        double changed = 0; // when it last was
-        Timeline timeline;
-    };
-
-    static void OnEvent(vbi_event *event, void *captions);
-    void Rest();
-    void Feed(bool secondField, std::uint8_t first, std::uint8_t second);
-    void FollowMode(bool secondField, int code, int command);
-    void Show(int number);
-
-    Notices &notices_;
-    std::unique_ptr<vbi_decoder, void (*)(vbi_decoder *)> vbi_;
-    std::array<Channel, 8> channels_; // four for captions, four for other text
-    std::set<int> arrived_;           // numbers of channels that have changed, from 1
-    double time_ = -1e15;
-    double clock_ = 0; // what libzvbi is told, in seconds
+    std::unique_ptr<KovaCaptions, void (*)(KovaCaptions *)> decoder_;
+    DecodedCaptions decoded_;
+    std::int64_t time_ = KOVA_CAPTIONS_NO_TIME;
+    std::uint32_t revision_ = 0;
+    BySource<std::uint32_t> recorded_; // visible revisions
+    KovaCaptionsChannel channel_ = {};
+    std::array<KovaCaptionsWindow, KOVA_CAPTIONS_WINDOWS> windows_ = {};
 };
 
 } // namespace caption

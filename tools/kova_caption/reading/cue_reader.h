@@ -47,13 +47,6 @@ std::unique_ptr<CueReader> ReadWebVtt(const ReaderContext &context);
 std::unique_ptr<CueReader> ReadBitmaps(const ReaderContext &context);
 std::unique_ptr<CueReader> ReadTeletext(const ReaderContext &context);
 
-// A stream of nothing but closed captions, and a video whose frames carry some.
-std::unique_ptr<CueReader> ReadCaptions(const ReaderContext &context);
-std::unique_ptr<CueReader> ReadCaptionsInVideo(const ReaderContext &context);
-
-// Whether the first seconds of a video carry closed captions.
-bool HasCaptions(MediaFile &source, const AVStream &video);
-
 } // namespace caption
 
 #endif

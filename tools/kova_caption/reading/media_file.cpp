@@ -9,6 +9,7 @@
 #include <fstream>
 
 #include "base/failure.h"
+#include "reading/caption_text.h"
 #include "reading/charset.h"
 #include "reading/webvtt.h"
 
@@ -19,9 +20,8 @@ static const char g_advice[] = "; give a file of subtitles, or a video that hold
 static const std::uintmax_t g_longestText = 64 << 20;
 
 // The formats that are text. Others that libavformat knows name further files to open.
-static const char g_textFormats[] =
-    "aqtitle,ass,jacosub,mcc,microdvd,mpl2,mpsub,pjs,realtext,sami,scc,srt,stl,"
-    "subviewer,subviewer1,tedcaptions,vplayer,webvtt";
+static const char g_textFormats[] = "aqtitle,ass,jacosub,microdvd,mpl2,mpsub,pjs,realtext,sami,srt,stl,"
+                                    "subviewer,subviewer1,tedcaptions,vplayer,webvtt";
 
 // libavformat would also take an address, wait at a pipe, and has no words that help.
 static std::string Head(const std::string &file)
@@ -86,6 +86,10 @@ MediaFile::MediaFile(const std::string &file, const std::string &charset, Notice
 
     AVFormatContext *context = avformat_alloc_context();
     AVDictionary *settings = nullptr;
+    if (IsCaptionText(text_, file)) {
+        input_.reset(context);
+        return;
+    }
     if (text) {
         const int size = 4096;
         io_.reset(avio_alloc_context(static_cast<unsigned char *>(av_malloc(size)), size, 0, this, ReadText,
@@ -102,6 +106,11 @@ MediaFile::MediaFile(const std::string &file, const std::string &charset, Notice
     if (result < 0) throw Failure(file + ": is no subtitle file that could be understood" + g_advice);
     if (text) return;
 
+    // libavformat takes the pairs out of samples of a c608 track, but those of the first field alone.
+    for (unsigned i = 0; i < input_->nb_streams; ++i) {
+        AVCodecParameters &parameters = *input_->streams[i]->codecpar;
+        if (parameters.codec_tag == MKTAG('c', '6', '0', '8')) parameters.codec_id = AV_CODEC_ID_NONE;
+    }
     avformat_find_stream_info(input_.get(), nullptr);
     // The clock of a broadcast starts anywhere.
     const bool anyClock = input_->iformat->flags & AVFMT_TS_DISCONT;
@@ -122,12 +131,17 @@ bool MediaFile::Read(AVPacket &packet)
     return av_read_frame(input_.get(), &packet) >= 0;
 }
 
+std::int64_t MediaFile::Microseconds(const AVStream &stream, std::int64_t timestamp) const
+{
+    const std::int64_t longest = std::int64_t(1) << 60;
+    const std::int64_t time = av_rescale_q(timestamp, stream.time_base, AV_TIME_BASE_Q);
+
+    return std::clamp(time, -longest, longest) - beginning_;
+}
+
 std::int64_t MediaFile::Milliseconds(const AVStream &stream, std::int64_t timestamp) const
 {
-    const std::int64_t longest = std::int64_t(1) << 50;
-    const std::int64_t time = av_rescale_q(timestamp, stream.time_base, {1, 1000});
-
-    return std::clamp(time, -longest, longest) - av_rescale(beginning_, 1000, AV_TIME_BASE);
+    return av_rescale(Microseconds(stream, timestamp), 1000, AV_TIME_BASE);
 }
 
 } // namespace caption

@@ -30,7 +30,8 @@ public:
         return *input_;
     }
 
-    // The whole text of a text file; empty for others.
+    // The whole text of a text file; empty for others. libavformat does not read those of captions (IsCaptionText):
+    // they have no streams.
     const std::string &text() const
     {
         return text_;
@@ -41,7 +42,8 @@ public:
 
     bool Read(AVPacket &packet);
 
-    // Of one of its streams, in milliseconds from the beginning.
+    // Of one of its streams, from the beginning.
+    std::int64_t Microseconds(const AVStream &stream, std::int64_t timestamp) const;
     std::int64_t Milliseconds(const AVStream &stream, std::int64_t timestamp) const;
 
 private:

@@ -3,11 +3,15 @@
 #ifndef KOVA_CAPTION_READING_SUBTITLES_H
 #define KOVA_CAPTION_READING_SUBTITLES_H
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "cues/cue.h"
+#include "cues/listed_cue.h"
+#include "reading/closed_captions.h"
 
 namespace caption
 {
@@ -16,9 +20,18 @@ struct SourceOptions {
     std::string file;
     std::optional<int> stream = {}; // none: the first of subtitles, else the first video with captions in it
     std::string charset = {};       // of a text file, a name that iconv knows; empty: found out
+    std::uint8_t service = 0; // of closed captions, a number of KovaCaptionsSource; 0: the first that has any
 };
 
 enum class StreamKind { TEXT, BITMAP, EMBEDDED_CAPTIONS, UNSUPPORTED };
+
+// A channel or service of closed captions that shows something.
+struct CaptionService {
+    std::string name;     // what --service takes
+    std::string language; // as it is announced, three letters; may be empty
+    bool easyReader = false;
+    std::size_t cues = 0;
+};
 
 struct StreamInfo {
     int index = 0; // what SourceOptions::stream takes
@@ -26,10 +39,29 @@ struct StreamInfo {
     std::string codec;    // as libavcodec names it
     std::string language; // as the file says, mostly three letters; may be empty
     std::string title;    // may be empty
+    std::vector<CaptionService> services = {};
+};
+
+struct Listing {
+    std::string service; // of closed captions; empty for other kinds
+    std::vector<ListedCue> cues;
+    std::vector<std::string> notices;
+};
+
+struct CommandListing {
+    std::string service;
+    std::vector<CaptionCommand> commands;
+    std::vector<std::string> notices;
 };
 
 // Everything a source shows. A Failure if that is nothing, or if it cannot be read.
 Subtitles ReadSubtitles(const SourceOptions &options);
+
+// The same exactly as the source has it: every state of closed captions is a cue.
+Listing ListCues(const SourceOptions &options);
+
+// What a channel or service of closed captions is made of. A Failure if there are none.
+CommandListing ListCommands(const SourceOptions &options);
 
 // The streams that could be read, and those with subtitles that cannot.
 std::vector<StreamInfo> ListStreams(const SourceOptions &options);

@@ -8,15 +8,16 @@
 #include <utility>
 
 #include "cues/timeline.h"
-#include "reading/cell_page.h"
 #include "reading/cue_reader.h"
+#include "reading/teletext_page.h"
 
 namespace caption
 {
 
 // A cell lasts a microsecond of the 52 that a line shows, and a row takes 10 of the 288 lines of a field; the
 // 25 rows and 40 columns stand in the middle. The first row is the header.
-static const CellGrid g_grid = {1, 0, 40, 24, 6.0 / 52, (19.0 + 10) / 288, 1.0 / 52, 10.0 / 288};
+static const CellGrid g_grid = {
+    1, 0, 40, 24, 6.0 / 52, (19.0 + 10) / 288, 1.0 / 52, 10.0 / 288, (19.0 + 10 + 120) / 288};
 
 namespace
 {

@@ -110,6 +110,20 @@ TEST(Completion, OffersWordsFilesAndFolders)
     EXPECT_EQ(Completions({"completion", ""}, folder), Words{"bash"});
 }
 
+TEST(ManualPage, NamesEveryCommandOfCaptionsWithItsArguments)
+{
+    const std::string page = std::regex_replace(RunTool("man").out, std::regex(R"(\\-)"), "-");
+    const std::string help = Help("list");
+
+    for (const std::string text : {"CarriageReturn", "Text \"characters\"", "SetPenLocation row= column=",
+                                   "TabOffset columns=", "RollUp rows=", "ClearWindows windows=", "EndOfText",
+                                   "EndOfCaption", "BackgroundAttributes color= opacity="}) {
+        EXPECT_NE(page.find("\n  " + text + "\n"), std::string::npos) << text;
+        EXPECT_NE(help.find("\n  " + text + "\n"), std::string::npos) << text;
+    }
+    EXPECT_EQ(page.find("ProgramName"), std::string::npos) << "of extended data, which is no service's";
+}
+
 TEST(ManualPage, DescribesEveryCommandAndEveryOption)
 {
     std::string page = RunTool("man").out;
@@ -149,7 +163,7 @@ class Examples : public testing::TestWithParam<const char *>
 
 } // namespace
 
-static const char *const g_commands[] = {"play",  "snapshot", "sheet", "info", "coverage",
+static const char *const g_commands[] = {"play",  "snapshot", "sheet", "info", "list",      "coverage",
                                          "edges", "preview",  "bench", "man",  "completion"};
 
 TEST(ExamplesOfAllCommands, AreTested)
@@ -157,7 +171,7 @@ TEST(ExamplesOfAllCommands, AreTested)
     EXPECT_EQ(Commands(), Words(std::begin(g_commands), std::end(g_commands)));
 }
 
-// As the help gives them, in a folder with a film.srt and a font of a device, under an X server.
+// As the help gives them, in a folder with a film.srt, a film.scc and a font of a device, under an X server.
 TEST_P(Examples, DoWhatTheySay)
 {
     const std::string command = GetParam();
@@ -167,6 +181,7 @@ TEST_P(Examples, DoWhatTheySay)
                          "ln -s /usr/share/fonts/truetype/dejavu/DejaVuSans.ttf sets/Sans.ttf\n";
     folder.Write("film.srt", "1\n00:00:00,200 --> 00:00:00,400\nGood evening.\n\n"
                              "2\n00:00:02,100 --> 00:00:02,300\n<i>Good</i> night.\n");
+    std::filesystem::copy_file(KOVA_CAPTION_SAMPLES "/roll_up.scc", folder / "film.scc");
 
     const auto examples = LinesAfter("Examples", Help(command));
     EXPECT_FALSE(examples.empty());

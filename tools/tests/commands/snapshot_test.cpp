@@ -258,9 +258,12 @@ TEST(Snapshot, DrawsTheSamplesOfPlacesAndScriptsWithoutARemark)
 {
     const Folder folder;
 
-    for (const std::string name : {"places.ass", "scripts.srt", "roll_up.scc"}) {
-        const Outcome outcome =
-            RunTool("snapshot '" + g_samples + "/" + name + "' -o '" + folder / name + "' --plane 640x360");
+    for (const std::string name :
+         {"places.ass", "scripts.srt", "roll_up.scc", "accents.scc", "boarding.mcc", "services.ccd"}) {
+        // These two have CEA-608 and CEA-708, and it is said what is left out.
+        const bool several = name == "boarding.mcc" || name == "services.ccd";
+        const Outcome outcome = RunTool("snapshot '" + g_samples + "/" + name + "' -o '" + folder / name +
+                                        "' --plane 640x360" + (several ? " --service s1" : ""));
         EXPECT_EQ(outcome.exit, 0) << outcome.err;
         EXPECT_EQ(outcome.err, "") << name;
     }

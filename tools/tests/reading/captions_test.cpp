@@ -74,6 +74,12 @@ static std::int64_t Frame(std::size_t n)
     return std::int64_t(double(n) * 1001 / 30 + 0.5);
 }
 
+// A time that a file writes as a non-drop time code: its seconds have 30 frames of 1001/30000 s, plus these frames.
+static std::int64_t AtSecond(std::int64_t second, std::int64_t frame = 0)
+{
+    return Frame(std::size_t(second * 30 + frame));
+}
+
 static std::string SccLine(const std::string &time, const Codes &codes)
 {
     std::string line = time + "\t";
@@ -100,8 +106,9 @@ TEST(Scc, ShowsALoadedCaptionWhenItIsFlippedAndUntilItIsErased)
 
     // The flip is sent with the sixth frame of the first line, after two codes and three pairs of letters.
     ASSERT_EQ(read.cues.size(), 2u);
-    EXPECT_EQ(Summary(read.cues[0]), std::to_string(1000 + Frame(5)) + "-3000 Hello");
-    EXPECT_EQ(read.cues[1].start, 4000 + Frame(4));
+    EXPECT_EQ(Summary(read.cues[0]),
+              std::to_string(AtSecond(1, 5)) + "-" + std::to_string(AtSecond(3)) + " Hello");
+    EXPECT_EQ(read.cues[1].start, AtSecond(4, 4));
     EXPECT_EQ(read.cues[1].end, read.cues[1].start + 4000) << "nothing ends the last one";
 
     // 32 columns and 15 rows lie within the inner four fifths.
@@ -175,6 +182,36 @@ TEST(Scc, KeepsRowsApartThatDoNotFollowOneAnother)
     EXPECT_EQ(read.cues[0].blocks[1].vertical, Vertical::BOTTOM);
 }
 
+TEST(Scc, KeepsTheColumnsOfTwoSpeakersInOneRow)
+{
+    const Subtitles read = ReadScc(SccLine("00:00:01:00", Joined({{g_load, Row14(0)},
+                                                                  Text("- Who?"),
+                                                                  {Row14(16)},
+                                                                  Text("- The butler,"),
+                                                                  {Row15(16)},
+                                                                  Text("of course."),
+                                                                  {g_flip}})));
+
+    ASSERT_EQ(read.cues.at(0).blocks.size(), 2u);
+    const Block &first = read.cues[0].blocks[0];
+    const Block &second = read.cues[0].blocks[1];
+    EXPECT_EQ(first.lines, (Lines{{{"- Who?", Boxed()}}}));
+    EXPECT_NEAR(first.anchor.value().x, 0.1, 1e-9);
+    EXPECT_EQ(second.lines, (Lines{{{"- The butler,", Boxed()}}, {{"of course.", Boxed()}}}));
+    EXPECT_NEAR(second.anchor.value().x, 0.1 + 16 * 0.025, 1e-9);
+    EXPECT_TRUE(first.pinned && second.pinned) << "neither makes room for the other";
+}
+
+TEST(Scc, ReplacesTheStandInsOfExtendedCharacters)
+{
+    const Subtitles read = ReadScc(SccLine(
+        "00:00:01:00",
+        Joined(
+            {{g_load, Row15(0)}, Text("A"), {media::CaptionCode(0x12, 0x30)}, Text(" la carte"), {g_flip}})));
+
+    EXPECT_EQ(PlainText(read.cues.at(0)), "\u00C0 la carte");
+}
+
 TEST(Scc, RollsUp)
 {
     const Subtitles read =
@@ -186,10 +223,10 @@ TEST(Scc, RollsUp)
     // A line moves up where the return is sent, with the second frame. The letters that follow belong to it.
     ASSERT_EQ(read.cues.size(), 3u);
     EXPECT_EQ(PlainText(read.cues[0]), "one line");
-    EXPECT_EQ(read.cues[0].end, 3000 + Frame(1));
+    EXPECT_EQ(read.cues[0].end, AtSecond(3, 1));
     EXPECT_EQ(PlainText(read.cues[1]), "one line / two lines");
     EXPECT_EQ(PlainText(read.cues[2]), "one line / two lines / three lines");
-    EXPECT_EQ(read.cues[2].end, 7000);
+    EXPECT_EQ(read.cues[2].end, AtSecond(7));
     for (const Cue &cue : read.cues) EXPECT_EQ(cue.blocks.at(0).rollUp, 3);
     EXPECT_EQ(read.cues[1].blocks.at(0).horizontal, Horizontal::LEFT);
     EXPECT_NEAR(read.cues[1].blocks.at(0).anchor.value().y, 0.9, 1e-9);
@@ -204,7 +241,7 @@ TEST(Scc, PaintsAWholeLineFromItsFirstLetterOnAndWhatComesLaterLater)
     ASSERT_EQ(read.cues.size(), 2u);
     EXPECT_EQ(PlainText(read.cues[0]), "painted at");
     EXPECT_EQ(PlainText(read.cues[1]), "painted at twice");
-    EXPECT_EQ(read.cues[1].end, 6000);
+    EXPECT_EQ(read.cues[1].end, AtSecond(6));
 }
 
 TEST(Scc, KnowsSpecialAndForeignCharacters)

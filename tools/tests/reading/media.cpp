@@ -4,11 +4,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
 
 extern "C" {
 #include <libavformat/avformat.h>
+#include <libavutil/opt.h>
 }
 
 namespace media
@@ -301,8 +304,25 @@ std::vector<std::uint16_t> CaptionText(const std::string &text)
     return codes;
 }
 
-std::vector<Packet> CaptionedVideo(AVCodecID codec, const std::vector<std::uint16_t> &captions,
-                                   bool secondField, Stream &stream)
+// libx265 has no captions of its own: a prefix SEI message before the picture.
+static Bytes Hevc(const Bytes &triplets, const Bytes &picture)
+{
+    Bytes payload = {0xB5, 0x00, 0x31, 'G', 'A', '9', '4', 0x03, std::uint8_t(0x40 | triplets.size() / 3),
+                     0xFF};
+    payload = payload + triplets + Bytes{0xFF};
+    Bytes nal = {0, 0, 0, 1, 39 << 1, 1, 4, std::uint8_t(payload.size())};
+    int zeros = 0;
+    payload.push_back(0x80);
+    for (const std::uint8_t byte : payload) {
+        if (zeros == 2 && byte <= 3) nal.push_back(3);
+        if (zeros == 2 && byte <= 3) zeros = 0;
+        zeros = byte == 0 ? zeros + 1 : 0;
+        nal.push_back(byte);
+    }
+    return nal + picture;
+}
+
+std::vector<Packet> VideoWithTriplets(AVCodecID codec, const std::vector<Bytes> &triplets, Stream &stream)
 {
     const double frame = 1001.0 / 30; // milliseconds
     const AVCodec *const found = avcodec_find_encoder(codec);
@@ -316,6 +336,7 @@ std::vector<Packet> CaptionedVideo(AVCodecID codec, const std::vector<std::uint1
     encoder->max_b_frames = 2; // so that frames are stored in another order than they are shown in
     encoder->thread_count = 1;
     encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+    if (codec == AV_CODEC_ID_HEVC) av_opt_set(encoder->priv_data, "x265-params", "log-level=none:pools=1", 0);
     Check(avcodec_open2(encoder, found, nullptr), "encoder");
     stream.codec = codec;
     stream.size = {64, 64};
@@ -325,12 +346,13 @@ std::vector<Packet> CaptionedVideo(AVCodecID codec, const std::vector<std::uint1
     AVPacket *packet = av_packet_alloc();
     const auto drain = [&] {
         for (; avcodec_receive_packet(encoder, packet) >= 0; av_packet_unref(packet)) {
-            packets.push_back({0, double(packet->pts) * frame, frame,
-                               Bytes(packet->data, packet->data + packet->size), "",
-                               double(packet->dts) * frame});
+            Bytes bytes(packet->data, packet->data + packet->size);
+            if (codec == AV_CODEC_ID_HEVC) bytes = Hevc(triplets[std::size_t(packet->pts)], bytes);
+            packets.push_back(
+                {0, double(packet->pts) * frame, frame, bytes, "", double(packet->dts) * frame});
         }
     };
-    for (std::size_t i = 0; i < captions.size(); ++i) {
+    for (std::size_t i = 0; i < triplets.size(); ++i) {
         AVFrame *picture = av_frame_alloc();
         picture->width = 64;
         picture->height = 64;
@@ -338,10 +360,9 @@ std::vector<Packet> CaptionedVideo(AVCodecID codec, const std::vector<std::uint1
         picture->pts = std::int64_t(i);
         Check(av_frame_get_buffer(picture, 0), "frame");
         std::memset(picture->buf[0]->data, 128, picture->buf[0]->size);
-        AVFrameSideData *const data = av_frame_new_side_data(picture, AV_FRAME_DATA_A53_CC, 3);
-        data->data[0] = std::uint8_t(secondField ? 0xFD : 0xFC);
-        data->data[1] = std::uint8_t(captions[i] >> 8);
-        data->data[2] = std::uint8_t(captions[i]);
+        AVFrameSideData *const data =
+            av_frame_new_side_data(picture, AV_FRAME_DATA_A53_CC, triplets[i].size());
+        std::copy(triplets[i].begin(), triplets[i].end(), data->data);
         Check(avcodec_send_frame(encoder, picture), "frame");
         av_frame_free(&picture);
         drain();
@@ -351,6 +372,116 @@ std::vector<Packet> CaptionedVideo(AVCodecID codec, const std::vector<std::uint1
     av_packet_free(&packet);
     avcodec_free_context(&encoder);
     return packets;
+}
+
+std::vector<Packet> CaptionedVideo(AVCodecID codec, const std::vector<std::uint16_t> &captions,
+                                   bool secondField, Stream &stream)
+{
+    std::vector<Bytes> triplets;
+    for (const std::uint16_t pair : captions) {
+        triplets.push_back(
+            {std::uint8_t(secondField ? 0xFD : 0xFC), std::uint8_t(pair >> 8), std::uint8_t(pair)});
+    }
+    return VideoWithTriplets(codec, triplets, stream);
+}
+
+static Bytes FileBytes(const std::string &file)
+{
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+static void WriteFile(const std::string &file, const Bytes &bytes)
+{
+    std::ofstream(file, std::ios::binary)
+        .write(reinterpret_cast<const char *>(bytes.data()), std::streamsize(bytes.size()));
+}
+
+static std::uint32_t Crc(const std::uint8_t *bytes, std::size_t size)
+{
+    std::uint32_t crc = 0xFFFFFFFF;
+    for (std::size_t i = 0; i < size; ++i) {
+        crc ^= std::uint32_t(bytes[i]) << 24;
+        for (int bit = 0; bit < 8; ++bit) crc = crc << 1 ^ (crc & 0x80000000 ? 0x04C11DB7 : 0);
+    }
+    return crc;
+}
+
+// libavformat puts the map on PID 1000 (hexadecimal), in one section in one packet. The descriptor goes to the
+// first stream's.
+void AnnounceServices(const std::string &file, const Bytes &descriptor)
+{
+    Bytes stream = FileBytes(file);
+    const std::size_t packetSize = 188;
+    const std::size_t header = 5; // with the pointer before the section
+
+    for (std::size_t at = 0; at + packetSize <= stream.size(); at += packetSize) {
+        if ((stream[at + 1] & 0x1F) != 0x10 || stream[at + 2] != 0) continue;
+        const std::uint8_t *const old = &stream[at + header];
+        const std::size_t oldSize = 3 + ((old[1] & 0x0Fu) << 8 | old[2]);
+        const std::size_t programmeInfo = (old[10] & 0x0Fu) << 8 | old[11];
+        const std::size_t lengthAt = 12 + programmeInfo + 3;
+        const std::size_t info = ((old[lengthAt] & 0x0Fu) << 8 | old[lengthAt + 1]) + 2 + descriptor.size();
+        Bytes section(old, old + oldSize - 4);
+        Bytes whole = Bytes{0x86, std::uint8_t(descriptor.size())} + descriptor;
+        section[lengthAt + 1] = std::uint8_t(info);
+        section.insert(section.begin() + std::ptrdiff_t(lengthAt) + 2, whole.begin(), whole.end());
+        section[2] = std::uint8_t(section.size() + 4 - 3);
+        const std::uint32_t crc = Crc(section.data(), section.size());
+        for (const int shift : {24, 16, 8, 0}) section.push_back(std::uint8_t(crc >> shift));
+        section.resize(packetSize - header, 0xFF);
+        std::copy(section.begin(), section.end(), stream.begin() + std::ptrdiff_t(at + header));
+    }
+    WriteFile(file, stream);
+}
+
+static Bytes Number(std::uint32_t number)
+{
+    return {std::uint8_t(number >> 24), std::uint8_t(number >> 16), std::uint8_t(number >> 8),
+            std::uint8_t(number)};
+}
+
+static Bytes Box(const std::string &type, const Bytes &content)
+{
+    return Number(std::uint32_t(content.size() + 8)) + Text(type) + content;
+}
+
+static Bytes Zeros(std::size_t count)
+{
+    return Bytes(count);
+}
+
+void WriteCaptionTrack(const std::string &file, const std::string &entry, const std::vector<Packet> &samples)
+{
+    const std::uint32_t second = 1000; // of the time scale
+    Bytes data;
+    Bytes durations = Zeros(4) + Number(std::uint32_t(samples.size()));
+    Bytes sizes = Zeros(8) + Number(std::uint32_t(samples.size()));
+    std::uint32_t duration = 0;
+
+    for (const Packet &sample : samples) {
+        data = data + sample.bytes;
+        durations = durations + Number(1) + Number(std::uint32_t(sample.duration));
+        sizes = sizes + Number(std::uint32_t(sample.bytes.size()));
+        duration += std::uint32_t(sample.duration);
+    }
+    const Bytes type = Box("ftyp", Text("qt  ") + Number(0x200) + Text("qt  "));
+    const Bytes description = Box("stsd", Zeros(4) + Number(1) + Box(entry, Zeros(6) + Bytes{0, 1}));
+    const Bytes table =
+        Box("stbl", description + Box("stts", durations) +
+                        Box("stsc", Zeros(4) + Number(1) + Number(1) + Number(std::uint32_t(samples.size())) +
+                                        Number(1)) +
+                        Box("stsz", sizes) +
+                        Box("stco", Zeros(4) + Number(1) + Number(std::uint32_t(type.size() + 8))));
+    const Bytes handler = Box("hdlr", Zeros(4) + Text("mhlrclcp") + Zeros(13));
+    const Bytes media = Box("mdia", Box("mdhd", Zeros(12) + Number(second) + Number(duration) + Zeros(4)) +
+                                        handler + Box("minf", Box("gmhd", Zeros(0)) + table));
+    const Bytes track =
+        Box("trak",
+            Box("tkhd", Number(1) + Zeros(8) + Number(1) + Zeros(4) + Number(duration) + Zeros(60)) + media);
+    const Bytes movie =
+        Box("moov", Box("mvhd", Zeros(12) + Number(second) + Number(duration) + Zeros(80)) + track);
+    WriteFile(file, type + Box("mdat", data) + movie);
 }
 
 } // namespace media

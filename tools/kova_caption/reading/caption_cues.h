@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// The states of a caption channel become cues: exact ones to be listed, and ones to be drawn.
+#ifndef KOVA_CAPTION_READING_CAPTION_CUES_H
+#define KOVA_CAPTION_READING_CAPTION_CUES_H
+
+#include <cstdint>
+#include <vector>
+
+#include "base/notices.h"
+#include "cues/cue.h"
+#include "cues/listed_cue.h"
+#include "reading/closed_captions.h"
+
+namespace caption
+{
+
+// Every state of the text and its place. One that is over within a frame is left out, and the next one begins in
+// its place.
+std::vector<ListedCue> ListedCues(const std::vector<CaptionState> &states);
+
+// Text that comes in a burst is one cue, shown whole from its first letter on.
+std::vector<Cue> DrawnCues(const std::vector<CaptionState> &states, std::int64_t endOfSource,
+                           Notices &notices);
+
+} // namespace caption
+
+#endif
