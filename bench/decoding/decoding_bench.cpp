@@ -46,8 +46,8 @@ std::vector<ByteString> Stream608()
 {
     std::vector<ByteString> pictures;
     for (unsigned number = 0; pictures.size() < PICTURES; ++number) {
-        const Pairs row = Code(RU3) + Code(CR) + PacIndent(15, number % 8 * 4) + MidRow(Color608(number % 7)) +
-                          Text(Sentence(number));
+        const Pairs row = Code(RU3) + Code(CR) + PacIndent(15, number % 8 * 4) +
+                          MidRow(Color608(number % 7)) + Text(Sentence(number));
         for (const Pair &pair : row) pictures.push_back(ToTriplets(1, {pair}));
     }
     return pictures;

@@ -57,9 +57,13 @@ function Text(cue) {
 const decoder = new sandbox.shaka.cea.CeaDecoder();
 const captions = new ccd.Captions();
 for (const {seconds, triplets} of ccd.Read(file)) {
-    const message = [0xb5, 0x00, 0x31, 0x47, 0x41, 0x39, 0x34, 0x03, 0xc0 | triplets.length, 0xff];
-    for (const triplet of triplets) message.push(...triplet);
-    decoder.extract(Uint8Array.from([...message, 0xff]), seconds);
+    // A message holds at most 31 triplets.
+    for (let i = 0; i < triplets.length; i += 31) {
+        const part = triplets.slice(i, i + 31);
+        const message = [0xb5, 0x00, 0x31, 0x47, 0x41, 0x39, 0x34, 0x03, 0xc0 | part.length, 0xff];
+        for (const triplet of part) message.push(...triplet);
+        decoder.extract(Uint8Array.from([...message, 0xff]), seconds);
+    }
     for (const {cue, stream} of decoder.decode()) {
         captions.Add(stream.toLowerCase().replace('svc', 's'), Text(cue));
     }
