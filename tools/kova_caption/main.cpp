@@ -17,14 +17,14 @@ namespace
 
 enum { EXIT_OK = 0, EXIT_FAILED = 1, EXIT_USAGE = 2 };
 
-// The library prints on standard output when a context becomes active. That goes to standard error here, so
-// that standard output holds what was asked for alone.
+// The library prints on standard output when a context becomes active. Standard output is redirected to
+// standard error, so that only the tool's own output goes to the original one.
 std::FILE *KeepStandardOutput()
 {
     std::fflush(stdout);
     std::FILE *const out = fdopen(dup(STDOUT_FILENO), "w");
     if (!out || dup2(STDERR_FILENO, STDOUT_FILENO) < 0) {
-        throw caption::Failure("standard output is closed; give it somewhere to go");
+        throw caption::Failure("standard output is closed; redirect it to a file or a terminal");
     }
     return out;
 }
@@ -44,7 +44,7 @@ std::string InOneLine(const CLI::App &tool, const CLI::Error &error)
 
 int Run(int argc, char **argv)
 {
-    CLI::App tool("Draws subtitles as a television's on-screen display would", "kova-caption");
+    CLI::App tool("Draw subtitles the way a TV's on-screen display does", "kova-caption");
     const std::vector<caption::Command> commands = caption::AddCommands(tool);
 
     try {
@@ -59,7 +59,7 @@ int Run(int argc, char **argv)
         if (command.line->parsed()) command.run(out);
     }
     if (std::fclose(out) != 0)
-        throw caption::Failure("standard output could not be written; is the disk full?");
+        throw caption::Failure("writing to standard output failed; check whether the disk is full");
     return EXIT_OK;
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What stops the tool, in words for its user: one line that says what is wrong and what to do.
+// Errors that end the tool. The text is one line for its user that says what is wrong and what to do.
 #ifndef KOVA_CAPTION_BASE_FAILURE_H
 #define KOVA_CAPTION_BASE_FAILURE_H
 
@@ -14,7 +14,7 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// The command line itself is wrong.
+// The command line is invalid.
 class WrongUsage : public Failure
 {
 public:

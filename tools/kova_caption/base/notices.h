@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a user should know of a source, each thing said once.
+// Messages about a source, without duplicates.
 #ifndef KOVA_CAPTION_BASE_NOTICES_H
 #define KOVA_CAPTION_BASE_NOTICES_H
 

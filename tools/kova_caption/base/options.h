@@ -16,7 +16,7 @@ namespace caption
 
 enum class ColorMode { INDEX, PALETTE, ARGB };
 
-// What can be chosen by its name.
+// A value of an option and its name on the command line.
 template <class Value> struct Choice {
     const char *name;
     Value value;
@@ -37,16 +37,16 @@ inline constexpr Choice<KovaTextEdgeType_e> g_edges[] = {{"none", KOVA_TEXT_ENON
 
 struct Options {
     KovaGraphicLayer_e layer = KOVA_GRAPHIC_LAYER1;
-    std::optional<ColorMode> mode; // none: as the source needs
+    std::optional<ColorMode> mode; // none: what the source needs
     Size plane = {1280, 720};
-    std::string font;                   // empty: the first of the usual ones that is there
-    std::vector<std::string> fallbacks; // fonts to look into next
-    int height = 0;                     // pixels of a line of text; 0: a sixteenth of the plane
+    std::string font;                   // empty: the first default font that is installed
+    std::vector<std::string> fallbacks; // fonts to try next
+    int height = 0;                     // text size in pixels; 0: a sixteenth of the plane height
     KovaTextEdgeType_e edge = KOVA_TEXT_EUNIFORM;
     Color color = {255, 255, 255};
     Color edgeColor = {0, 0, 0};
-    std::optional<Color> background; // none: the pictures stay transparent
-    bool headless = false;           // draw without a window even where there is an X server
+    std::optional<Color> background; // none: pictures stay transparent
+    bool headless = false;           // draw without a window even with an X server
 
     ColorMode Mode() const
     {

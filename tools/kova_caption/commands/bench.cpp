@@ -22,7 +22,7 @@ namespace caption
 namespace
 {
 
-// One row of a table: an operation in each colour mode.
+// One row of a table: the mean duration in each colour mode.
 struct Figures {
     std::string name;
     double microseconds[std::size(g_modes)] = {};
@@ -46,7 +46,7 @@ static Cue Sample()
     return cue;
 }
 
-// After a first time, which fills DirectFB's caches.
+// The mean duration of the operation. A first run, which fills DirectFB's caches, is not counted.
 static double Microseconds(const std::function<void()> &operation, std::chrono::milliseconds least)
 {
     using Clock = std::chrono::steady_clock;
@@ -72,22 +72,22 @@ static void MeasureMode(std::size_t mode, const Options &options, Fonts &fonts,
     const Piece piece = Pieces(line.front()).front();
     Display display(options);
     std::size_t operation = 0;
-    const auto note = [&](const std::string &name, const std::function<void()> &work) {
+    const auto measure = [&](const std::string &name, const std::function<void()> &work) {
         if (mode == 0) results.operations.push_back({name, {}});
         results.operations[operation++].microseconds[mode] = Microseconds(work, time);
     };
 
-    note("clear the plane", [&] { display.Clear(); });
-    note("measure a line", [&] { display.Width(piece, options.TextHeight()); });
-    note("flip", [&] { display.Flip(); });
+    measure("clear the plane", [&] { display.Clear(); });
+    measure("measure a line", [&] { display.Width(piece, options.TextHeight()); });
+    measure("flip", [&] { display.Flip(); });
     for (std::size_t i = 0; i < std::size(g_edges); ++i) {
         Options each = options;
         each.edge = g_edges[i].value;
         display.SetEdge(each.edge);
         Renderer renderer(each, display, fonts);
-        if (i == 0) note("lay a caption out", [&] { renderer.LayOut({&cue}); });
-        note(std::string("draw a line, ") + g_edges[i].name,
-             [&] { display.Draw(piece, options.TextHeight(), 50, 50); });
+        if (i == 0) measure("lay out a caption", [&] { renderer.LayOut({&cue}); });
+        measure(std::string("draw a line, ") + g_edges[i].name,
+                [&] { display.Draw(piece, options.TextHeight(), 50, 50); });
 
         if (mode == 0) results.captions.push_back({g_edges[i].name, {}});
         results.captions[i].microseconds[mode] = Microseconds(
@@ -112,20 +112,22 @@ static void PrintTable(const char *title, const std::vector<Figures> &rows, bool
     std::fprintf(out, "\n");
 }
 
-static nlohmann::ordered_json InMicroseconds(const std::vector<Figures> &rows)
+// One object for each figure: what was measured, in which mode, and the mean.
+static nlohmann::ordered_json Listed(const char *what, const std::vector<Figures> &rows)
 {
-    nlohmann::ordered_json table;
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
 
     for (const Figures &row : rows) {
         for (std::size_t i = 0; i < std::size(g_modes); ++i) {
-            table[row.name][g_modes[i].name] = row.microseconds[i];
+            list.push_back(
+                {{what, row.name}, {"mode", g_modes[i].name}, {"microseconds", row.microseconds[i]}});
         }
     }
-    return table;
+    return list;
 }
 
-// Every edge in every colour mode, in the window of layer 1, where every flip is made at once. Each figure is
-// a mean over at least that time. A readable table, or JSON.
+// Measures every edge in every colour mode in the window of layer 1, where no flip is deferred. Each figure
+// is a mean over at least `time`. Prints a table or JSON.
 static void Bench(const Options &options, std::chrono::milliseconds time, bool json, std::FILE *out)
 {
     Fonts fonts(options);
@@ -140,16 +142,16 @@ static void Bench(const Options &options, std::chrono::milliseconds time, bool j
     if (json) {
         const nlohmann::ordered_json all = {
             {"plane", {{"width", options.plane.width}, {"height", options.plane.height}}},
-            {"height", options.TextHeight()},
-            {"microsecondsPerCaption", InMicroseconds(results.captions)},
-            {"microsecondsPerOperation", InMicroseconds(results.operations)}};
+            {"text_height", options.TextHeight()},
+            {"captions", Listed("edge", results.captions)},
+            {"operations", Listed("operation", results.operations)}};
         std::fprintf(out, "%s\n", all.dump(2).c_str());
         return;
     }
-    std::fprintf(out, "Layer 1, a plane of %dx%d, text %d pixels high; DirectFB with %s\n",
-                 options.plane.width, options.plane.height, options.TextHeight(), std::getenv("DFBARGS"));
-    std::fprintf(
-        out, "argb is a 32-bit plane in place of the window, which DirectFB does not bring to the screen\n");
+    std::fprintf(out, "layer 1, plane %dx%d, text height %d pixels, DFBARGS=%s\n", options.plane.width,
+                 options.plane.height, options.TextHeight(), std::getenv("DFBARGS"));
+    std::fprintf(out,
+                 "argb: a 32-bit plane in place of the window, which DirectFB does not show on the screen\n");
     PrintTable("captions per second", results.captions, true, out);
     PrintTable("microseconds", results.operations, false, out);
 }
@@ -163,15 +165,15 @@ Command AddBench(CLI::App &tool)
     };
     const auto arguments = std::make_shared<Arguments>();
     CLI::App &command =
-        AddCommand(tool, "bench", "Measure what captions cost here, every edge in every colour mode",
+        AddCommand(tool, "bench", "Measure the speed of every edge in every colour mode on this machine",
                    {"kova-caption bench --headless", "kova-caption bench --plane 640x360 --json"});
 
     AddPlane(command, arguments->options);
     AddLook(command, arguments->options);
-    command.add_option("--time", arguments->milliseconds, "Milliseconds to spend on each figure (50)")
+    command.add_option("--time", arguments->milliseconds, "Minimum time per figure in milliseconds [50]")
         ->type_name("MILLISECONDS")
         ->check(CLI::Range(1, 10000).description(""));
-    command.add_flag("--json", arguments->json, "For programs, in microseconds throughout");
+    command.add_flag("--json", arguments->json, "Print JSON");
     return {&command, [arguments](std::FILE *out) {
                 Bench(arguments->options, std::chrono::milliseconds(arguments->milliseconds), arguments->json,
                       out);

@@ -11,15 +11,15 @@ std::vector<Command> AddCommands(CLI::App &tool)
     tool.require_subcommand(1);
     tool.set_version_flag("--version", KOVA_VERSION, "Print the version and exit");
     tool.footer("Exit status:\n"
-                "  0  done\n"
-                "  1  something could not be done; one line says what, and what to do\n"
-                "  2  the command line is wrong\n"
+                "  0  success\n"
+                "  1  failure; one line on standard error says what is wrong and what to do\n"
+                "  2  invalid command line\n"
                 "\n"
                 "Environment:\n"
-                "  DISPLAY     the X server to open a window on; without one nothing needs a screen, and\n"
-                "              layer 1 alone is there\n"
-                "  DFBARGS     DirectFB's own settings, taken as they are if set\n"
-                "  KOVA_DEBUG  how much the library tells, 0 to 5");
+                "  DISPLAY     X server to open a window on; without one only layer 1 is available, and it\n"
+                "              is drawn in memory\n"
+                "  DFBARGS     settings of DirectFB; used unchanged if set\n"
+                "  KOVA_DEBUG  log level of the library, 0 to 5");
     return {AddPlay(tool),  AddSnapshot(tool), AddSheet(tool),     AddInfo(tool),
             AddList(tool),  AddCoverage(tool), AddEdges(tool),     AddPreview(tool),
             AddBench(tool), AddMan(tool),      AddCompletion(tool)};

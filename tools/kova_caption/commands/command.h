@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A command of the tool: what it adds to the command line, and its work.
+// A command of the tool: its part of the command line, and its action.
 #ifndef KOVA_CAPTION_COMMANDS_COMMAND_H
 #define KOVA_CAPTION_COMMANDS_COMMAND_H
 
@@ -17,12 +17,11 @@ namespace caption
 {
 
 struct Command {
-    const CLI::App *line; // its part of the command line: its options once that is parsed
-    std::function<void(std::FILE *out)>
-        run; // `out` is standard output; the library's own prints go elsewhere
+    const CLI::App *line;                    // its part of the command line
+    std::function<void(std::FILE *out)> run; // `out` is standard output, without what the library prints
 };
 
-// Each stands in a file of its own, with its options, its help and its examples.
+// Each is defined in a file of its own, with its options, help and examples.
 Command AddBench(CLI::App &tool);
 Command AddCompletion(CLI::App &tool);
 Command AddCoverage(CLI::App &tool);
@@ -35,11 +34,11 @@ Command AddPreview(CLI::App &tool);
 Command AddSheet(CLI::App &tool);
 Command AddSnapshot(CLI::App &tool);
 
-// Every command, in the order in which the help lists them.
+// All commands, in the order of the help.
 std::vector<Command> AddCommands(CLI::App &tool);
 
-// What the commands begin with. Help, manual page and completion are all made from what stands here; an
-// example is a whole line as it is typed, and tests type it.
+// Adds a command to the command line. Help, manual page and completion are generated from it. An example is a
+// complete command line, and tests run it.
 CLI::App &AddCommand(CLI::App &tool, const std::string &name, const std::string &purpose,
                      const std::vector<std::string> &examples);
 

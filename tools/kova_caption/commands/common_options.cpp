@@ -6,7 +6,7 @@
 namespace caption
 {
 
-// Any place that a colour can be put into takes it.
+// Works for every target that a colour can be assigned to.
 template <class Target>
 static void AddColor(CLI::App &command, const std::string &name, Target &target, const std::string &help)
 {
@@ -18,7 +18,7 @@ static void AddColor(CLI::App &command, const std::string &name, Target &target,
 
 void AddFile(CLI::App &command, std::string &file)
 {
-    command.add_option("FILE", file, "Subtitles, or a recording that has some")
+    command.add_option("FILE", file, "Subtitle file, or a recording with subtitles")
         ->type_name("FILE")
         ->required();
 }
@@ -26,17 +26,16 @@ void AddFile(CLI::App &command, std::string &file)
 void AddSource(CLI::App &command, SourceOptions &source)
 {
     AddFile(command, source.file);
-    command.add_option("--stream", source.stream, "Which of its streams (the first of subtitles)")
+    command.add_option("--stream", source.stream, "Stream number [first subtitle stream]")
         ->type_name("NUMBER");
     command
         .add_option("--charset", source.charset,
-                    "How a text file is encoded, by a name that iconv knows (found out)")
+                    "Character set of a text file, as iconv names it [auto-detect]")
         ->type_name("NAME");
     command
         .add_option_function<std::string>(
             "--service", [&source](const std::string &name) { source.service = ParseService(name); },
-            "Which channel or service of closed captions: s1 to s63, cc1 to cc4, t1 to t4 (the first that "
-            "has any)")
+            "Closed caption service or channel: s1 to s63, cc1 to cc4, t1 to t4 [the first that shows text]")
         ->type_name("NAME");
 }
 
@@ -45,7 +44,7 @@ void AddPlane(CLI::App &command, Options &options)
     command
         .add_option_function<std::string>(
             "--plane", [&options](const std::string &text) { options.plane = ParsePlane(text); },
-            "Size of the plane (1280x720)")
+            "Plane size [1280x720]")
         ->type_name("WIDTHxHEIGHT");
 }
 
@@ -53,24 +52,21 @@ void AddPlace(CLI::App &command, Options &options)
 {
     AddPlane(command, options);
     AddChoice(command, "--layer", options.layer, "1", g_layers, "Layer to draw on");
-    AddChoice(command, "--mode", options.mode, "palette; index for pictures", g_modes,
-              "How the display keeps colours");
+    AddChoice(command, "--mode", options.mode, "palette; index for bitmaps", g_modes, "Colour mode");
 }
 
 void AddLetters(CLI::App &command, Options &options)
 {
-    AddChoice(command, "--edge", options.edge, "uniform", g_edges, "Edge around the letters");
-    command
-        .add_option("--height", options.height,
-                    "Height of the letters' em in pixels (a sixteenth of the plane)")
+    AddChoice(command, "--edge", options.edge, "uniform", g_edges, "Edge of the text");
+    command.add_option("--height", options.height, "Text size in pixels [a sixteenth of the plane height]")
         ->type_name("PIXELS")
         ->check(CLI::Range(1, 1080).description(""));
 }
 
 void AddFonts(CLI::App &command, Options &options)
 {
-    command.add_option("--font", options.font, "Font to try first (DejaVu Sans)")->type_name("FILE");
-    command.add_option("--fallback", options.fallbacks, "Font to look into next; may be given several times")
+    command.add_option("--font", options.font, "Font to try first [DejaVu Sans]")->type_name("FILE");
+    command.add_option("--fallback", options.fallbacks, "Font to try next; may be repeated")
         ->type_name("FILE")
         ->allow_extra_args(false);
 }
@@ -78,24 +74,24 @@ void AddFonts(CLI::App &command, Options &options)
 void AddLook(CLI::App &command, Options &options)
 {
     AddFonts(command, options);
-    AddColor(command, "--color", options.color, "Text (FFFFFF)");
+    AddColor(command, "--color", options.color, "Text colour [FFFFFF]");
     AddEdgeColor(command, options);
     AddHeadless(command, options);
 }
 
 void AddEdgeColor(CLI::App &command, Options &options)
 {
-    AddColor(command, "--edge-color", options.edgeColor, "Edge (000000)");
+    AddColor(command, "--edge-color", options.edgeColor, "Edge colour [000000]");
 }
 
 void AddHeadless(CLI::App &command, Options &options)
 {
-    command.add_flag("--headless", options.headless, "Draw without a window, X server or not");
+    command.add_flag("--headless", options.headless, "Draw without a window, even with an X server");
 }
 
 void AddBackground(CLI::App &command, Options &options)
 {
-    AddColor(command, "--background", options.background, "Colour to lay the picture over (none)");
+    AddColor(command, "--background", options.background, "Background colour of the picture [transparent]");
 }
 
 } // namespace caption

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Options that several commands have.
+// Options that several commands share.
 #ifndef KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
 #define KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
 
@@ -13,7 +13,7 @@
 namespace caption
 {
 
-// The words are looked up by hand: CLI11 would take the numbers behind them too.
+// Looks the words up here because CLI11 would also accept the numbers behind them.
 template <class Target, class Value, std::size_t count>
 CLI::Option *AddChoice(CLI::App &command, const std::string &name, Target &value, const std::string &preset,
                        const Choice<Value> (&choices)[count], const std::string &help)
@@ -30,13 +30,13 @@ CLI::Option *AddChoice(CLI::App &command, const std::string &name, Target &value
                     value = choice.value;
                     return;
                 }
-                throw CLI::ValidationError(name, "'" + word + "' is none of " + words);
+                throw CLI::ValidationError(name, "must be one of " + words + ", not '" + word + "'");
             },
-            help + " (" + preset + ")")
+            help + " [" + preset + "]")
         ->type_name(words);
 }
 
-// All of these keep a reference to the options, which must live until the command line is parsed.
+// Each of these keeps a reference to the options, which must exist until the command line is parsed.
 
 // FILE alone.
 void AddFile(CLI::App &command, std::string &file);
@@ -50,18 +50,18 @@ void AddPlane(CLI::App &command, Options &options);
 // --plane, --layer, --mode: where captions are drawn.
 void AddPlace(CLI::App &command, Options &options);
 
-// --edge, --height: how captions are drawn, besides AddLook's.
+// --edge, --height.
 void AddLetters(CLI::App &command, Options &options);
 
-// --font, --fallback: what letters are looked for in.
+// --font, --fallback.
 void AddFonts(CLI::App &command, Options &options);
 
-// AddFonts', --color, --edge-color, --headless.
+// --font, --fallback, --color, --edge-color, --headless.
 void AddLook(CLI::App &command, Options &options);
 void AddEdgeColor(CLI::App &command, Options &options);
 void AddHeadless(CLI::App &command, Options &options);
 
-// --background, for what becomes a picture.
+// --background, for commands that write pictures.
 void AddBackground(CLI::App &command, Options &options);
 
 } // namespace caption

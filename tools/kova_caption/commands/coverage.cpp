@@ -49,9 +49,9 @@ static std::set<char32_t> MissingOf(const Cue &cue, Fonts &fonts, std::set<char3
     return missing;
 }
 
-// Lists each with its cue: in the form in which it would be drawn, so letters that join count joined. The
-// fonts are those that the options name; where they name none, what this machine has. A Failure if there are
-// any.
+// Lists each missing character with its cue, in the form in which it would be drawn, so joined letters count
+// in their joined forms. Searches the fonts that the options name, or all fonts of the machine if they name
+// none. Throws Failure if a character is missing.
 static void Coverage(const SourceOptions &source, const Options &options, std::FILE *out)
 {
     const bool named = !options.font.empty() || !options.fallbacks.empty();
@@ -72,9 +72,9 @@ static void Coverage(const SourceOptions &source, const Options &options, std::F
     std::fflush(out);
     if (!fonts.Missing().empty()) {
         throw Failure(std::to_string(fonts.Missing().size()) + " of " + std::to_string(met.size()) +
-                      " characters are in no font; add one that has them with --fallback FILE");
+                      " characters have no glyph; add a font with --fallback");
     }
-    std::fprintf(out, "all %zu characters have a font\n", met.size());
+    std::fprintf(out, "all %zu characters have a glyph\n", met.size());
 }
 
 Command AddCoverage(CLI::App &tool)
@@ -84,9 +84,9 @@ Command AddCoverage(CLI::App &tool)
         Options options;
     };
     const auto arguments = std::make_shared<Arguments>();
-    CLI::App &command =
-        AddCommand(tool, "coverage", "List the characters that no font has, or none of those named",
-                   {"kova-caption coverage film.srt", "kova-caption coverage film.srt --font sets/Sans.ttf"});
+    CLI::App &command = AddCommand(
+        tool, "coverage", "List the characters without a glyph in the given fonts [all installed fonts]",
+        {"kova-caption coverage film.srt", "kova-caption coverage film.srt --font sets/Sans.ttf"});
 
     AddSource(command, arguments->source);
     AddFonts(command, arguments->options);

@@ -37,8 +37,8 @@ static void PutLabels(Picture &sheet, const Options &options, Fonts &fonts, Size
     }
 }
 
-// One picture with every edge in every colour mode, enlarged until its pixels show. The options give the font and the
-// colours; each colour mode gets a display of its own.
+// One picture with every edge in every colour mode, enlarged until its pixels are visible. Uses the font and
+// the colours of the options; each colour mode has a display of its own.
 static Picture EdgeSheet(const Options &options)
 {
     const int columns = int(std::size(g_modes));
@@ -78,7 +78,7 @@ Command AddEdges(CLI::App &tool)
         {"kova-caption edges -o edges.png",
          "kova-caption edges -o edges.png --color FFFF00 --edge-color 000080 --background 808080"});
 
-    command.add_option("-o", arguments->file, "The picture")->type_name("PNG")->required();
+    command.add_option("-o", arguments->file, "Output file")->type_name("PNG")->required();
     AddLook(command, arguments->options);
     AddBackground(command, arguments->options);
     return {&command, [arguments](std::FILE *out) {

@@ -14,11 +14,11 @@ static const char *Word(StreamKind kind)
     case StreamKind::TEXT:
         return "text";
     case StreamKind::BITMAP:
-        return "pictures";
+        return "bitmap";
     case StreamKind::EMBEDDED_CAPTIONS:
-        return "captions in the video";
+        return "embedded captions";
     default:
-        return "cannot be read";
+        return "unsupported";
     }
 }
 
@@ -41,7 +41,7 @@ static void PrintStreams(const std::string &file, std::FILE *out)
 {
     const std::vector<StreamInfo> streams = ListStreams({file});
 
-    if (streams.empty()) throw Failure(file + ": has no subtitles in it; give another file");
+    if (streams.empty()) throw Failure(file + ": no subtitles found; give another file");
     std::fprintf(out, "%-7s%-23s%-20s%-9s%s\n", "stream", "kind", "codec", "language", "title");
     for (const StreamInfo &stream : streams) {
         std::fprintf(out, "%-7d%-23s%-20s%-9s%s\n", stream.index, Word(stream.kind), stream.codec.c_str(),
@@ -53,9 +53,9 @@ static void PrintStreams(const std::string &file, std::FILE *out)
 Command AddInfo(CLI::App &tool)
 {
     const auto file = std::make_shared<std::string>();
-    CLI::App &command =
-        AddCommand(tool, "info", "List the subtitles that a file has, by what --stream and --service take",
-                   {"kova-caption info film.srt", "kova-caption info film.scc"});
+    CLI::App &command = AddCommand(
+        tool, "info", "List the subtitle streams and caption services of a file, for --stream and --service",
+        {"kova-caption info film.srt", "kova-caption info film.scc"});
 
     AddFile(command, *file);
     return {&command, [file](std::FILE *out) { PrintStreams(*file, out); }};

@@ -17,8 +17,7 @@ Color ParseColor(const std::string &option, const std::string &text)
     const std::string digits = text.rfind('#', 0) == 0 ? text.substr(1) : text;
 
     if (digits.size() != 6 || digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
-        throw WrongUsage(option + " " + text +
-                         ": a colour is six hexadecimal digits, RRGGBB, such as FFFF00");
+        throw WrongUsage(option + " " + text + ": expected six hexadecimal digits, RRGGBB, such as FFFF00");
     }
     const auto value = std::stoul(digits, nullptr, 16);
     return {std::uint8_t(value >> 16), std::uint8_t(value >> 8 & 255), std::uint8_t(value & 255)};
@@ -32,8 +31,8 @@ Size ParsePlane(const std::string &text)
 
     if (!bounded || std::sscanf(text.c_str(), "%dx%d%c", &plane.width, &plane.height, &rest) != 2 ||
         plane.width < 1 || plane.width > 1920 || plane.height < 1 || plane.height > 1080) {
-        throw Failure("--plane " + text +
-                      ": a plane is WIDTHxHEIGHT, from 1x1 to 1920x1080, such as 1280x720");
+        throw WrongUsage("--plane " + text +
+                         ": expected WIDTHxHEIGHT from 1x1 to 1920x1080, such as 1280x720");
     }
     return plane;
 }
@@ -44,7 +43,7 @@ std::int64_t ParseTime(const std::string &option, const std::string &text)
     std::smatch parts;
 
     if (!std::regex_match(text, parts, form)) {
-        throw WrongUsage(option + " " + text + ": a time is [[HH:]MM:]SS[.mmm], such as 1:02:03.5 or 90");
+        throw WrongUsage(option + " " + text + ": expected [[HH:]MM:]SS[.mmm], such as 1:02:03.5 or 90");
     }
     const auto number = [&](std::size_t part) { return parts[part].length() ? std::stoll(parts[part]) : 0; };
     const std::string thousandths = (parts[4].str() + "000").substr(0, 3);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Values of options, which the command line gives as text. Text that is no such value is a WrongUsage that names
-// the option.
+// Parses values of options. Throws WrongUsage with the name of the option if the text is not valid.
 #ifndef KOVA_CAPTION_COMMANDS_PARSE_H
 #define KOVA_CAPTION_COMMANDS_PARSE_H
 

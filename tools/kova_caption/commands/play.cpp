@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <cmath>
+#include <cstdlib>
 #include <memory>
 
 #include "commands/command.h"
@@ -17,22 +19,27 @@ Command AddPlay(CLI::App &tool)
         Options options;
     };
     const auto arguments = std::make_shared<Arguments>();
-    CLI::App &command = AddCommand(
-        tool, "play", "Show the captions at their times; space pauses, left and right step, q ends",
-        {"kova-caption play film.srt", "kova-caption play film.srt --start 0:02 --speed 4",
-         "kova-caption play film.srt --headless --speed 100 --plane 1920x1080"});
+    CLI::App &command =
+        AddCommand(tool, "play", "Play captions in real time; space pauses, left and right step, q quits",
+                   {"kova-caption play film.srt", "kova-caption play film.srt --start 0:02 --speed 4",
+                    "kova-caption play film.srt --headless --speed 100 --plane 1920x1080"});
 
     AddSource(command, arguments->source);
-    command.add_option("--speed", arguments->playback.speed, "Times as fast (1)")
+    command.add_option("--speed", arguments->playback.speed, "Playback speed [1]")
         ->type_name("FACTOR")
-        ->check(CLI::Range(0.01, 1000.0).description(""));
+        ->check(CLI::Range(0.01, 1000.0).description(""))
+        // Every comparison with NaN is false, so the range accepts it.
+        ->check([](const std::string &text) {
+            return std::isnan(std::strtod(text.c_str(), nullptr)) ? "'" + text + "' is not a number"
+                                                                  : std::string();
+        });
     command
         .add_option_function<std::string>(
             "--start",
             [arguments](const std::string &text) { arguments->playback.start = ParseTime("--start", text); },
-            "Where to begin (0)")
+            "Start time [0]")
         ->type_name("[[HH:]MM:]SS");
-    command.add_flag("--loop", arguments->playback.loop, "Begin again at the end");
+    command.add_flag("--loop", arguments->playback.loop, "Start again at the end");
     AddPlace(command, arguments->options);
     AddLetters(command, arguments->options);
     AddLook(command, arguments->options);

@@ -50,7 +50,7 @@ static Color Bright(int, int)
     return {232, 234, 238, 255};
 }
 
-// Colours that flow into each other, cut by a fine chequer, so that light and dark lie side by side all over.
+// A gradient with a fine chequerboard, so that light and dark are close together everywhere.
 static Color Busy(int x, int y)
 {
     const double light = (x / 13 + y / 11) % 2 ? 1.0 : 0.65;
@@ -68,7 +68,7 @@ static const struct {
 namespace
 {
 
-// Sizes in pixels; a block has every size, below each other, in every colour.
+// Sizes in pixels. A block shows every size, one below the other, in every colour.
 struct Measures {
     explicit Measures(int height) : em(height)
     {
@@ -118,7 +118,7 @@ struct Measures {
 
 } // namespace
 
-// Letters in the colour of their edge would be one blot with it.
+// Letters in the colour of their edge would merge with it.
 static Style StyleOf(Color color, Color edge)
 {
     Style style;
@@ -191,19 +191,19 @@ static std::vector<std::string> OrUsual(std::vector<std::string> fonts)
     for (const char *const file : g_usual) {
         if (std::filesystem::exists(file)) fonts.push_back(file);
     }
-    if (fonts.empty()) throw Failure("none of the usual fonts is here; name one with --font FILE");
+    if (fonts.empty()) throw Failure("none of the default fonts is installed; give one with --font");
     return fonts;
 }
 
-// For each font, of the usual ones if none is named, every edge at three sizes in the eight colours of
-// captions, over a dark, a bright and a busy background. Of the options the height, which is 100 %, and the
-// colour of edges count.
+// For each font, or for the default fonts if none is given: every edge at three sizes in the eight caption
+// colours, over a dark, a bright and a busy background. Uses the text height, which is 100 %, and the edge
+// colour of the options.
 static Picture Preview(const std::vector<std::string> &named, const Options &options)
 {
     const Measures measures(options.height ? options.height : 32);
     const std::vector<std::string> files = OrUsual(named);
     std::vector<std::unique_ptr<Fonts>> fonts;
-    for (const std::string &file : files) { // what cannot be opened is said before anything starts
+    for (const std::string &file : files) { // fails before anything is drawn
         Options each = options;
         each.font = file;
         fonts.push_back(std::make_unique<Fonts>(each, Fonts::Reserve::NONE));
@@ -253,13 +253,13 @@ Command AddPreview(CLI::App &tool)
         {"kova-caption preview -o settings.png", "kova-caption preview -o settings.png --font sets/Sans.ttf",
          "kova-caption preview -o settings.png --height 20 --edge-color 000080"});
 
-    command.add_option("-o", arguments->file, "The picture")->type_name("PNG")->required();
+    command.add_option("-o", arguments->file, "Output file")->type_name("PNG")->required();
     command
         .add_option("--font", arguments->fonts,
-                    "A font to show; may be given several times (DejaVu Sans, Serif and Sans Mono)")
+                    "Font to show; may be repeated [DejaVu Sans, Serif and Sans Mono]")
         ->type_name("FILE")
         ->allow_extra_args(false);
-    command.add_option("--height", arguments->options.height, "Height of the letters' em at 100 % (32)")
+    command.add_option("--height", arguments->options.height, "Text size at 100 %, in pixels [32]")
         ->type_name("PIXELS")
         ->check(CLI::Range(1, 77).description(""));
     AddEdgeColor(command, arguments->options);

@@ -15,7 +15,7 @@ static std::vector<const CLI::App *> Commands(const CLI::App &tool)
     return tool.get_subcommands([](const CLI::App *) { return true; });
 }
 
-// "-h" and "--help", or the name of what stands without one.
+// "-h" and "--help", or the name of a positional.
 static std::vector<std::string> Names(const CLI::Option &option)
 {
     std::vector<std::string> names;
@@ -44,8 +44,7 @@ static std::string Joined(const std::vector<std::string> &words, const std::stri
     return text;
 }
 
-// What compgen is asked for: folders, files, words to choose from, which alone are in small letters, or
-// nothing.
+// The arguments for compgen: directories, files, or words to choose from. Only such words are lower-case.
 static std::string Generator(const CLI::Option &option)
 {
     std::string type = option.get_type_name();
@@ -127,7 +126,7 @@ std::string BashCompletion(const CLI::App &tool)
     return script.str();
 }
 
-// Text as roff takes it: no character of it commands.
+// Escapes text for roff.
 static std::string Plain(const std::string &text)
 {
     std::string roff;
@@ -145,7 +144,7 @@ static std::string Plain(const std::string &text)
     return roff;
 }
 
-// Lines of a length that a manual page's source may have; man fills them anew.
+// Breaks text into lines of the length allowed in a manual page's source; man reflows them.
 static std::string Filled(const std::string &text)
 {
     std::istringstream words(text);
@@ -187,7 +186,7 @@ static std::string InCapitals(std::string text)
     return text;
 }
 
-// Lines that are indented stand as they are; one that is not is a heading and ends in a colon.
+// Indented lines are printed verbatim. A line that is not indented is a heading and ends in a colon.
 static void DescribeFooter(const CLI::App &command, bool sections, std::ostream &page)
 {
     std::istringstream footer(command.get_footer());

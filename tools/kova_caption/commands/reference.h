@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The command line described for the shell and for man, made from the command line itself, so that neither
-// says anything else than --help.
+// The manual page and the shell completion, generated from the command line itself so that they agree with
+// --help.
 #ifndef KOVA_CAPTION_COMMANDS_REFERENCE_H
 #define KOVA_CAPTION_COMMANDS_REFERENCE_H
 
@@ -18,7 +18,7 @@ namespace caption
 
 std::string BashCompletion(const CLI::App &tool);
 
-// In roff.
+// The manual page in roff.
 std::string ManualPage(const CLI::App &tool);
 
 } // namespace caption

@@ -30,7 +30,7 @@ static const int g_smallestLabel = 11;
 namespace
 {
 
-// Where thumbnails stand, each with a label beneath.
+// The positions of the thumbnails, each with a label below.
 struct Grid {
     int columns = 0;
     int rows = 0;
@@ -61,10 +61,10 @@ static Grid GridOf(int cues, int wantedColumns, Size plane)
         if (grid.Whole().width <= g_longest && grid.Whole().height <= g_longest) return grid;
     }
     throw Failure(std::to_string(cues) + " cues in " + std::to_string(grid.columns) +
-                  " columns would be too small to see on one sheet; choose other --columns, or use snapshot");
+                  " columns do not fit one sheet; choose another --columns, or use snapshot");
 }
 
-// The characters of timestamps. Drawn one by one, so that thousands of times need no drawing of their own.
+// The characters of timestamps. Each is drawn once, because there may be thousands of timestamps.
 static const char g_signs[] = "-0123456789:. ";
 
 static int WidthOf(const std::string &text, Labels &signs, int height)
@@ -83,7 +83,7 @@ static void PutTime(Picture &sheet, const std::string &text, Labels &signs, int 
     }
 }
 
-// Start and end; the start alone where both are too long.
+// Start and end, or only the start where both are too long.
 static std::string TimesOf(const Cue &cue, Labels &signs, const Grid &grid)
 {
     const std::string times = Timestamp(cue.start) + " - " + Timestamp(cue.end);
@@ -91,8 +91,8 @@ static std::string TimesOf(const Cue &cue, Labels &signs, const Grid &grid)
     return WidthOf(times, signs, grid.labelHeight) <= grid.thumbnail.width ? times : Timestamp(cue.start);
 }
 
-// Every cue by itself, made smaller, with its times beneath. The more there are the smaller they become; a
-// Failure where they would be too small to see. columns: 0 chooses.
+// Every cue on a thumbnail of its own, with its times below. The more cues, the smaller the thumbnails;
+// throws Failure if they would be too small to see. With 0 columns a suitable number is chosen.
 static Picture Sheet(const SourceOptions &source, int columns, const Options &options)
 {
     const Subtitles subtitles = ReadSubtitles(source);
@@ -138,13 +138,12 @@ Command AddSheet(CLI::App &tool)
     };
     const auto arguments = std::make_shared<Arguments>();
     CLI::App &command = AddCommand(
-        tool, "sheet", "Write one PNG with every cue of a source, small, and the time at which it comes",
+        tool, "sheet", "Write one PNG with a thumbnail of every cue and its times",
         {"kova-caption sheet film.srt -o film.png", "kova-caption sheet film.srt -o film.png --columns 5"});
 
     AddSource(command, arguments->source);
-    command.add_option("-o", arguments->picture, "The picture")->type_name("PNG")->required();
-    command
-        .add_option("--columns", arguments->columns, "Cues side by side (about as many as below each other)")
+    command.add_option("-o", arguments->picture, "Output file")->type_name("PNG")->required();
+    command.add_option("--columns", arguments->columns, "Thumbnails per row [about as many as rows]")
         ->type_name("NUMBER")
         ->check(CLI::Range(1, 1000).description(""));
     AddPlace(command, arguments->options);

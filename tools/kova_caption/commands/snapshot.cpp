@@ -34,15 +34,15 @@ namespace
 
 struct SnapshotOptions {
     SourceOptions source;
-    std::filesystem::path folder;   // made if need be
-    std::optional<std::int64_t> at; // milliseconds; none: every cue by itself
-    bool json = false;              // what is listed
+    std::filesystem::path folder;   // created if necessary
+    std::optional<std::int64_t> at; // milliseconds; none: one picture per cue
+    bool json = false;              // list as JSON
 };
 
-// What becomes one picture.
+// The content of one picture.
 struct Scene {
     std::string file;
-    std::string name; // for remarks
+    std::string name; // in messages
     std::int64_t start;
     std::int64_t end;
     std::vector<const Cue *> cues;
@@ -56,7 +56,7 @@ static void MakeFolder(const std::filesystem::path &folder)
 
     std::filesystem::create_directories(folder, error);
     if (!std::filesystem::is_directory(folder, error)) {
-        throw Failure("-o " + folder.string() + ": is no folder and cannot be made one; choose another");
+        throw Failure("-o " + folder.string() + ": cannot be created as a directory; choose another");
     }
 }
 
@@ -80,17 +80,16 @@ static Scene SceneAt(const std::vector<Cue> &cues, std::int64_t time)
     std::string next;
 
     for (const Screen &screen : Screens(cues)) {
-        if (next.empty() && screen.start > time)
-            next = "; the next caption begins at " + Timestamp(screen.start);
+        if (next.empty() && screen.start > time) next = "; the next one begins at " + Timestamp(screen.start);
         if (time < screen.start || time >= screen.end) continue;
         Scene scene = {"", moment, screen.start, screen.end, {}};
-        std::replace(file.begin(), file.end(), ':', '-'); // which not every file system allows
+        std::replace(file.begin(), file.end(), ':', '-'); // not every file system allows colons
         scene.file = file;
         for (const std::size_t cue : screen.cues) scene.cues.push_back(&cues[cue]);
         return scene;
     }
-    throw Failure("--at " + moment + ": nothing is shown then" +
-                  (next.empty() ? "; the last caption is gone" : next));
+    throw Failure("--at " + moment + ": no caption is shown at that time" +
+                  (next.empty() ? "; the last one has ended" : next));
 }
 
 static std::string TextOf(const Scene &scene, const char *separator)
@@ -129,11 +128,11 @@ static std::string Listed(const Scene &scene, const Drawn &drawn)
            std::to_string(bounds.width) + "x" + std::to_string(bounds.height) + "  " + TextOf(scene, " / ");
 }
 
-// Writes 0001.png and so on, one a cue, or one picture of everything that is shown at a moment. Lists them
-// with times and texts.
+// Writes 0001.png and so on, one per cue, or one picture of everything that is shown at a given time. Lists
+// them with times and texts.
 static void Snapshot(const SnapshotOptions &snapshot, const Options &options, std::FILE *listing)
 {
-    // Whatever can be refused is refused before anything is made.
+    // All checks come before anything is created.
     const Subtitles subtitles = ReadSubtitles(snapshot.source);
     const std::vector<Scene> scenes =
         snapshot.at ? std::vector<Scene>{SceneAt(subtitles.cues, *snapshot.at)} : OneACue(subtitles.cues);
@@ -170,7 +169,7 @@ static void Snapshot(const SnapshotOptions &snapshot, const Options &options, st
                         {"plane", {{"width", options.plane.width}, {"height", options.plane.height}}},
                         {"notices", subtitles.notices},
                         {"pictures", pictures}};
-    // A name of a file may be no UTF-8.
+    // The name of a file need not be valid UTF-8.
     std::fprintf(listing, "%s\n", whole.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
 }
 
@@ -189,16 +188,16 @@ Command AddSnapshot(CLI::App &tool)
                     "kova-caption snapshot film.srt -o pictures --plane 1920x1080 --background 204060"});
 
     AddSource(command, arguments->snapshot.source);
-    command.add_option("-o", arguments->snapshot.folder, "Folder for 0001.png and so on")
+    command.add_option("-o", arguments->snapshot.folder, "Output directory for 0001.png and so on")
         ->type_name("DIR")
         ->required();
     command
         .add_option_function<std::string>(
             "--at",
             [arguments](const std::string &text) { arguments->snapshot.at = ParseTime("--at", text); },
-            "One picture of all that is shown then (one a cue, by itself)")
+            "Draw all captions shown at this time [one picture per cue]")
         ->type_name("[[HH:]MM:]SS");
-    command.add_flag("--json", arguments->snapshot.json, "List as JSON, with places on the plane");
+    command.add_flag("--json", arguments->snapshot.json, "Print JSON, with positions on the plane");
     AddPlace(command, arguments->options);
     AddLetters(command, arguments->options);
     AddLook(command, arguments->options);

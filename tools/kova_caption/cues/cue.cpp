@@ -70,7 +70,7 @@ std::string PlainText(const Line &line)
     return text;
 }
 
-// Where a block stands from the top down; with no place of its own at its edge.
+// The vertical position of a block; without an anchor, that of its alignment.
 static double Height(const Block &block)
 {
     return block.anchor ? block.anchor->y : double(block.vertical) / 2;

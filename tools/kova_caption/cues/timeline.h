@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Cues made of what comes one after the other.
+// Builds cues from events in order of time.
 #ifndef KOVA_CAPTION_CUES_TIMELINE_H
 #define KOVA_CAPTION_CUES_TIMELINE_H
 
@@ -15,21 +15,21 @@ namespace caption
 class Timeline
 {
 public:
-    // A cue that lasts as long as its end says, whatever else comes.
+    // Adds a cue with an end of its own, whatever follows.
     void Add(Cue cue);
 
-    // A cue that lasts until the next one is shown or until Clear, and no longer than to its end, if there is
+    // Adds a cue that lasts until the next call of Show or Clear, but no longer than `end` where there is
     // one.
     void Show(Cue cue, std::optional<std::int64_t> end);
 
-    // Nothing is shown from this moment on but what was added.
+    // Ends the open cue at this time. Cues that were added keep their ends.
     void Clear(std::int64_t time);
 
-    // The cue that is open; null where there is none.
+    // The open cue; null if there is none.
     Cue *Current();
 
-    // All cues by their start. The last open one ends four seconds after its start, or at the end of the
-    // source if that is later.
+    // All cues, sorted by start. A cue that is still open ends four seconds after its start, or at the end of
+    // the source if that is later.
     std::vector<Cue> Finish(std::int64_t endOfSource);
 
 private:

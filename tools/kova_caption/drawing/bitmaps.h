@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures of a source, which have a canvas and palettes of their own, made fit for the plane.
+// Scales and combines the bitmaps of a source for the plane.
 #ifndef KOVA_CAPTION_DRAWING_BITMAPS_H
 #define KOVA_CAPTION_DRAWING_BITMAPS_H
 
@@ -12,13 +12,13 @@
 namespace caption
 {
 
-// Where a bitmap lies on the plane when its canvas is stretched over the whole of it.
+// The rectangle of a bitmap on the plane when its canvas is scaled to the whole plane.
 Rect PlaceOnPlane(const Bitmap &bitmap, Size canvas, Size plane);
 
-// The cues' bitmaps on an empty plane, later ones over earlier ones, in at most so many colours. A canvas as
-// large as the plane is copied pixel for pixel. Otherwise pixels are averaged and weighed, because the steps
-// of slanted strokes show when indexes are repeated or left out; that makes new colours, of which the most
-// telling are kept.
+// Draws the cues' bitmaps on an empty plane, later ones over earlier ones, in at most `mostColors` colours. A
+// canvas of the plane's size is copied pixel for pixel. Otherwise pixels are averaged or interpolated,
+// because repeated or omitted indexes show as steps in slanted strokes. That creates new colours, which are
+// reduced to the most significant ones.
 Picture Compose(const std::vector<const Cue *> &cues, Size plane, std::size_t mostColors);
 
 } // namespace caption

@@ -13,8 +13,8 @@
 namespace caption
 {
 
-// Why DirectFB cannot open a window on the X server, or an empty text. Asked beforehand because its module
-// crashes on a server that does not answer, and on one that offers GLX.
+// Why DirectFB cannot open a window on the X server, or an empty text. It is checked beforehand because
+// DirectFB's module crashes on a server that does not respond, and on one with GLX.
 static std::string WhyNoWindow()
 {
     using Open = void *(*)(const char *);
@@ -22,7 +22,7 @@ static std::string WhyNoWindow()
     using Query = int (*)(void *, const char *, int *, int *, int *);
 
     const char *const name = std::getenv("DISPLAY");
-    if (!name || !*name) return "there is no X server (DISPLAY is not set)";
+    if (!name || !*name) return "no X server (DISPLAY is not set)";
     void *const library = dlopen("libX11.so.6", RTLD_NOW | RTLD_LOCAL);
     if (!library) return "libX11.so.6 is not installed";
 
@@ -36,9 +36,9 @@ static std::string WhyNoWindow()
     std::string reason;
 
     if (!server) {
-        reason = std::string("the X server ") + name + " (DISPLAY) does not answer";
+        reason = std::string("the X server ") + name + " (DISPLAY) does not respond";
     } else if (query(server, "GLX", &opcode, &event, &error)) {
-        reason = std::string("the X server ") + name + " offers GLX, on which DirectFB's X11 module crashes";
+        reason = std::string("the X server ") + name + " has GLX, with which DirectFB's X11 module crashes";
     }
     if (server) close(server);
     dlclose(library);
@@ -53,7 +53,7 @@ void ChooseDirectFBSystem(const Options &options)
     if (!reason.empty() && options.layer != KOVA_GRAPHIC_LAYER1) {
         throw Failure(
             "--layer " + std::to_string(options.layer + 1) + ": " + reason +
-            ", so only layer 1 is there; use --layer 1, or an X server such as Xvfb -extension GLX");
+            "; only layer 1 is available: use --layer 1, or an X server such as Xvfb -extension GLX");
     }
     if (!reason.empty() && !options.headless && std::getenv("DISPLAY")) {
         Report(reason + "; drawing without a window");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Chooses what DirectFB runs on, unless its user has chosen with DFBARGS.
+// Selects the DirectFB system, unless the user has selected one with DFBARGS.
 #ifndef KOVA_CAPTION_DRAWING_DIRECTFB_SYSTEM_H
 #define KOVA_CAPTION_DRAWING_DIRECTFB_SYSTEM_H
 
@@ -8,12 +8,12 @@
 namespace caption
 {
 
-// A window where there is an X server that DirectFB can work with, no screen at all elsewhere. A Failure
-// where the layer asked for needs the X server.
+// Selects a window where there is an X server that DirectFB can use, memory elsewhere. Throws Failure if the
+// layer needs an X server that is not there.
 void ChooseDirectFBSystem(const Options &options);
 
-// Keeps DirectFB, once a display has started it, until the process ends. Published DirectFB forgets to stop
-// one of its threads when its last user goes, and that thread may crash on what was freed.
+// Keeps DirectFB started until the process ends. Published DirectFB does not stop one of its threads when its
+// last user releases it, and that thread may then use freed memory.
 void KeepDirectFBStarted();
 
 } // namespace caption

@@ -26,7 +26,7 @@ Display::Display(const Options &options) : options_(options), edge_(options.edge
     init.uiPlaneWidth = width;
     init.uiPlaneHeight = height;
     init.bColor32Bit = options.Mode() == ColorMode::ARGB;
-    // The window of layer 1 is ARGB in this mode alone, and a 32-bit plane keeps the window that is there.
+    // The window of layer 1 is ARGB in this mode only, and a 32-bit plane keeps the existing window.
     init.bTextDisp_Palette = options.Mode() == ColorMode::PALETTE ||
                              (options.Mode() == ColorMode::ARGB && options.layer == KOVA_GRAPHIC_LAYER1);
 
@@ -36,12 +36,12 @@ Display::Display(const Options &options) : options_(options), edge_(options.edge
         display_ = Kova_TextDisp_GetDisplayByID(0);
     }
     if (!display_) {
-        throw Failure("no display on layer " + std::to_string(options.layer + 1) +
-                      "; DirectFB's reports stand above. Layer 1 is there with every DirectFB system");
+        throw Failure("layer " + std::to_string(options.layer + 1) +
+                      " could not be opened; see the messages of DirectFB above, or use --layer 1");
     }
     if (!Kova_TextDisp_GetDFB()) {
         Kova_TextDisp_Destroy(0);
-        throw Failure("DirectFB did not start; its reports stand above. Check DFBARGS, or try --headless");
+        throw Failure("DirectFB did not start; see its messages above, check DFBARGS, or try --headless");
     }
     KeepDirectFBStarted();
     KovaTextContextParam_t context = {width, height, width, height, 0, 0, width, height};
@@ -86,7 +86,7 @@ static int Distance(Color one, Color other)
            square(one.alpha - other.alpha);
 }
 
-// What the operations take for a colour. Palettes are filled as colours are met.
+// The value of a colour for the operations. Adds it to the palette if it is new.
 kova_uint32 Display::Value(Color color)
 {
     if (!HasPalette()) {
@@ -119,8 +119,8 @@ void Display::Select(const Piece &piece, int height)
     slots_->Select(FileOf(*piece.face), height, piece.slanted);
 }
 
-// What one call takes, cut between characters. The library takes 16-bit units whatever the encoding, so the
-// bytes are copied to where such units may stand.
+// Splits text between characters into portions for one call each. The library takes 16-bit units whatever the
+// encoding, so the bytes are copied to memory aligned for such units.
 static std::vector<std::vector<unsigned short>> Portions(const std::string &text,
                                                          std::vector<kova_uint8> &lengths)
 {
@@ -157,7 +157,7 @@ int Display::Width(const Piece &piece, int height)
     return total;
 }
 
-// Published DirectFB knows no underline of any font and answers 0 and 0; then the font file itself is asked.
+// Published DirectFB has no underline metrics and returns 0 and 0; then those of the font file are used.
 Stroke Display::Underline(const Piece &piece, int height)
 {
     kova_sint32 position = 0;
@@ -167,7 +167,7 @@ Stroke Display::Underline(const Piece &piece, int height)
     return thickness > 0 ? Stroke{position, thickness} : UnderlineOf(*piece.face, height);
 }
 
-// A line has the edge of the text that it belongs to.
+// A stroke has the same edge as its text.
 void Display::DrawStroke(const Piece &piece, Rect rect)
 {
     const EdgeOffsets &offsets = OffsetsOf(edge_);
@@ -205,8 +205,8 @@ void Display::Draw(const Piece &piece, int height, int x, int y)
     if (piece.style.strikeout) drawStroke(StrikeoutOf(*piece.face, height));
 }
 
-// DirectFB leaves smooth letters multiplied by their opacity in a true-colour surface, and writes a rectangle
-// as it is told; so that the two go together the rectangle's colour is multiplied beforehand.
+// In a true-colour surface DirectFB leaves smooth glyphs multiplied by their coverage, but writes the colour
+// of a rectangle unchanged. The rectangle's colour is multiplied beforehand so that both match.
 static Color Multiplied(Color color)
 {
     const auto times = [&](std::uint8_t value) { return std::uint8_t((value * color.alpha + 127) / 255); };
@@ -255,8 +255,8 @@ void Display::Copy(const Picture &picture, Rect rect)
     flipped_ = true;
 }
 
-// Colours stay in their entries as long as there is room for more: in index mode what is on the screen would
-// change with them.
+// Palette entries are kept while there is room for more: in index mode a change would affect what is on the
+// screen.
 void Display::Clear()
 {
     if (palette_.size() > 64) palette_.clear();

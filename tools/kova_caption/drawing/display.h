@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One display of the library with one active context, as a caption renderer keeps it.
+// One display of the library with one active context, as a caption renderer uses it.
 #ifndef KOVA_CAPTION_DRAWING_DISPLAY_H
 #define KOVA_CAPTION_DRAWING_DISPLAY_H
 
@@ -22,7 +22,7 @@ namespace caption
 class Display
 {
 public:
-    // Starts DirectFB. Only one display can be there at a time.
+    // Starts DirectFB. Only one display may exist at a time.
     explicit Display(const Options &options);
     ~Display();
     Display(const Display &) = delete;
@@ -31,30 +31,31 @@ public:
     void SetEdge(KovaTextEdgeType_e edge);
     int Width(const Piece &piece, int height);
 
-    // From the top left corner of its font, lines under and through it included.
+    // (x, y) is the top left corner of the font's line. Draws underline and strikeout too.
     void Draw(const Piece &piece, int height, int x, int y);
 
-    // Replaces what is there.
+    // Overwrites the rectangle; does not blend.
     void Fill(Rect rect, Color color);
 
-    // The part of a picture as large as the plane that lies in the rectangle, pixel for pixel. Index mode has
-    // 255 colours for all that is drawn since the last Clear.
+    // Copies a rectangle of a picture that is as large as the plane, pixel for pixel. Index mode has 255
+    // colours for everything drawn since the last Clear.
     void Copy(const Picture &picture, Rect rect);
     bool CanCopy() const;
 
     void Clear();
 
-    // What is drawn between the two is shown by the second, all at once. Layer 1 cannot wait: there every
-    // string is shown as it is drawn, and only what came after the last one is shown by the second.
+    // Release shows everything drawn since Hold at once. Layer 1 cannot hold: there each string is shown as
+    // it is drawn, and Release shows only what was drawn after the last string.
     void Hold();
     void Release();
 
     void Flip();
 
-    // Flips, and reads back what is on the screen then.
+    // Flips, and reads back the screen.
     Picture Present();
 
-    // Whether more colours than the palette holds were asked for since the last Clear, and near ones taken.
+    // Whether more colours than the palette holds were needed since the last Clear, and the nearest were
+    // used.
     bool RanOutOfColors() const
     {
         return ranOutOfColors_;

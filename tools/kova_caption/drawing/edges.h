@@ -16,8 +16,8 @@ struct Offset {
     int y = 0;
 };
 
-// The library draws the edge's strings first and the text on top of them, each at an offset from the position that
-// the caller gives.
+// The library draws the edge's strings first and the text on top of them, each at an offset from the position
+// that the caller gives.
 struct EdgeOffsets {
     std::vector<Offset> edge;
     Offset text;

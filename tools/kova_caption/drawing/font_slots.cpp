@@ -39,7 +39,7 @@ FontSlots::Slot &FontSlots::For(const std::string &file, int height, bool slante
     if (wanted != slots_.end()) return *wanted;
 
     if (slots_.size() < g_most) slots_.emplace_back();
-    // One never used is the oldest of all.
+    // A slot that was never used counts as the oldest.
     Slot &slot = *std::min_element(slots_.begin(), slots_.end(),
                                    [](const Slot &one, const Slot &other) { return one.used < other.used; });
     slot.file = file;
@@ -63,18 +63,18 @@ void FontSlots::Open(Slot &slot)
     const int descriptor = open(slot.file.c_str(), O_RDONLY | O_CLOEXEC);
     const bool renewed = slot.descriptor >= 0;
 
-    if (descriptor < 0) throw Failure(slot.file + ": this font can no longer be read");
+    if (descriptor < 0) throw Failure(slot.file + ": the font file can no longer be opened; restore it");
     if (renewed) {
         dup3(descriptor, slot.descriptor, O_CLOEXEC);
         close(descriptor);
-        Create(slot, slot.height + 1); // another height closes what was open under this name
+        Create(slot, slot.height + 1); // another height closes the font of this name
     } else {
         slot.descriptor = descriptor;
     }
     slot.number = Create(slot, slot.height);
     if (slot.number < 0) {
-        throw Failure(slot.file + ": DirectFB cannot open this font; is libdirectfb-extra, its FreeType "
-                                  "module, there, and /proc mounted?");
+        throw Failure(slot.file + ": DirectFB cannot open this font; install libdirectfb-extra, its FreeType "
+                                  "module, and mount /proc");
     }
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The eight fonts that a display holds at a time, and whose turn it is to go when a ninth is needed.
+// The eight fonts that a display holds at a time. A ninth replaces the least recently used one.
 #ifndef KOVA_CAPTION_DRAWING_FONT_SLOTS_H
 #define KOVA_CAPTION_DRAWING_FONT_SLOTS_H
 
@@ -12,10 +12,9 @@
 namespace caption
 {
 
-// A display keeps the names of its fonts as long as it lives, eight of them, and no operation closes a font
-// for good. So it is given eight names that stay, /proc/self/fd/N, and the file that such a name leads to is
-// changed while its font is closed: the font used longest ago makes room. These names are short, too,
-// whatever the file's own.
+// A display keeps the names of its fonts, eight at most, for its lifetime, and no operation removes a font
+// for good. So the display gets eight constant names, /proc/self/fd/N, and the file behind a name changes
+// while its font is closed. These names are also short, however long the file's own name is.
 class FontSlots
 {
 public:
@@ -24,7 +23,7 @@ public:
     FontSlots(const FontSlots &) = delete;
     FontSlots &operator=(const FontSlots &) = delete;
 
-    // Selects the font for the strings to come. A Failure where DirectFB cannot open it.
+    // Selects the font for the following strings. Throws Failure if DirectFB cannot open it.
     void Select(const std::string &file, int height, bool slanted);
 
 private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Single lines of text that a sheet needs besides captions, drawn by the same means.
+// Single lines of text on a sheet, drawn like captions.
 #ifndef KOVA_CAPTION_DRAWING_LABEL_H
 #define KOVA_CAPTION_DRAWING_LABEL_H
 
@@ -22,13 +22,13 @@ int DrawLine(Display &display, Fonts &fonts, const Line &line, int height, int x
 class Labels
 {
 public:
-    // The display and the fonts must stay until the last new label is drawn.
+    // The display and the fonts must exist until the last new label is drawn.
     Labels(Display &display, Fonts &fonts) : display_(display), fonts_(fonts)
     {
     }
 
-    // As wide as the text and as high as the lines of its font. For a text and a height not seen before it clears the
-    // display and sets its edge to none.
+    // As wide as the text and as high as the lines of its font. For a text and a height not seen before it
+    // clears the display and sets its edge to none.
     const Picture &Get(const std::string &text, int height);
 
     void Put(Picture &target, const std::string &text, int height, int x, int y)

@@ -12,7 +12,7 @@
 namespace caption
 {
 
-// What television sets are sure to show: 5 % off at each side.
+// The area that every TV shows: without 5 % at each side.
 static Rect SafeArea(Size plane)
 {
     const int x = plane.width / 20;
@@ -68,7 +68,8 @@ LayoutEngine::LayoutEngine(const Options &options, Display &display, Fonts &font
 
 int LayoutEngine::WidthOf(const Letters &letters, Span span, int enough)
 {
-    const std::size_t step = 128; // so many are measured in one go, so that a line without end is not
+    const std::size_t step =
+        128; // letters measured at a time, so that an endless line is not measured as a whole
     int width = 0;
 
     for (std::size_t at = span.begin; at < span.end && width <= enough; at += step) {
@@ -98,8 +99,8 @@ Row LayoutEngine::MakeRow(const Letters &letters, Span span)
     return row;
 }
 
-// A roll-up shows its last rows, all of one height, so that they move up by whole rows. Elsewhere the first
-// rows stay when the safe area is full.
+// A roll-up shows its last rows, all of one height, so that they move up by whole rows. Other blocks keep
+// their first rows when the safe area is full.
 void LayoutEngine::LimitRows(const Block &block, BlockLayout &layout, Drawn &drawn) const
 {
     std::vector<Row> &rows = layout.rows;
@@ -152,12 +153,12 @@ BlockLayout LayoutEngine::LayOut(const Block &block, const std::vector<Letters> 
     if (!layout.rows.empty()) LimitRows(block, layout, drawn);
     for (const Row &row : layout.rows)
         layout.rect.width = std::max(layout.rect.width, row.width + 2 * layout.padding);
-    // Halved without a rest, so that a centred row stands in its place whichever rows are around it.
+    // An even width keeps a centred row at the same position whichever rows are around it.
     if (block.horizontal == Horizontal::CENTER) layout.rect.width += layout.rect.width % 2;
     return layout;
 }
 
-// What is too long begins where the room does.
+// Content that is too long begins at the start of the room.
 static int Clamped(int at, int length, int begin, int room)
 {
     return std::max(std::min(at, begin + room - length), begin);
@@ -182,8 +183,8 @@ Rect LayoutEngine::PlaceOf(const Block &block, const BlockLayout &layout) const
     return rect;
 }
 
-// Blocks at the bottom move up, others down, past everything in their way. Where that leads out of the safe
-// area the block stays where it is asked to be.
+// Blocks at the bottom move up, others down, past everything in their way. If that leads out of the safe
+// area, the block stays where the source places it.
 Rect LayoutEngine::MakeRoom(const Block &block, Rect wanted, const std::vector<Rect> &taken,
                             Drawn &drawn) const
 {
@@ -197,8 +198,7 @@ Rect LayoutEngine::MakeRoom(const Block &block, Rect wanted, const std::vector<R
         rect.y = block.vertical == Vertical::BOTTOM ? inTheWay->y - rect.height : Bottom(*inTheWay);
     }
     if (rect.y >= safe_.y && Bottom(rect) <= Bottom(safe_)) return rect;
-    drawn.notices.push_back(
-        "there is no room left beside what stands on the plane; a block lies over another");
+    drawn.notices.push_back("no free space on the plane; a block overlaps another");
     return wanted;
 }
 
@@ -206,7 +206,7 @@ void LayoutEngine::LayOutBitmaps(const std::vector<const Cue *> &cues, Plan &pla
 {
     const auto hasBlocks = [](const Cue *cue) { return !cue->blocks.empty(); };
     const bool text = std::any_of(cues.begin(), cues.end(), hasBlocks);
-    const std::size_t colors = text ? 223 : 255; // entry 0 is transparent, and text needs some too
+    const std::size_t colors = text ? 223 : 255; // entry 0 is transparent, and text needs entries too
 
     for (const Cue *const cue : cues) {
         for (const Bitmap &bitmap : cue->bitmaps) {
@@ -245,10 +245,11 @@ Plan LayoutEngine::LayOut(const std::vector<const Cue *> &cues)
             if (layout.rows.empty()) continue;
             const Rect window = MakeRoom(block, PlaceOf(block, layout), taken[cue->layer], plan.drawn);
             layout.rect.x = window.x;
-            layout.rect.y = Bottom(window) - layout.rect.height; // a roll-up's rows stand at its bottom
+            layout.rect.y =
+                Bottom(window) - layout.rect.height; // a roll-up's rows are at the bottom of its window
             taken[cue->layer].push_back(window);
             if (!Within(layout.rect, options_.plane)) {
-                plan.drawn.notices.push_back("a block reaches beyond the plane and is cut off there");
+                plan.drawn.notices.push_back("a block extends beyond the plane and is clipped");
             }
             plan.drawn.blocks.push_back(layout.rect);
             plan.drawn.lines += layout.rows.size();

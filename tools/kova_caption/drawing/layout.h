@@ -25,7 +25,7 @@ struct Drawn {
     std::vector<Rect> blocks;         // in the order of the cues; edges included, not clipped to the plane
     std::vector<Rect> bitmaps;        // likewise
     std::size_t lines = 0;            // drawn
-    std::size_t left = 0;             // lines left out for want of room
+    std::size_t left = 0;             // lines omitted for lack of room
     bool unjoined = false;            // some letters should join or stack, and are drawn one by one
     std::vector<std::string> notices; // what is drawn differently from what was asked, without a full stop
 };
@@ -50,14 +50,15 @@ struct BlockLayout {
     int windowHeight = 0; // of the roll-up window that these rows are the last of; else of the rows
 };
 
-// Cues laid out and measured, so that drawing them takes no longer than it must.
+// Cues, laid out and measured ahead of drawing.
 struct Plan {
     std::vector<BlockLayout> blocks;
     std::optional<Picture> bitmaps; // as large as the plane
     Drawn drawn;                    // what will be drawn
 };
 
-// How much of what is left over lies before: nothing for the first choice of an alignment, half of it, or all.
+// The share of the free space that lies before the content: none, half or all of it, for the first, second
+// and third choice of an alignment.
 inline int Before(int choice, int left)
 {
     return choice * left / 2;
@@ -68,8 +69,8 @@ class LayoutEngine
 public:
     LayoutEngine(const Options &options, Display &display, Fonts &fonts);
 
-    // Lays out cues that are shown together, in this order, which is that of a Screen. Breaks lines that are too wide.
-    // Lines that do not fit the height are left out from the end, and counted.
+    // Lays out cues that are shown together, in the order of a Screen. Breaks lines that are too wide. Lines
+    // that do not fit the height are omitted from the end, and counted.
     Plan LayOut(const std::vector<const Cue *> &cues);
 
 private:

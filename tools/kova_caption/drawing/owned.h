@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A DirectFB interface, released with its owner.
+// An owning pointer for DirectFB interfaces.
 #ifndef KOVA_CAPTION_DRAWING_OWNED_H
 #define KOVA_CAPTION_DRAWING_OWNED_H
 

@@ -83,7 +83,8 @@ static Image MakeImage(Size size)
     Image image(pixman_image_create_bits(PIXMAN_a8r8g8b8, size.width, size.height, nullptr, 0),
                 pixman_image_unref);
 
-    if (!image) throw Failure("there is no memory for a picture as large as this source has");
+    if (!image)
+        throw Failure("not enough memory for a bitmap of this size; give a source with smaller bitmaps");
     return image;
 }
 
@@ -92,7 +93,7 @@ static std::uint32_t *Row(const Image &image, int y)
     return pixman_image_get_data(image.get()) + std::ptrdiff_t(y) * pixman_image_get_stride(image.get()) / 4;
 }
 
-// Colours are averaged multiplied by their opacity, or those of transparent pixels would shine through.
+// Colours are averaged premultiplied, because otherwise the colours of transparent pixels would show.
 static std::uint32_t Packed(const Color &pixel)
 {
     const auto times = [&](unsigned value) { return (value * pixel.alpha + 127) / 255; };
@@ -146,7 +147,7 @@ static std::vector<std::uint8_t> EncodePng(const Picture &picture)
     std::vector<std::uint8_t> bytes(PNG_IMAGE_PNG_SIZE_MAX(image));
     png_alloc_size_t length = bytes.size();
     if (!png_image_write_to_memory(&image, bytes.data(), &length, 0, &picture.At(0, 0), 0, nullptr)) {
-        throw Failure(std::string("a picture could not be encoded: ") + image.message);
+        throw Failure(std::string("PNG encoding failed: ") + image.message);
     }
     bytes.resize(length);
     return bytes;
@@ -160,7 +161,7 @@ void WritePng(const Picture &picture, const std::filesystem::path &file)
     std::FILE *const out = std::fopen(unfinished.c_str(), "wb");
     if (!out) {
         throw Failure(file.string() + ": cannot be written (" + std::strerror(errno) +
-                      "); give -o a place you may write to");
+                      "); choose another path with -o");
     }
     bool done = std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
     int error = errno;
@@ -175,7 +176,7 @@ void WritePng(const Picture &picture, const std::filesystem::path &file)
     if (!done) {
         std::remove(unfinished.c_str());
         throw Failure(file.string() + ": cannot be written (" + std::strerror(error) +
-                      "); make room or choose another place with -o");
+                      "); free some space, or choose another path with -o");
     }
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A picture in memory: straight (not premultiplied) RGBA, and its way into a PNG file.
+// A picture in memory: straight (not premultiplied) RGBA, and how to write it as a PNG file.
 #ifndef KOVA_CAPTION_DRAWING_PICTURE_H
 #define KOVA_CAPTION_DRAWING_PICTURE_H
 
@@ -44,22 +44,22 @@ private:
     std::vector<Color> pixels_;
 };
 
-// A colour that was multiplied by its alpha, as DirectFB leaves text in a surface, becomes a straight one.
+// Converts a premultiplied colour, as DirectFB leaves text in a surface, to a straight one.
 Color Unpremultiply(Color pixel);
 
-// The picture laid over one colour, opaque afterwards.
+// The picture over a background colour; the result is opaque.
 Picture Over(const Picture &picture, Color background);
 
-// The part that begins at the top left corner.
+// The part of that size from the top left corner.
 Picture Crop(const Picture &picture, Size size);
 
-// Pixels are averaged where it becomes smaller, and interpolated where it becomes larger.
+// Averages pixels when it reduces, interpolates when it enlarges.
 Picture Scaled(const Picture &picture, Size size);
 
-// The source, each pixel a square of `scale` pixels, laid over what is at (x, y).
+// Draws the source over the target at (x, y), each pixel as a square of `scale` pixels.
 void PasteEnlarged(Picture &target, const Picture &source, int x, int y, int scale);
 
-// Written under another name and renamed, so that a file of this name is whole.
+// Writes a temporary file and renames it, so that a file of this name is always complete.
 void WritePng(const Picture &picture, const std::filesystem::path &file);
 
 } // namespace caption

@@ -14,7 +14,7 @@ namespace
 
 using Channels = std::array<int, 4>;
 
-// A colour of the picture, and how often it is there.
+// A colour of the picture, and how often it occurs.
 struct Shade {
     Color pixel;
     Channels channels; // opacity, and the colour multiplied by it: how different two shades look
@@ -23,13 +23,13 @@ struct Shade {
 
 using Shades = std::vector<Shade>;
 
-// Shades that may become one.
+// Shades that may be merged.
 struct Box {
     Shades::iterator begin;
     Shades::iterator end;
-    std::size_t widest = 0; // the channel in which they differ most
+    std::size_t widest = 0; // the channel with the largest range
     int middle = 0;         // of that channel
-    double gain = 0;        // what cutting there is worth
+    double gain = 0;        // of a split there
 
     Box(Shades::iterator first, Shades::iterator last) : begin(first), end(last)
     {
@@ -41,7 +41,7 @@ struct Box {
             };
             const auto [low, high] = std::minmax_element(begin, end, less);
             const double range = high->channels[channel] - low->channels[channel];
-            // Few pixels far apart matter as much as many that are near.
+            // A few pixels of very different colours count as much as many of similar ones.
             if (range * range * std::sqrt(count) <= gain) continue;
             gain = range * range * std::sqrt(count);
             widest = channel;
@@ -75,7 +75,7 @@ static Shades ShadesOf(const Picture &picture)
         shades.push_back(
             {pixel, {pixel.alpha, times(pixel.red), times(pixel.green), times(pixel.blue)}, count});
     }
-    // In an order of their own, so that the same picture always becomes the same.
+    // Sorted, so that equal pictures give equal results.
     const auto key = [](const Shade &shade) { return Hash()(shade.pixel); };
     std::sort(shades.begin(), shades.end(),
               [&](const Shade &one, const Shade &other) { return key(one) < key(other); });
@@ -96,7 +96,7 @@ static Color Average(const Box &box)
     return Unpremultiply({mean(sums[1]), mean(sums[2]), mean(sums[3]), mean(sums[0])});
 }
 
-// The box with the most to win is cut in the middle of its widest channel, until there are as many as may be.
+// Splits the box with the largest gain in the middle of its widest channel until there are enough boxes.
 void Quantize(Picture &picture, std::size_t mostColors)
 {
     Shades shades = ShadesOf(picture);

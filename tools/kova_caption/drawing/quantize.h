@@ -9,7 +9,8 @@
 namespace caption
 {
 
-// Reduces the picture to at most so many colours, besides transparent pixels. A picture that has no more stays as it is.
+// Reduces the picture to at most `mostColors` colours besides transparent pixels. A picture with no more
+// colours stays unchanged.
 void Quantize(Picture &picture, std::size_t mostColors);
 
 } // namespace caption

@@ -10,7 +10,7 @@
 namespace caption
 {
 
-// DirectFB repeats the words of the command line, and Debian's package lacks one module's library.
+// DirectFB prints the words of the command line, and Debian's package lacks the library of one module.
 static bool IsHarmless(const std::string &line)
 {
     return line.rfind("commandline read:", 0) == 0 ||

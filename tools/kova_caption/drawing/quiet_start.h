@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Keeps two harmless lines of DirectFB's start off standard error; every other one is passed on.
+// Suppresses two harmless lines that DirectFB prints on standard error when it starts, and passes on all
+// others.
 #ifndef KOVA_CAPTION_DRAWING_QUIET_START_H
 #define KOVA_CAPTION_DRAWING_QUIET_START_H
 

@@ -28,9 +28,9 @@ static IDirectFBSurface *SurfaceOfLayer()
     return surface;
 }
 
-// The display opens a window on the primary layer and keeps it to itself, so the windows of that layer are
-// looked through for one as large as the plane. A process sees its own alone, and makes a new number with
-// each activation.
+// The display opens a window on the primary layer and does not export it, so the windows of that layer are
+// searched for one of the plane's size. A process sees only its own windows, and each activation gives a
+// window a new number.
 static IDirectFBSurface *SurfaceOfWindow(IDirectFB *directfb, Size plane)
 {
     const DFBWindowID mostWindows = 64;
@@ -62,7 +62,7 @@ Readback::Readback(const Options &options) : plane_(options.plane)
                                                             : SurfaceOfLayer());
     }
     if (!surface_) {
-        throw Failure("the display has no surface to draw on; what DirectFB reported stands above");
+        throw Failure("the display has no surface; see the messages of DirectFB above");
     }
 }
 
@@ -82,7 +82,7 @@ static std::array<Color, 256> PaletteOf(IDirectFBSurface *surface)
     return colors;
 }
 
-// Locked for reading alone a surface shows its front buffer, locked for writing its back buffer.
+// Locked for reading only, a surface shows its front buffer; locked for writing, its back buffer.
 static Picture Read(IDirectFBSurface *surface, Size plane, DFBSurfaceLockFlags flags)
 {
     DFBSurfacePixelFormat format = DSPF_UNKNOWN;
@@ -103,7 +103,7 @@ static Picture Read(IDirectFBSurface *surface, Size plane, DFBSurfaceLockFlags f
         const auto *const row = static_cast<const std::uint8_t *>(memory) + std::ptrdiff_t(y) * pitch;
         for (int x = 0; x < plane.width; ++x) {
             if (format == DSPF_LUT8) {
-                picture.At(x, y) = palette[row[x]]; // which nothing was multiplied into
+                picture.At(x, y) = palette[row[x]]; // palette colours are not premultiplied
                 continue;
             }
             std::uint32_t argb;
@@ -121,10 +121,11 @@ Picture Readback::Presented() const
     const auto longest = std::chrono::steady_clock::now() + std::chrono::seconds(5);
     Picture drawn = Read(surface_.get(), plane_, DFBSurfaceLockFlags(DSLF_READ | DSLF_WRITE));
 
-    // The last flip of a burst is made a moment later, by the library's own thread.
+    // The library's thread makes the last flip of a burst a moment later.
     while (!(Read(surface_.get(), plane_, DSLF_READ) == drawn)) {
         if (std::chrono::steady_clock::now() > longest) {
-            throw Failure("what was drawn did not reach the screen within 5 seconds; is the X server busy?");
+            throw Failure("the picture did not reach the screen within 5 seconds; check whether the X server "
+                          "is overloaded");
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(4));
     }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What a display has drawn, read through published DirectFB calls: the display's own record is private.
+// Reads what a display has drawn through published DirectFB calls, because the display's own record is
+// private.
 #ifndef KOVA_CAPTION_DRAWING_READBACK_H
 #define KOVA_CAPTION_DRAWING_READBACK_H
 
@@ -16,10 +17,11 @@ namespace caption
 class Readback
 {
 public:
-    // Of the display just made and activated: the surface of its layer, or, for layer 1, of its window.
+    // For the display that was just created and activated: the surface of its layer or, for layer 1, of its
+    // window.
     explicit Readback(const Options &options);
 
-    // What was drawn last, once it has been presented.
+    // Waits until the last drawing is presented, and returns it.
     Picture Presented() const;
 
 private:

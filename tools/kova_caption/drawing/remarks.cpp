@@ -10,26 +10,29 @@ std::vector<std::string> Remarks::On(const Drawn &drawn, const Fonts &fonts)
 {
     std::vector<std::string> remarks = drawn.notices;
     std::string codes;
+    int count = 0;
 
     if (drawn.left > 0) {
         remarks.push_back(std::to_string(drawn.left) + " of " + std::to_string(drawn.left + drawn.lines) +
-                          " lines found no room and are left out; a smaller --height shows more");
+                          " lines do not fit and are omitted; use a smaller --height");
     }
     if (drawn.unjoined && !unjoined_) {
         unjoined_ = true;
         remarks.push_back(
-            "its script joins or stacks letters in a way that is not done here: they stand one by "
-            "one");
+            "this script needs complex shaping, which is not supported; its letters are drawn one by one");
     }
     for (const char32_t code : fonts.Missing()) {
-        if (missing_.insert(code).second) codes += " " + CodeName(code);
+        if (!missing_.insert(code).second) continue;
+        codes += " " + CodeName(code);
+        ++count;
     }
-    if (!codes.empty()) {
-        remarks.push_back("no font here has" + codes + "; name one that has with --fallback FILE");
+    if (count > 0) {
+        remarks.push_back((count == 1 ? "missing glyph" : "missing glyphs") + codes +
+                          "; add a font with --fallback");
     }
     for (const std::string &font : fonts.WithoutBold()) {
         if (withoutBold_.insert(font).second) {
-            remarks.push_back("its bold letters are not bold: there is no bold file beside " + font);
+            remarks.push_back("bold is not available: no bold font file next to " + font);
         }
     }
     return remarks;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a user should know of a picture: what is not as the source asks for it.
+// Messages about a picture: what is drawn differently from what the source asks for.
 #ifndef KOVA_CAPTION_DRAWING_REMARKS_H
 #define KOVA_CAPTION_DRAWING_REMARKS_H
 
@@ -16,8 +16,8 @@ namespace caption
 class Remarks
 {
 public:
-    // Of what was just drawn; what holds for more than one picture is said with the first. Without full
-    // stops.
+    // The messages about what was just drawn, without full stops. One that applies to several pictures is
+    // returned for the first only.
     std::vector<std::string> On(const Drawn &drawn, const Fonts &fonts);
 
 private:

@@ -10,7 +10,7 @@ Renderer::Renderer(const Options &options, Display &display, Fonts &fonts)
 {
 }
 
-// Fonts of different reach share the baseline: a string is drawn from the top of its font.
+// Fonts with different ascents share the baseline, and a string is drawn from the top of its font.
 void Renderer::DrawRow(const Row &row, int x, int y)
 {
     x += margins_.left;
@@ -21,7 +21,7 @@ void Renderer::DrawRow(const Row &row, int x, int y)
     }
 }
 
-// Backgrounds come first, so that none covers the edge of a letter in the row above.
+// Backgrounds are drawn first, so that none covers the edge of a letter in the row above.
 void Renderer::DrawRows(const BlockLayout &layout)
 {
     const auto xOf = [&](const Row &row) {
@@ -55,8 +55,7 @@ Drawn Renderer::Draw(const Plan &plan)
     for (const Rect &rect : drawn.bitmaps) display_.Copy(*plan.bitmaps, rect);
     for (const BlockLayout &block : plan.blocks) DrawRows(block);
     if (display_.RanOutOfColors()) {
-        drawn.notices.push_back(
-            "it has more colours than a palette holds, so some are drawn in one that is near");
+        drawn.notices.push_back("more colours than the palette holds; some are replaced by the nearest");
     }
     return drawn;
 }

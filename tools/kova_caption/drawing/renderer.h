@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Has the display draw captions that are laid out.
+// Draws captions that are laid out.
 #ifndef KOVA_CAPTION_DRAWING_RENDERER_H
 #define KOVA_CAPTION_DRAWING_RENDERER_H
 

@@ -19,12 +19,11 @@ static const Options &Prepare(const Options &options)
 static const Options &Checked(const Options &options)
 {
     if (options.Mode() == ColorMode::ARGB && options.layer == KOVA_GRAPHIC_LAYER1) {
-        throw Failure(
-            "--mode argb: layer 1 has no 32-bit colours; use --mode palette there, or --layer 2 or 3");
+        throw Failure("--mode argb: layer 1 has no 32-bit mode; use --mode palette, or --layer 2 or 3");
     }
     if (options.TextHeight() > options.plane.height) {
-        throw Failure("--height " + std::to_string(options.height) + ": higher than the plane of " +
-                      std::to_string(options.plane.height) + " pixels; choose a smaller one");
+        throw Failure("--height " + std::to_string(options.height) + ": larger than the plane height of " +
+                      std::to_string(options.plane.height) + " pixels; choose a smaller value");
     }
     return options;
 }
@@ -36,8 +35,8 @@ Options ResolveMode(const std::vector<Cue> &cues, Options options)
 
     if (!bitmaps) return options;
     if (options.mode && *options.mode != ColorMode::INDEX) {
-        throw Failure("--mode: these subtitles are pictures, which are drawn as indexes into a palette; use "
-                      "--mode index, or leave it out");
+        throw Failure(
+            "--mode: bitmap subtitles are drawn in index mode only; use --mode index, or omit the option");
     }
     options.mode = ColorMode::INDEX;
     return options;
@@ -49,8 +48,8 @@ Picture RenderFrame(Stage &stage, const std::vector<const Cue *> &cues, Drawn &d
     drawn = stage.renderer.Draw(cues);
     if (drawn.lines == 0 && drawn.left > 0 && drawn.bitmaps.empty()) {
         throw Failure("--height " + std::to_string(stage.options.TextHeight()) +
-                      ": a line of text finds no room on a plane " +
-                      std::to_string(stage.options.plane.height) + " pixels high; choose a smaller one");
+                      ": a line of text does not fit a plane " + std::to_string(stage.options.plane.height) +
+                      " pixels high; choose a smaller value");
     }
     return stage.display.Present();
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What a command needs to draw captions, made from its options in one place.
+// Everything that a command needs to draw captions, constructed from its options.
 #ifndef KOVA_CAPTION_DRAWING_STAGE_H
 #define KOVA_CAPTION_DRAWING_STAGE_H
 
@@ -11,12 +11,12 @@
 namespace caption
 {
 
-// The options with the colour mode that the cues need, where none is asked for: pictures are indexes into a
-// palette. A Failure where another is.
+// The options with the colour mode that the cues need: bitmaps need index mode. Throws Failure if the options
+// ask for another.
 Options ResolveMode(const std::vector<Cue> &cues, Options options);
 
 struct Stage {
-    // What can be refused is refused before DirectFB starts.
+    // Checks the options before DirectFB starts.
     explicit Stage(const Options &wanted);
 
     const Options options;
@@ -25,8 +25,8 @@ struct Stage {
     Renderer renderer;
 };
 
-// Draws cues that are shown together, and nothing else, and reads the plane back. A Failure where nothing of
-// them finds room.
+// Clears the plane, draws cues that are shown together and reads the plane back. Throws Failure if not a
+// single line fits.
 Picture RenderFrame(Stage &stage, const std::vector<const Cue *> &cues, Drawn &drawn);
 
 } // namespace caption

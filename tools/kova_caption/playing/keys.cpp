@@ -22,8 +22,8 @@ namespace caption
 
 static const char g_escape[] = "\x1B";
 
-// Delivers keys one by one without echo. Ctrl-C still works. Ctrl-Z and Ctrl-\ are disabled because they would leave the
-// terminal in this state.
+// Delivers keys one by one without echo. Ctrl-C still works. Ctrl-Z and Ctrl-\ are disabled because they
+// would leave the terminal in this state.
 class Keys::Terminal
 {
 public:

@@ -34,8 +34,8 @@ public:
 class Keys : public PlayerInput
 {
 public:
-    // Construct it after DirectFB has started. During its lifetime the terminal, if standard input is one, delivers
-    // each key as it is pressed. Keys of DirectFB's window are read where `window` is set.
+    // Construct it after DirectFB has started. During its lifetime the terminal, if standard input is one,
+    // delivers each key as it is pressed. Keys of DirectFB's window are read where `window` is set.
     explicit Keys(bool window);
     ~Keys() override;
     Keys(const Keys &) = delete;

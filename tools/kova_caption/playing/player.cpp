@@ -159,9 +159,9 @@ void Player::Seek(std::int64_t time)
     clock_.Set(double(time));
 }
 
-// Does all work of the next change that can be done ahead of time. Layers 2 and 3 have a back buffer to draw into; the
-// window of layer 1 would show each string at once. Index mode loads palette entries while it draws, which would change
-// the colours on the screen.
+// Does all work of the next change that can be done ahead of time. Layers 2 and 3 have a back buffer to draw
+// into; the window of layer 1 would show each string at once. Index mode loads palette entries while it
+// draws, which would change the colours on the screen.
 void Player::Prepare()
 {
     if (next_ == changes_.size()) return;

@@ -22,8 +22,8 @@ struct Playback {
     bool loop = false;
 };
 
-// Plays until the last caption ends or the viewer quits. Prints each caption on `out` as it appears, and at the end how
-// late captions were: the time from the moment a caption is due to the return of its flip.
+// Plays until the last caption ends or the viewer quits. Prints each caption on `out` as it appears, and at
+// the end how late captions were: the time from the moment a caption is due to the return of its flip.
 void Play(const SourceOptions &source, const Playback &playback, const Options &options, std::FILE *out);
 
 // The same for cues that are read, on a stage that is set, with time and keys from `input`.

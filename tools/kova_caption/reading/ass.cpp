@@ -10,9 +10,9 @@
 namespace caption
 {
 
-static const int g_largest = 1 << 20; // sides of a canvas beyond it mean nothing
+static const int g_largest = 1 << 20; // limit of a canvas, pixels
 
-// What is known of an event while its text is read.
+// State of an event while its text is read.
 struct AssScript::Reading {
     std::string name; // of the style of the event
     const StyleEntry *base = nullptr;
@@ -37,7 +37,7 @@ static std::string Lower(std::string text)
     return text;
 }
 
-// At most so many fields; the last one may itself hold commas.
+// Splits at commas into at most `most` fields; the last one may contain commas.
 static std::vector<std::string> Fields(const std::string &text, std::size_t most)
 {
     std::vector<std::string> fields;
@@ -64,7 +64,7 @@ static int Integer(const std::string &text)
     return int(Number(text));
 }
 
-// &HAABBGGRR& or a decimal number; alpha counts from opaque to clear.
+// &HAABBGGRR& or a decimal number. Alpha 0 is opaque.
 static std::uint32_t Packed(const std::string &text)
 {
     const std::size_t digits = text.find_first_not_of("&Hh ");
@@ -84,7 +84,7 @@ static Color ColorOf(const std::string &text)
     return ColorOf(packed, std::uint8_t(255 - (packed >> 24)));
 }
 
-// True for 1 and -1, and for weights from semi-bold on.
+// 1, -1, and weights from semi-bold on are bold.
 static bool IsBold(int weight)
 {
     return weight == 1 || weight == -1 || weight >= 600;
@@ -126,7 +126,7 @@ AssScript::AssScript(const std::string &header, AssHeader asked, Notices &notice
             ReadStyle(names, values);
         }
     }
-    // One of the two stands for a picture of four by three, none for the smallest there was.
+    // With one of the two, the canvas is 4:3; with none, it is the default size of the format.
     canvas_.width = std::clamp(canvas_.width, 0, g_largest);
     canvas_.height = std::clamp(canvas_.height, 0, g_largest);
     if (canvas_.width == 0 && canvas_.height == 0) canvas_ = {384, 288};
@@ -152,7 +152,7 @@ void AssScript::ReadStyle(const std::vector<std::string> &names, const std::vect
     entry.style.strikeout = Integer(field("strikeout")) != 0;
     entry.style.color = color("primarycolour");
     if (asked_ == AssHeader::STYLES) {
-        // A box that is clear is none; edges libavcodec made up.
+        // A transparent box is no box. The edges come from libavcodec.
         entry.style.background = color("backcolour");
         if (entry.style.background && entry.style.background->alpha == 0) entry.style.background.reset();
     } else if (field("borderstyle") == "3") {
@@ -171,10 +171,10 @@ void AssScript::ReadStyle(const std::vector<std::string> &names, const std::vect
     entry.vertical = Number(field("marginv"));
     entry.size = field("fontsize");
     entry.vertically = field("fontname").compare(0, 1, "@") == 0;
-    if (Number(field("angle")) != 0) Unsupported("turned letters");
-    if (Number(field("spacing")) != 0) Unsupported("letters set apart");
+    if (Number(field("angle")) != 0) Unsupported("rotation");
+    if (Number(field("spacing")) != 0) Unsupported("letter spacing");
     for (const char *const scale : {"scalex", "scaley"}) {
-        if (!field(scale).empty() && Number(field(scale)) != 100) Unsupported("stretched letters");
+        if (!field(scale).empty() && Number(field(scale)) != 100) Unsupported("letter scaling");
     }
     if (defaultStyle_.empty()) defaultStyle_ = field("name");
     styles_[field("name")] = entry;
@@ -184,7 +184,7 @@ const AssScript::StyleEntry &AssScript::Find(const std::string &name) const
 {
     static const StyleEntry none;
 
-    // The name of the default style is sometimes written with a star before it.
+    // The name of the default style may begin with a star.
     for (const std::string &candidate : {name, name.compare(0, 1, "*") == 0 ? name.substr(1) : name,
                                          std::string("Default"), defaultStyle_}) {
         const auto found = styles_.find(candidate);
@@ -195,7 +195,7 @@ const AssScript::StyleEntry &AssScript::Find(const std::string &name) const
 
 void AssScript::Unsupported(const std::string &what)
 {
-    notices_.Say("it asks for " + what + ", which the display does not have");
+    notices_.Say(what + " is not supported");
 }
 
 void AssScript::ReadTag(const std::string &name, const std::string &value, Reading &reading)
@@ -247,30 +247,30 @@ void AssScript::ReadTags(const std::string &tags, Reading &reading)
 {
     struct Known {
         const char *name;
-        const char *undrawn; // what is said of it, if anything
+        const char *undrawn; // the unsupported feature, or empty
     };
-    // Where one name begins another the longer one comes first.
+    // If a name is the beginning of another one, the longer one comes first.
     static const Known known[] = {{"alpha", ""},
                                   {"an", ""},
                                   {"a", ""},
-                                  {"blur", "blurred edges"},
-                                  {"bord", "edges of a width of its own"},
-                                  {"be", "blurred edges"},
+                                  {"blur", "blur"},
+                                  {"bord", "edge width"},
+                                  {"be", "blur"},
                                   {"b", ""},
-                                  {"clip", "cut letters"},
+                                  {"clip", "clipping"},
                                   {"c", ""},
                                   {"fade", "fading"},
                                   {"fad", "fading"},
-                                  {"fax", "sheared letters"},
-                                  {"fay", "sheared letters"},
+                                  {"fax", "shearing"},
+                                  {"fay", "shearing"},
                                   {"fe", ""},
-                                  {"fn", "fonts of its own"},
-                                  {"fr", "turned letters"},
-                                  {"fscx", "stretched letters"},
-                                  {"fscy", "stretched letters"},
-                                  {"fsp", "letters set apart"},
-                                  {"fs", "letters of different sizes"},
-                                  {"iclip", "cut letters"},
+                                  {"fn", "font selection"},
+                                  {"fr", "rotation"},
+                                  {"fscx", "letter scaling"},
+                                  {"fscy", "letter scaling"},
+                                  {"fsp", "letter spacing"},
+                                  {"fs", "a change of font size"},
+                                  {"iclip", "clipping"},
                                   {"i", ""},
                                   {"kf", "karaoke"},
                                   {"ko", "karaoke"},
@@ -284,14 +284,14 @@ void AssScript::ReadTags(const std::string &tags, Reading &reading)
                                   {"p", ""},
                                   {"q", ""},
                                   {"r", ""},
-                                  {"shad", "edges of a width of its own"},
+                                  {"shad", "edge width"},
                                   {"s", ""},
                                   {"t", "animation"},
                                   {"u", ""},
-                                  {"xbord", "edges of a width of its own"},
-                                  {"xshad", "edges of a width of its own"},
-                                  {"ybord", "edges of a width of its own"},
-                                  {"yshad", "edges of a width of its own"},
+                                  {"xbord", "edge width"},
+                                  {"xshad", "edge width"},
+                                  {"ybord", "edge width"},
+                                  {"yshad", "edge width"},
                                   {"1a", ""},
                                   {"1c", ""},
                                   {"2a", ""},
@@ -313,7 +313,8 @@ void AssScript::ReadTags(const std::string &tags, Reading &reading)
         const std::string name = found->name;
         std::string value = Trimmed(tag.substr(name.size()));
         if (value.compare(0, 1, "(") == 0) value.erase(0, 1);
-        const bool asks = value.find_first_not_of("xyz0. ") != std::string::npos; // nothing and 0 do not
+        const bool asks =
+            value.find_first_not_of("xyz0. ") != std::string::npos; // not without a value or with 0
         if (*found->undrawn && asks) Unsupported(found->undrawn);
         ReadTag(name, value, reading);
     }
@@ -322,7 +323,7 @@ void AssScript::ReadTags(const std::string &tags, Reading &reading)
 void AssScript::ReadText(const std::string &text, Reading &reading)
 {
     static const std::string hardSpace = "\xC2\xA0";
-    static const std::string wordJoiner = "\xE2\x81\xA0"; // stands after a backslash that is meant as one
+    static const std::string wordJoiner = "\xE2\x81\xA0"; // follows a literal backslash
     std::vector<Line> &lines = reading.block.lines;
 
     lines.emplace_back();
@@ -354,7 +355,7 @@ void AssScript::ReadText(const std::string &text, Reading &reading)
             if (text[at] != '\r' && text[at] != '\n') shown = text.substr(at, end - at);
             at = shown.empty() ? at + 1 : end;
         }
-        if (reading.drawing && !shown.empty()) Unsupported("drawings");
+        if (reading.drawing && !shown.empty()) Unsupported("drawing");
         if (!reading.drawing) Append(lines.back(), shown, reading.style);
     }
 }
@@ -367,7 +368,7 @@ void AssScript::Place(const std::vector<std::string> &fields, Reading &reading) 
     block.vertical = Vertical(2 - (reading.alignment - 1) / 3);
     if (block.anchor || asked_ != AssHeader::STYLES_AND_MARGINS) return;
 
-    // A margin of the event stands in place of its style's.
+    // A margin of the event replaces that of its style.
     const auto margin = [&](std::size_t field, double preset) {
         return Number(fields[field]) != 0 ? Number(fields[field]) : preset;
     };
@@ -403,10 +404,10 @@ void AssScript::Read(const std::string &event, Cue &cue)
     lines.erase(lines.begin(), std::find_if_not(lines.begin(), lines.end(), IsBlank));
     if (lines.empty()) return;
 
-    if (!fields[7].empty()) Unsupported("effects such as scrolling");
+    if (!fields[7].empty()) Unsupported("an effect such as scrolling");
     if (own.vertically) Unsupported("vertical text");
     if (!own.size.empty()) sizes_.insert(own.size);
-    if (sizes_.size() > 1) Unsupported("letters of different sizes");
+    if (sizes_.size() > 1) Unsupported("a change of font size");
     reading.base = &own;
     Place(fields, reading);
     cue.layer = Integer(fields[1]);

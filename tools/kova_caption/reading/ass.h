@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What an ASS script says: its styles, and the text of its events. libavcodec makes such an event of nearly
-// every text subtitle.
+// Reads an ASS script: its styles, and the text of its events. libavcodec converts nearly every text subtitle
+// to such events.
 #ifndef KOVA_CAPTION_READING_ASS_H
 #define KOVA_CAPTION_READING_ASS_H
 
@@ -15,7 +15,7 @@
 namespace caption
 {
 
-// How much of the script's header the source itself asked for. The rest is what libavcodec filled in.
+// How much of the script's header comes from the source. libavcodec filled in the rest.
 enum class AssHeader { NOTHING, STYLES, STYLES_AND_MARGINS };
 
 class AssScript
@@ -23,19 +23,19 @@ class AssScript
 public:
     AssScript(const std::string &header, AssHeader asked, Notices &notices);
 
-    // The event as libavcodec gives it: read order, layer, style, name, three margins, effect, text. Adds a
-    // block to the cue unless there is no text in it, and sets the cue's layer and canvas.
+    // Reads an event as libavcodec returns it: read order, layer, style, name, three margins, effect, text.
+    // Adds a block to the cue, unless the event has no text, and sets the cue's layer and canvas.
     void Read(const std::string &event, Cue &cue);
 
 private:
     struct StyleEntry {
         Style style;
-        int alignment = 2; // as on the keys of a number pad
+        int alignment = 2; // as on a numeric keypad
         double left = 0;   // margins, pixels of the canvas
         double right = 0;
         double vertical = 0;
         std::string size;
-        bool vertically = false; // one character below the other
+        bool vertically = false; // vertical text
     };
     struct Reading;
 

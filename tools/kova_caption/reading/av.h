@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What FFmpeg's libraries hand out, owned.
+// Owning pointers for objects of FFmpeg's libraries.
 #ifndef KOVA_CAPTION_READING_AV_H
 #define KOVA_CAPTION_READING_AV_H
 
@@ -20,8 +20,7 @@ template <class Object, void (*free)(Object **)> struct Free {
     }
 };
 
-// With its buffer, which libavformat may have replaced by one of its own and leaves to its owner all the
-// same.
+// Frees the buffer too. libavformat may have replaced it, and leaves the new one to the owner as well.
 inline void FreeIo(AVIOContext **io)
 {
     if (*io) av_freep(&(*io)->buffer);

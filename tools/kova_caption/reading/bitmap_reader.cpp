@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Subtitles that are pictures: DVB, PGS, VobSub, XSUB. Each takes the place of the one before it.
+// Bitmap subtitles: DVB, PGS, VobSub, XSUB. Each replaces the previous one.
 #include <algorithm>
 
 #include "base/timestamp.h"
@@ -31,7 +31,7 @@ static Bitmap BitmapOf(const AVSubtitleRect &rect)
     return bitmap;
 }
 
-// What a stream was made for where it does not say.
+// The canvas of a stream that does not name one.
 static Size UsualCanvas(AVCodecID codec)
 {
     return codec == AV_CODEC_ID_HDMV_PGS_SUBTITLE ? Size{1920, 1080} : Size{720, 576};
@@ -54,8 +54,8 @@ public:
         int decoded = 0;
 
         if (avcodec_decode_subtitle2(decoder_.get(), &subtitle, &decoded, &packet) < 0) {
-            context_.notices.Say("the picture at " + Timestamp(time.start) +
-                                 " cannot be decoded and is left out");
+            context_.notices.Say("the bitmap at " + Timestamp(time.start) +
+                                 " cannot be decoded and is skipped");
             return;
         }
         if (!decoded) return;

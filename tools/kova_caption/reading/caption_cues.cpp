@@ -12,14 +12,14 @@
 namespace caption
 {
 
-// A frame of 30 a second as files round it that count milliseconds: a state shorter than this is over within one.
-// In microseconds.
+// A frame of 30 a second as files round it that count milliseconds: a state shorter than this is over within
+// one. In microseconds.
 static const std::int64_t g_frame = 33000;
 
 // Frames of television, a little longer than that.
 static const std::int64_t g_frameAtMost = 34000;
 
-// Letters that come this soon after one another come at once.
+// Letters this close together, in milliseconds, count as simultaneous.
 static const std::int64_t g_burst = 500000;
 
 static std::int64_t Milliseconds(std::int64_t microseconds)
@@ -51,8 +51,8 @@ static std::vector<ListedLine> TextOf(const CaptionScreen &screen)
     return lines;
 }
 
-// Whether a state that begins at one time and ends at the other is shorter than that. Times that go back are those
-// of another recording.
+// Whether a state that begins at one time and ends at the other is shorter than that. Times that go back are
+// those of another recording.
 static bool IsShorter(std::int64_t start, std::int64_t end, std::int64_t length)
 {
     return start <= end && end - start < length;
@@ -91,7 +91,7 @@ std::vector<ListedCue> ListedCues(const std::vector<CaptionState> &states)
     return cues;
 }
 
-// Whether letters only came to those that are there.
+// Whether letters were only added to the existing ones.
 static bool Extends(const CaptionScreen &screen, const CaptionScreen &shown)
 {
     const auto holds = [&](int window, const PageRow &old) {
@@ -190,8 +190,8 @@ static std::vector<Block> BlocksOf(const CaptionScreen &screen)
     return blocks;
 }
 
-// Whether a state is only a step from the one before to the next: it lasts a frame, and neither adds letters nor gets
-// any.
+// Whether a state is only a step from the one before to the next: it lasts a frame, and neither adds letters
+// nor gets any.
 static bool IsStep(const CaptionState *before, const CaptionState &state, const CaptionState *next)
 {
     if (!before || !next || before->screen.empty() || state.screen.empty() || next->screen.empty())
@@ -218,7 +218,7 @@ std::vector<Cue> DrawnCues(const std::vector<CaptionState> &states, std::int64_t
         cue.start = Milliseconds(std::exchange(step, nullptr) ? states[i - 1].start : state.start);
         cue.blocks = BlocksOf(state.screen);
         for (const CaptionArea &area : state.screen) {
-            if (area.flashing) notices.Say("it asks for letters that flash, which the display does not have");
+            if (area.flashing) notices.Say("flashing text is not supported");
         }
         if (state.screen.empty()) {
             timeline.Clear(cue.start);

@@ -14,8 +14,8 @@
 namespace caption
 {
 
-// Every state of the text and its place. One that is over within a frame is left out, and the next one begins in
-// its place.
+// Every state of the text and its place. One that is over within a frame is left out, and the next one begins
+// in its place.
 std::vector<ListedCue> ListedCues(const std::vector<CaptionState> &states);
 
 // Text that comes in a burst is one cue, shown whole from its first letter on.

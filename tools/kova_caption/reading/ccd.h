@@ -17,7 +17,8 @@ namespace caption
 // Whether its first line that is no comment is a whole line of the format with at least one triplet.
 bool IsCcd(std::string_view text);
 
-// A Failure that begins with "line 7: " where a line is wrong. A time without triplets lets the clock run to it.
+// A Failure that begins with "line 7: " where a line is wrong. A time without triplets lets the clock run to
+// it.
 Triplets ReadCcd(std::string_view text);
 
 } // namespace caption

@@ -12,7 +12,7 @@ static bool Near(int a, int b, int distance)
     return std::abs(a - b) <= distance;
 }
 
-// Twice the column in the middle, so that it stays whole.
+// Twice the column of the centre, which keeps it an integer.
 static int Middle(const PageRow &row)
 {
     return row.first + row.last + 1;
@@ -25,8 +25,7 @@ static Horizontal AlignmentOf(const std::vector<PageRow> &rows, const CellGrid &
     if (alignment == RowAlignment::LEFT) return Horizontal::LEFT;
     if (alignment == RowAlignment::CENTER) return Horizontal::CENTER;
     if (alignment == RowAlignment::RIGHT) return Horizontal::RIGHT;
-    // Text of an odd length cannot stand in the very middle, and captions are put at every fourth column at
-    // times.
+    // Text of odd length cannot be centred exactly, and captions may only begin at every fourth column.
     if (all([&](const PageRow &row) { return Near(Middle(row), grid.columns, 3); }))
         return Horizontal::CENTER;
     if (all([&](const PageRow &row) { return row.first == rows[0].first; })) return Horizontal::LEFT;
@@ -37,7 +36,7 @@ static Horizontal AlignmentOf(const std::vector<PageRow> &rows, const CellGrid &
     return Horizontal::LEFT;
 }
 
-// Rows that go in differently keep that by spaces.
+// Rows with different indents keep them as spaces.
 static Line Indented(const PageRow &row, int columns)
 {
     Line line;
@@ -92,7 +91,7 @@ std::vector<Block> Blocks(const std::vector<PageRow> &rows, const CellGrid &grid
         blocks.push_back(BlockOf({rows.begin() + std::ptrdiff_t(begin), rows.begin() + std::ptrdiff_t(end)},
                                  grid, alignment));
     }
-    // Nearest to the edge first: those that come later make room.
+    // Nearest to the edge first, because later blocks move out of the way.
     const auto bottom = std::stable_partition(
         blocks.begin(), blocks.end(), [](const Block &block) { return block.vertical == Vertical::TOP; });
     std::reverse(bottom, blocks.end());

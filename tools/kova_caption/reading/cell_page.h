@@ -10,7 +10,7 @@
 namespace caption
 {
 
-// Where the cells lie on the canvas.
+// The position of the cells on the canvas.
 struct CellGrid {
     int firstRow = 0; // of the page, rows above it are not shown
     int firstColumn = 0;
@@ -30,7 +30,7 @@ struct CellGrid {
     }
 };
 
-// Text of a row, without the empty cells on its sides.
+// The text of a row, without empty cells at its ends.
 struct PageRow {
     int row = 0;    // from the first row of the grid
     int first = 0;  // column
@@ -44,13 +44,13 @@ struct PageRow {
     }
 };
 
-// How rows are aligned: as their ends show, from their first column where they are still being written, or in the
-// grid as the source says.
+// How rows are aligned: as their ends show, from their first column where they are still being written, or in
+// the grid as the source says.
 enum class RowAlignment { AS_THEY_LIE, LEFT, CENTER, RIGHT };
 
-// Rows that follow one another make a block, which hangs from its first row in the upper half of the page and
-// stands on its last one in the lower half. Those nearest to the upper edge come first, then those nearest to
-// the lower one, so that rows keep their order where they have to make room.
+// Adjacent rows make a block, which is anchored at its first row in the upper half of the page and at its
+// last row in the lower half. Blocks nearest to the upper edge come first, then those nearest to the lower
+// edge, so that rows keep their order when they move out of each other's way.
 std::vector<Block> Blocks(const std::vector<PageRow> &rows, const CellGrid &grid, RowAlignment alignment);
 
 } // namespace caption

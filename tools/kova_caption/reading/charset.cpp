@@ -24,7 +24,7 @@ struct Mark {
 
 struct Converted {
     std::string text;
-    std::size_t wrong = 0; // places where bytes mean nothing, NULs counted
+    std::size_t wrong = 0; // invalid sequences, NULs included
     std::size_t line = 0;  // of the first of them, from 1
     std::size_t multibyte = 0;
 };
@@ -47,7 +47,7 @@ public:
         return iconv_ != iconv_t(-1);
     }
 
-    // Converts up to what is wrong, or the end; consumes what it converted.
+    // Converts up to the first invalid byte or the end, and consumes what it converted.
     void Convert(char *&at, std::size_t &left, std::string &to)
     {
         char buffer[4096];
@@ -74,7 +74,7 @@ static bool StartsWith(const std::string &text, const std::string &start)
     return text.compare(0, start.size(), start) == 0;
 }
 
-// The longer ones first: that of UTF-32 begins like that of UTF-16.
+// The longer marks first: that of UTF-32 begins like that of UTF-16.
 static const std::vector<Mark> &Marks()
 {
     static const std::vector<Mark> marks = {{"UTF-8", g_mark},
@@ -110,10 +110,9 @@ static Converted Convert(const std::string &bytes, const std::string &charset)
     Converted converted;
 
     if (!converter.known()) {
-        throw Failure("--charset " + charset +
-                      ": no character set of this name is known; iconv -l lists those that are");
+        throw WrongUsage("--charset " + charset + ": unknown character set; iconv -l lists the names");
     }
-    // What is wrong becomes a NUL first, as NULs are wrong themselves.
+    // Invalid bytes become NULs first, because NULs are invalid themselves.
     for (converter.Convert(at, left, text); left > 0; converter.Convert(at, left, text)) {
         const std::size_t step = std::min(left, WidthOf(charset));
         text += '\0';
@@ -142,14 +141,14 @@ static bool IsControl(char byte)
            code != 0x1B;
 }
 
-// Wide characters without a mark. Text in anything else has no NULs, and anything else that has NULs is
-// hardly valid without a control character in between.
+// UTF-16 or UTF-32 without a byte order mark. Text in other character sets has no NULs, and other files with
+// NULs are hardly valid without control characters.
 static std::string WideCharset(const std::string &bytes)
 {
     if (bytes.find('\0') == std::string::npos) return "";
     for (const std::string charset : {"UTF-32LE", "UTF-32BE", "UTF-16LE", "UTF-16BE"}) {
         const Converted converted = Convert(bytes.substr(0, bytes.size() / 4 * 4), charset);
-        // A pair of surrogates may be cut at the end of what is looked at.
+        // A surrogate pair may be cut at the end.
         const bool valid = converted.wrong == 0 ||
                            (converted.wrong == 1 && bytes.size() > 64 &&
                             converted.text.compare(converted.text.size() - 3, 3, g_replacement) == 0);
@@ -161,7 +160,8 @@ static std::string WideCharset(const std::string &bytes)
     return "";
 }
 
-// Text may hold a few stray control characters, but not many where other files have their head.
+// Text may have a few stray control characters, but not many at its beginning, where other files have their
+// header.
 static bool HasFewControls(const std::string &bytes)
 {
     return std::size_t(std::count_if(bytes.begin(), bytes.end(), IsControl)) <= 2 + bytes.size() / 500;
@@ -180,22 +180,22 @@ static std::string Guess(const std::string &bytes)
     uchardet_handle_data(detector.get(), bytes.data(), bytes.size());
     uchardet_data_end(detector.get());
     const std::string guess = uchardet_get_charset(detector.get());
-    // What Latin 1 leaves to control characters is used for quotes and dashes by everyone.
+    // Nobody uses the control characters of Latin 1; in their place Windows-1252 has quotes and dashes.
     if (guess.empty() || guess == "ASCII" || guess == "UTF-8" || guess == "ISO-8859-1") return g_fallback;
     return Converter(guess).known() ? guess : g_fallback;
 }
 
-static std::string Times(std::size_t count)
+static std::string Count(std::size_t count)
 {
-    return count == 1 ? "a place" : std::to_string(count) + " places";
+    return count == 1 ? "1 place" : std::to_string(count) + " places";
 }
 
 static std::string Report(Converted converted, const std::string &charset, const std::string &place,
                           Notices &notices)
 {
     if (converted.wrong > 0) {
-        notices.Say(place + ": " + Times(converted.wrong) + " with bytes that are no " + charset +
-                    " text show U+FFFD; name the character set with --charset if it is another");
+        notices.Say(place + ": " + Count(converted.wrong) + " of invalid " + charset +
+                    ", shown as U+FFFD; if the file has another character set, name it with --charset");
     }
     return std::move(converted.text);
 }
@@ -215,15 +215,15 @@ std::string ToUtf8(const std::string &bytes, const std::string &charset, Notices
     const std::string wide = WideCharset(bytes);
     if (!wide.empty()) return ReportLine(Convert(bytes, wide), wide, notices);
 
-    // An escape is how Japanese and Korean text of seven bits changes its set. A few wrong bytes among many
-    // right ones are damage, not another set.
+    // Japanese and Korean seven-bit text changes its character set by escape sequences. A few invalid bytes
+    // among many valid ones are damage, not another character set.
     Converted utf8 = Convert(bytes, "UTF-8");
     const std::size_t invalid = utf8.wrong - std::size_t(std::count(bytes.begin(), bytes.end(), '\0'));
     const std::string guess = invalid > 0 || bytes.find('\x1B') != std::string::npos ? Guess(bytes) : "";
     if (!StartsWith(guess, "ISO-2022") && utf8.multibyte >= 4 * invalid) {
         return ReportLine(std::move(utf8), "UTF-8", notices);
     }
-    notices.Say("its text is read as " + guess + ", which is a guess; --charset NAME says otherwise");
+    notices.Say("character set detected as " + guess + "; if that is wrong, set --charset");
     return ReportLine(Convert(bytes, guess), guess, notices);
 }
 

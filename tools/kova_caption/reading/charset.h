@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Text in any character set becomes UTF-8.
+// Converts text of any character set to UTF-8.
 #ifndef KOVA_CAPTION_READING_CHARSET_H
 #define KOVA_CAPTION_READING_CHARSET_H
 
@@ -10,15 +10,16 @@
 namespace caption
 {
 
-// Whether the beginning of a file may be that of a text file, in whatever character set.
+// Whether a file that begins like this may be text, in any character set.
 bool LooksLikeText(const std::string &head);
 
-// The set is the named one; without a name it is told by a byte order mark, by the bytes being nothing else
-// than UTF-8, UTF-16 or UTF-32, or guessed, which is noticed. Bytes that mean nothing in it, and NULs, become
-// U+FFFD, which is noticed with their line. A name that iconv does not know is a Failure.
+// Converts from the named character set. Without a name it is found from a byte order mark, from bytes that
+// are valid UTF-8, UTF-16 or UTF-32, or guessed, with a notice. Invalid bytes and NULs become U+FFFD, with a
+// notice that gives their line. Throws WrongUsage for a name that iconv does not know.
 std::string ToUtf8(const std::string &bytes, const std::string &charset, Notices &notices);
 
-// The same for a piece of text that stands at a place ("the cue at 00:00:01.000"). UTF-8 without a name.
+// The same for a piece of text; `place` ("the cue at 00:00:01.000") is named in notices. Without a name it is
+// UTF-8.
 std::string PieceToUtf8(const std::string &bytes, const std::string &charset, const std::string &place,
                         Notices &notices);
 

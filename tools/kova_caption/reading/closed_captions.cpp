@@ -37,8 +37,8 @@ void ClosedCaptions::Take(std::int64_t time, const std::uint8_t *triplets, std::
     RecordCommands();
 }
 
-// What changes at one time changes at once, so a state is recorded when its time is over. Delays and timeouts that
-// end before the next bytes come make states of their own.
+// What changes at one time changes at once, so a state is recorded when its time is over. Delays and timeouts
+// that end before the next bytes come make states of their own.
 void ClosedCaptions::RunTo(std::int64_t time)
 {
     if (time_ == KOVA_CAPTIONS_NO_TIME) time_ = time;

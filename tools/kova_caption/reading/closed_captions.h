@@ -29,8 +29,8 @@ struct CaptionCommand {
     std::string text;
 };
 
-// By numbers of KovaCaptionsSource. Their order is that in which sources are preferred: services, then captions
-// of CEA-608, then its text channels.
+// By numbers of KovaCaptionsSource. Their order is that in which sources are preferred: services, then
+// captions of CEA-608, then its text channels.
 template <class Value> using BySource = std::map<std::uint8_t, Value>;
 
 struct DecodedCaptions {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Makes cues of the packets of one stream. There is one kind for each way in which subtitles are kept.
+// Converts the packets of one stream to cues. There is one reader for each way of storing subtitles.
 #ifndef KOVA_CAPTION_READING_CUE_READER_H
 #define KOVA_CAPTION_READING_CUE_READER_H
 
@@ -20,7 +20,7 @@ namespace caption
 // The times of a packet, in milliseconds.
 struct PacketTime {
     std::int64_t start = 0;
-    std::optional<std::int64_t> end; // none: the packet does not say
+    std::optional<std::int64_t> end; // none: unknown
 };
 
 class CueReader
@@ -30,15 +30,15 @@ public:
 
     virtual void Take(AVPacket &packet, const PacketTime &time) = 0;
 
-    // All cues by their start, after the last packet.
+    // All cues, sorted by start. Call it after the last packet.
     virtual std::vector<Cue> Finish(std::int64_t endOfSource) = 0;
 };
 
-// What every reader is made with.
+// Arguments that every reader takes.
 struct ReaderContext {
     const MediaFile &source;
     const AVStream &stream;
-    const std::string &charset; // what the user said
+    const std::string &charset; // from the command line
     Notices &notices;
 };
 

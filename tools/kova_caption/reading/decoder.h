@@ -8,7 +8,7 @@
 namespace caption
 {
 
-// Opens a decoder that libavcodec has for the stream; a Failure where it has none.
+// Opens libavcodec's decoder for the stream. Throws Failure if there is none.
 av::Decoder OpenDecoder(const MediaFile &source, const AVStream &stream);
 
 } // namespace caption

@@ -110,7 +110,8 @@ static const Rate *FindRate(std::string_view name)
     return rate == std::end(g_rates) ? nullptr : rate;
 }
 
-// The rate that the file names counts. That of its packets tells 23.976 from 24, and serves where it names none.
+// The rate that the file names counts. That of its packets tells 23.976 from 24, and serves where it names
+// none.
 static KovaCaptionsFrameRate RateOf(const Rate *named, KovaCaptionsFrameRate packets)
 {
     if (!named) return packets == KOVA_CAPTIONS_RATE_UNKNOWN ? KOVA_CAPTIONS_RATE_29_97 : packets;

@@ -16,20 +16,20 @@
 namespace caption
 {
 
-static const char g_advice[] = "; give a file of subtitles, or a video that holds some";
+static const char g_advice[] = "; give a subtitle file, or a recording with subtitles";
 static const std::uintmax_t g_longestText = 64 << 20;
 
-// The formats that are text. Others that libavformat knows name further files to open.
+// The text formats. Other formats of libavformat may open further files.
 static const char g_textFormats[] = "aqtitle,ass,jacosub,microdvd,mpl2,mpsub,pjs,realtext,sami,srt,stl,"
                                     "subviewer,subviewer1,tedcaptions,vplayer,webvtt";
 
-// libavformat would also take an address, wait at a pipe, and has no words that help.
+// libavformat would also open URLs, wait at pipes, and report errors without advice.
 static std::string Head(const std::string &file)
 {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(file, error);
 
-    if (std::filesystem::is_directory(status)) throw Failure(file + ": is a folder" + g_advice);
+    if (std::filesystem::is_directory(status)) throw Failure(file + ": is a directory" + g_advice);
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
         throw Failure(file + ": is a pipe or a device" + g_advice);
     }
@@ -46,7 +46,7 @@ static std::string WholeText(const std::string &file)
 {
     std::error_code error;
     if (std::filesystem::file_size(file, error) > g_longestText) {
-        throw Failure(file + ": is too long for a text file, of which 64 MiB are read; cut it up");
+        throw Failure(file + ": text files over 64 MiB are not supported; split the file");
     }
     std::ifstream in(file, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
@@ -80,7 +80,7 @@ MediaFile::MediaFile(const std::string &file, const std::string &charset, Notice
     av_log_set_level(AV_LOG_QUIET);
 
     const std::string head = Head(file);
-    // The index of VobSub is text, but libavformat has to find the pictures beside it.
+    // The index of VobSub is text, but libavformat must find the bitmaps next to it.
     const bool text = LooksLikeText(head) && head.find("VobSub index file") == std::string::npos;
     if (text) text_ = WithoutWebVttStyles(ToUtf8(WholeText(file), charset, notices), notices);
 
@@ -99,11 +99,11 @@ MediaFile::MediaFile(const std::string &file, const std::string &charset, Notice
     } else {
         av_dict_set(&settings, "protocol_whitelist", "file", 0);
     }
-    // libavformat frees the context where it fails.
+    // libavformat frees the context when it fails.
     const int result = avformat_open_input(&context, ("file:" + file).c_str(), nullptr, &settings);
     av_dict_free(&settings);
     input_.reset(context);
-    if (result < 0) throw Failure(file + ": is no subtitle file that could be understood" + g_advice);
+    if (result < 0) throw Failure(file + ": unrecognised subtitle format" + g_advice);
     if (text) return;
 
     // libavformat takes the pairs out of samples of a c608 track, but those of the first field alone.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A file opened for reading its subtitles, whatever it is.
+// A media or subtitle file, opened for reading its subtitles.
 #ifndef KOVA_CAPTION_READING_MEDIA_FILE_H
 #define KOVA_CAPTION_READING_MEDIA_FILE_H
 
@@ -15,7 +15,8 @@ namespace caption
 class MediaFile
 {
 public:
-    // Text becomes UTF-8 before libavformat reads it. A Failure where the file is nothing of use.
+    // Converts text to UTF-8 before libavformat reads it. Throws Failure if the file cannot be read or is of
+    // no known format.
     MediaFile(const std::string &file, const std::string &charset, Notices &notices);
     MediaFile(const MediaFile &) = delete;
     MediaFile &operator=(const MediaFile &) = delete;
@@ -30,14 +31,13 @@ public:
         return *input_;
     }
 
-    // The whole text of a text file; empty for others. libavformat does not read those of captions (IsCaptionText):
-    // they have no streams.
+    // The text of a text file, as UTF-8; empty for other files.
     const std::string &text() const
     {
         return text_;
     }
 
-    // Only packets of this stream are read from now on.
+    // Discards the packets of all other streams from now on.
     void ReadOnly(const AVStream &stream);
 
     bool Read(AVPacket &packet);
@@ -53,7 +53,7 @@ private:
     std::string file_;
     std::string text_;
     std::size_t at_ = 0;
-    av::Io io_; // before the input, which reads through it until it is closed
+    av::Io io_; // destroyed after the input, which reads through it
     av::Input input_;
     std::int64_t beginning_ = 0; // in AV_TIME_BASE
 };

@@ -13,9 +13,9 @@ namespace caption
 
 bool IsScc(std::string_view text);
 
-// The first word of a line is sent at the line's time, each further one a frame later. Words that would be sent
-// while those of the line before still are follow them without a gap. Damaged lines are reported, and what is
-// intact of them is read.
+// The first word of a line is sent at the line's time, each further one a frame later. Words that would be
+// sent while those of the line before still are follow them without a gap. Damaged lines are reported, and
+// what is intact of them is read.
 Triplets ReadScc(std::string_view text, Notices &notices);
 
 } // namespace caption

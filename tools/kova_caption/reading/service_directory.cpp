@@ -148,8 +148,8 @@ private:
     }
 };
 
-// How far apart packets are: 188 bytes, 192 with a time before each, 204 with a checksum behind; 0: this is no
-// transport stream. `first` receives the place of the first one.
+// How far apart packets are: 188 bytes, 192 with a time before each, 204 with a checksum behind; 0: this is
+// no transport stream. `first` receives the place of the first one.
 long PacketDistance(std::FILE *file, long &first)
 {
     std::array<std::uint8_t, 5 * 204> head;

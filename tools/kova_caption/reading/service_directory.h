@@ -15,8 +15,8 @@ namespace caption
 // By the PID of the stream that carries the captions.
 using ServiceDirectory = std::map<int, std::vector<KovaCaptionsServiceInfo>>;
 
-// Reads the caption service descriptors of the programme map tables at the beginning of a transport stream. Empty
-// for other files and where nothing is announced.
+// Reads the caption service descriptors of the programme map tables at the beginning of a transport stream.
+// Empty for other files and where nothing is announced.
 ServiceDirectory ReadServiceDirectory(const std::string &file);
 
 } // namespace caption

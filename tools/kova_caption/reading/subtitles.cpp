@@ -16,7 +16,7 @@
 namespace caption
 {
 
-static const char g_advice[] = "; give a file of subtitles, or a video that holds some";
+static const char g_advice[] = "; give a subtitle file, or a recording with subtitles";
 
 static std::string Tag(const AVStream &stream, const char *name)
 {
@@ -70,7 +70,7 @@ static const AVStream &ChooseNumber(const MediaFile &source, int wanted)
         return *format.streams[wanted];
     }
     throw Failure("--stream " + std::to_string(wanted) + ": " + source.file() +
-                  " has no subtitles in a stream of that number; kova-caption info lists those it has");
+                  ": no subtitle stream of that number; kova-caption info lists those there are");
 }
 
 // Of several the first; none where the file has no streams because it is text with captions.
@@ -98,13 +98,13 @@ static const AVStream *Choose(const MediaFile &source, const SourceOptions &opti
     if (subtitles) return subtitles;
     if (video) return video;
     if (unsupported) {
-        throw Failure(source.file() + ": nothing here decodes its subtitles, " +
-                      avcodec_get_name(unsupported->codecpar->codec_id) + "; convert them with another tool");
+        throw Failure(source.file() + ": no decoder for its subtitles (" +
+                      avcodec_get_name(unsupported->codecpar->codec_id) +
+                      "); convert them with another tool");
     }
-    throw Failure(
-        source.file() +
-        (options.service ? ": has no stream that could carry closed captions" : ": has no subtitle stream") +
-        g_advice);
+    throw Failure(source.file() +
+                  (options.service ? ": no stream that can carry closed captions" : ": no subtitle stream") +
+                  g_advice);
 }
 
 namespace
@@ -116,9 +116,9 @@ struct Opened {
         : options(choices), source(choices.file, choices.charset, notices), stream(Choose(source, choices))
     {
         if (options.service && stream && !IsCaptions(*stream)) {
-            throw Failure("--service " + ServiceName(options.service) + ": " + options.file +
-                          " has no closed captions in stream " + std::to_string(stream->index) +
-                          "; choose another stream or leave --service out");
+            throw Failure("--service " + ServiceName(options.service) + ": " + options.file + ": stream " +
+                          std::to_string(stream->index) +
+                          " has no closed captions; choose another or omit --service");
         }
     }
 
@@ -152,15 +152,15 @@ template <class Value> static std::uint8_t ChooseService(const Opened &opened, c
     if (there.empty()) {
         const bool video = opened.stream && IsCaptionVideo(*opened.stream);
         throw Failure(opened.options.file +
-                      (video ? ": has no subtitle stream, and no captions in its video"
-                             : ": has no captions with anything to show in them") +
+                      (video ? ": no subtitle stream and no captions in the video"
+                             : ": no captions with visible content") +
                       g_advice);
     }
     if (wanted == 0) return there.begin()->first;
     if (there.count(wanted)) return wanted;
     for (const auto &source : there) names += (names.empty() ? "" : ", ") + ServiceName(source.first);
     throw Failure("--service " + ServiceName(wanted) + ": " + opened.options.file +
-                  " has no captions there; it has some in " + names);
+                  ": no captions in it; there are captions in " + names);
 }
 
 static std::string InCapitals(std::string text)
@@ -177,9 +177,9 @@ static void NoteOthers(const DecodedCaptions &decoded, std::uint8_t chosen, Noti
     };
     const bool usual = chosen == KOVA_CAPTIONS_S1 || chosen == KOVA_CAPTIONS_CC1;
 
-    if (!usual) notices.Say("its captions are those of " + name(chosen));
+    if (!usual) notices.Say("captions are read from " + name(chosen));
     for (const auto &source : decoded.states) {
-        if (source.first != chosen) notices.Say("its captions of " + name(source.first) + " are left out");
+        if (source.first != chosen) notices.Say("captions of " + name(source.first) + " are ignored");
     }
 }
 
@@ -187,7 +187,8 @@ static std::vector<Cue> ReadCues(Opened &opened)
 {
     MediaFile &source = opened.source;
     const AVStream &stream = *opened.stream;
-    const std::string charset = source.text().empty() ? opened.options.charset : ""; // text is UTF-8 by now
+    const std::string charset =
+        source.text().empty() ? opened.options.charset : ""; // the text is UTF-8 already
     const std::unique_ptr<CueReader> reader = ReaderOf({source, stream, charset, opened.notices});
     const av::Packet packet(av_packet_alloc());
     PacketTime time;
@@ -207,7 +208,7 @@ static std::vector<Cue> ReadCues(Opened &opened)
     }
     std::vector<Cue> cues = reader->Finish(endOfSource);
     if (cues.empty()) {
-        throw Failure(opened.options.file + ": has no cue with anything to show in it" + g_advice);
+        throw Failure(opened.options.file + ": no cue with visible content" + g_advice);
     }
     return cues;
 }
@@ -262,7 +263,7 @@ CommandListing ListCommands(const SourceOptions &options)
     Opened opened(options);
 
     if (!opened.captions()) {
-        throw Failure(options.file + ": has no closed captions, and so no commands; leave --commands out");
+        throw Failure(options.file + ": no closed captions, so no commands to list; omit --commands");
     }
     const DecodedCaptions decoded = Decode(opened, ClosedCaptions::Keep::COMMANDS);
     // Codes that show nothing are listed too, but a source that shows something comes first.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Reads subtitles of every kind that libavformat and libavcodec know.
+// Reads subtitles of every format that libavformat and libavcodec support.
 #ifndef KOVA_CAPTION_READING_SUBTITLES_H
 #define KOVA_CAPTION_READING_SUBTITLES_H
 
@@ -18,8 +18,8 @@ namespace caption
 
 struct SourceOptions {
     std::string file;
-    std::optional<int> stream = {}; // none: the first of subtitles, else the first video with captions in it
-    std::string charset = {};       // of a text file, a name that iconv knows; empty: found out
+    std::optional<int> stream = {}; // none: the first subtitle stream, else the first video with captions
+    std::string charset = {};       // of a text file, as iconv names it; empty: auto-detect
     std::uint8_t service = 0; // of closed captions, a number of KovaCaptionsSource; 0: the first that has any
 };
 
@@ -34,10 +34,10 @@ struct CaptionService {
 };
 
 struct StreamInfo {
-    int index = 0; // what SourceOptions::stream takes
+    int index = 0; // for SourceOptions::stream
     StreamKind kind = StreamKind::UNSUPPORTED;
     std::string codec;    // as libavcodec names it
-    std::string language; // as the file says, mostly three letters; may be empty
+    std::string language; // from the file, usually three letters; may be empty
     std::string title;    // may be empty
     std::vector<CaptionService> services = {};
 };
@@ -54,7 +54,7 @@ struct CommandListing {
     std::vector<std::string> notices;
 };
 
-// Everything a source shows. A Failure if that is nothing, or if it cannot be read.
+// Reads all cues of a source. Throws Failure if there are none, or if it cannot be read.
 Subtitles ReadSubtitles(const SourceOptions &options);
 
 // The same exactly as the source has it: every state of closed captions is a cue.
@@ -63,7 +63,7 @@ Listing ListCues(const SourceOptions &options);
 // What a channel or service of closed captions is made of. A Failure if there are none.
 CommandListing ListCommands(const SourceOptions &options);
 
-// The streams that could be read, and those with subtitles that cannot.
+// The subtitle streams of a source, including those that are not supported.
 std::vector<StreamInfo> ListStreams(const SourceOptions &options);
 
 } // namespace caption

@@ -14,7 +14,7 @@ static Color ColorOf(const vbi_page &page, unsigned index, std::uint8_t alpha)
     return {std::uint8_t(packed), std::uint8_t(packed >> 8), std::uint8_t(packed >> 16), alpha};
 }
 
-// White is what a caption has where nothing is asked, so it is the viewer's to choose.
+// White is the default colour of captions, so the viewer may replace it.
 static Style StyleOf(const vbi_page &page, const vbi_char &cell)
 {
     Style style;
@@ -29,7 +29,7 @@ static Style StyleOf(const vbi_page &page, const vbi_char &cell)
     return style;
 }
 
-// Block graphics and characters of the page's own making have codes for private use.
+// Block graphics and downloaded characters have private-use codes.
 static bool IsGraphic(unsigned code)
 {
     return code >= 0xE000 && code <= 0xF8FF;
@@ -59,9 +59,9 @@ static PageRow ReadRow(const vbi_page &page, int row, const CellGrid &grid, Noti
             continue;
         }
         if (cell.size == VBI_DOUBLE_HEIGHT || cell.size == VBI_DOUBLE_SIZE) read.height = 2;
-        if (cell.flash) notices.Say("it asks for letters that flash, which the display does not have");
-        if (IsGraphic(cell.unicode)) notices.Say("it has block graphics, which the display does not have");
-        // A gap between two pieces of text has no background and no line under it.
+        if (cell.flash) notices.Say("flashing text is not supported");
+        if (IsGraphic(cell.unicode)) notices.Say("block graphics are not supported");
+        // A gap between two pieces of text has no background and no underline.
         const bool gap = cell.opacity == VBI_TRANSPARENT_SPACE;
         Append(read.line, IsEmpty(cell) ? " " : Utf8(cell.unicode), gap ? Style() : StyleOf(page, cell));
     }

@@ -14,8 +14,8 @@
 namespace caption
 {
 
-// A cell lasts a microsecond of the 52 that a line shows, and a row takes 10 of the 288 lines of a field; the
-// 25 rows and 40 columns stand in the middle. The first row is the header.
+// A cell lasts one of the 52 microseconds of a visible line, and a row takes 10 of the 288 lines of a field.
+// The 25 rows and 40 columns are centred. The first row is the header.
 static const CellGrid g_grid = {
     1, 0, 40, 24, 6.0 / 52, (19.0 + 10) / 288, 1.0 / 52, 10.0 / 288, (19.0 + 10 + 120) / 288};
 
@@ -39,12 +39,12 @@ public:
         std::vector<vbi_sliced> lines = LinesOf(packet);
 
         if (lines.empty()) return;
-        clock_ += 0.04; // the decoder starts anew where a field seems to be missing
+        clock_ += 0.04; // the decoder resets itself after a missing field
         vbi_decode(vbi_.get(), lines.data(), int(lines.size()), clock_);
         for (const auto &page : std::exchange(arrived_, {})) Show(page.first, page.second, time.start);
     }
 
-    // One page is a language. The first one that was announced is taken.
+    // Each page is a language. The first announced page is read.
     std::vector<Cue> Finish(std::int64_t endOfSource) override
     {
         std::vector<Cue> chosen;
@@ -56,8 +56,8 @@ public:
             const bool first = chosen.empty();
             const bool better = !announced_.empty() && timeline.first == announced_.front();
             if (!first) {
-                context_.notices.Say("it has teletext subtitles on further pages; those of page " +
-                                     PageName(better ? timeline.first : page) + " are drawn");
+                context_.notices.Say("teletext page " + PageName(better ? timeline.first : page) +
+                                     " is drawn; other subtitle pages are ignored");
             }
             if (!first && !better) continue;
             chosen = std::move(cues);
@@ -80,7 +80,7 @@ private:
         return name;
     }
 
-    // Two bytes for each language: what kind of page, and its number.
+    // Two bytes for each language: the type of the page, and its number.
     static std::vector<int> Announced(const AVStream &stream)
     {
         enum { SUBTITLES = 2, SUBTITLES_FOR_HARD_OF_HEARING = 5 };
@@ -96,7 +96,7 @@ private:
         return pages;
     }
 
-    // The data units of a broadcast's packet that hold lines of teletext, bits turned round.
+    // The data units of a broadcast packet that contain lines of teletext, with the bits reversed.
     static std::vector<vbi_sliced> LinesOf(const AVPacket &packet)
     {
         enum { PLAIN = 2, SUBTITLE = 3, UNIT_SIZE = 44, FRAMING_CODE = 0xE4, LINE_SIZE = 42 };
@@ -131,13 +131,13 @@ private:
 
         if (!IsWanted(pageNumber)) return;
         if (!vbi_fetch_vt_page(vbi_.get(), &page, pageNumber, subpage, VBI_WST_LEVEL_2p5, 25, FALSE)) return;
-        // libzvbi makes the black of boxes half transparent, which is one way to show them.
+        // libzvbi makes black boxes half transparent, which is one way to show them.
         for (vbi_char &cell : page.text) {
             if (cell.opacity == VBI_SEMI_TRANSPARENT) cell.opacity = VBI_OPAQUE;
         }
         std::vector<PageRow> rows = ReadRows(page, g_grid, context_.notices);
         vbi_unref_page(&page);
-        // Pages are sent again and again.
+        // Pages are repeated.
         if (rows == shown_[pageNumber]) return;
         Cue cue;
         cue.start = time;

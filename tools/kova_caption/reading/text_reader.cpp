@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Text subtitles: libavcodec makes ASS of them, but for WebVTT, of which it would keep neither place nor
+// Text subtitles. libavcodec converts them to ASS, except WebVTT, of which it would keep neither position nor
 // colours.
 #include <algorithm>
 #include <cstring>
@@ -18,7 +18,7 @@ namespace caption
 namespace
 {
 
-// Overlapping cues are meant so; one without an end goes when the next comes.
+// Overlapping cues are intended. A cue without an end lasts until the next one.
 void Keep(Timeline &timeline, Cue cue, const PacketTime &time)
 {
     if (cue.blocks.empty()) return;
@@ -38,7 +38,7 @@ std::string TextOf(const AVPacket &packet, const ReaderContext &context, const P
     return PieceToUtf8(bytes, context.charset, "the cue at " + Timestamp(time.start), context.notices);
 }
 
-// The packet with other bytes; null where memory is short.
+// The packet with other bytes; null if memory is short.
 static AVPacket *WithText(const AVPacket &packet, const std::string &text)
 {
     av::Packet own(av_packet_alloc());
@@ -65,8 +65,7 @@ public:
         AVSubtitle subtitle = {};
         int decoded = 0;
         if (avcodec_decode_subtitle2(decoder_.get(), &subtitle, &decoded, own.get()) < 0) {
-            context_.notices.Say("the cue at " + Timestamp(time.start) +
-                                 " cannot be decoded and is left out");
+            context_.notices.Say("the cue at " + Timestamp(time.start) + " cannot be decoded and is skipped");
             return;
         }
         if (!decoded) return;
@@ -103,7 +102,7 @@ private:
         }
     }
 
-    // Text with lengths and offsets in bytes around it.
+    // The text is surrounded by binary lengths and offsets.
     bool IsBinary() const
     {
         return decoder_->codec_id == AV_CODEC_ID_MOV_TEXT;

@@ -33,8 +33,8 @@ static bool IsMpeg2(AVCodecID codec)
     return codec == AV_CODEC_ID_MPEG2VIDEO || codec == AV_CODEC_ID_MPEG1VIDEO;
 }
 
-// MP4 and Matroska keep a configuration record (avcC, hvcC), which says how long the lengths before NAL units are.
-// Elsewhere the parameter sets stand there with start codes, or nothing. Returns 0 for start codes.
+// MP4 and Matroska keep a configuration record (avcC, hvcC), which says how long the lengths before NAL units
+// are. Elsewhere the parameter sets stand there with start codes, or nothing. Returns 0 for start codes.
 static unsigned LengthSize(const AVCodecParameters &parameters)
 {
     const std::uint8_t *const record = parameters.extradata;
@@ -105,9 +105,9 @@ private:
     KovaCaptionsReorder queue_ = {};
 };
 
-// MPEG-2: B pictures are shown as they come, others when the next one of theirs is decoded. That orders pictures
-// without times too, of which programme streams have many; and the times that libavformat finds for them are not all
-// in order.
+// MPEG-2: B pictures are shown as they come, others when the next one of theirs is decoded. That orders
+// pictures without times too, of which programme streams have many; and the times that libavformat finds for
+// them are not all in order.
 class Mpeg2Pictures : public TripletFinder
 {
 public:
@@ -153,7 +153,8 @@ private:
         Pass(timeOfHeld_.value_or(decodedNext), held_.data(), held_.size() / 3);
     }
 
-    // A time that goes back a little is libavformat's error, one that goes back further is another recording's.
+    // A time that goes back a little is libavformat's error, one that goes back further is another
+    // recording's.
     void Pass(std::int64_t time, const std::uint8_t *triplets, std::size_t count)
     {
         const std::int64_t second = 1000000;
@@ -170,8 +171,8 @@ private:
     std::int64_t latest_ = INT64_MIN / 2; // microseconds
 };
 
-// Elementary streams have no times, so their pictures are in presentation order only once they are decoded. That
-// serves for codings whose packets nothing here reads, too.
+// Elementary streams have no times, so their pictures are in presentation order only once they are decoded.
+// That serves for codings whose packets nothing here reads, too.
 class DecodedPictures : public TripletFinder
 {
 public:

@@ -34,7 +34,7 @@ struct Open {
 
 } // namespace
 
-// The height of a line that a line number counts by, as a share of the canvas.
+// The line height that line numbers refer to, as a share of the canvas.
 static const double g_row = 0.0533;
 
 static std::string CharacterNamed(const std::string &name)
@@ -67,7 +67,7 @@ static std::vector<std::string> Split(const std::string &text, char separator)
     return parts;
 }
 
-// The classes of a tag that name one of the eight colours, for the text or behind it.
+// Applies the classes of a tag that name one of the eight colours, of the text or its background.
 static void ReadClasses(const std::string &tag, Style &style)
 {
     static const std::map<std::string, Color> colors = {
@@ -95,10 +95,10 @@ static void ReadTag(const std::string &tag, Style &style, std::vector<Open> &ope
         return;
     }
     if (!name.empty() && name[0] >= '0' && name[0] <= '9') {
-        notices.Say("it asks for text that comes bit by bit, which is shown at once");
+        notices.Say("timestamps inside a cue are not supported; its whole text is shown at once");
         return;
     }
-    if (name == "ruby") notices.Say("it asks for small text above the line, which stands in the line");
+    if (name == "ruby") notices.Say("ruby text is drawn within the line");
     open.push_back({name, style});
     if (name == "i") style.italic = true;
     if (name == "b") style.bold = true;
@@ -162,14 +162,14 @@ static Settings ReadSettings(const std::string &text, Notices &notices)
         if (name == "position") Divide(value, settings.position, settings.positionAlign);
         if (name == "size") settings.size = value;
         if (name == "align") settings.align = value == "middle" ? "center" : value;
-        if (name == "vertical") notices.Say("it asks for vertical text, which is drawn across");
-        if (name == "region") notices.Say("it asks for regions, which are not kept to");
+        if (name == "vertical") notices.Say("vertical text is drawn horizontally");
+        if (name == "region") notices.Say("regions are not supported");
         settings.any |= name == "line" || name == "position" || name == "size" || name == "align";
     }
     return settings;
 }
 
-// A percentage as a share of 1; nothing else is one.
+// Converts a percentage to a share of 1; nothing for other text.
 static std::optional<double> Share(const std::string &text)
 {
     char *end = nullptr;
@@ -179,7 +179,7 @@ static std::optional<double> Share(const std::string &text)
     return percent / 100;
 }
 
-// The first letter says which way a line runs.
+// The first strong character determines the direction of a line.
 static bool RunsFromRight(const Line &line)
 {
     for (const Character &character : Characters(PlainText(line))) {
@@ -189,7 +189,7 @@ static bool RunsFromRight(const Line &line)
     return false;
 }
 
-// A box is as wide as is asked and as is left beside its position; the text is aligned in it.
+// The box has the requested width, limited by the room beside its position. Text is aligned inside.
 static void PlaceAcross(const Settings &settings, Block &block, Anchor &anchor)
 {
     const bool fromRight = RunsFromRight(block.lines.front());
@@ -227,7 +227,7 @@ static void PlaceDown(const Settings &settings, Block &block, Anchor &anchor)
         anchor.y = number * g_row;
         block.vertical = Vertical::TOP;
     } else if (numbered) {
-        // Numbers below zero count from the bottom, and the first line of the text takes that one.
+        // Negative numbers count from the bottom, and the first line of the text is on that line.
         anchor.y = 1 - std::max(0.0, -number - double(block.lines.size())) * g_row;
     }
 }
@@ -265,7 +265,7 @@ std::string WithoutWebVttStyles(const std::string &file, Notices &notices)
          begins = line.find_first_not_of(" \t\r") == std::string::npos) {
         const std::string word = line.substr(0, line.find_last_not_of(" \t\r") + 1);
         if (begins) drop = word == "STYLE" || word == "REGION";
-        if (begins && word == "STYLE") notices.Say("it has style sheets, which are not kept to");
+        if (begins && word == "STYLE") notices.Say("style sheets are not supported");
         if (!drop) kept += line + "\n";
     }
     return kept;

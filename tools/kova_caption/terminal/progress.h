@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How far a long work has come, for one who watches it on a terminal.
+// The progress of a long operation, for a user at a terminal.
 #ifndef KOVA_CAPTION_TERMINAL_PROGRESS_H
 #define KOVA_CAPTION_TERMINAL_PROGRESS_H
 
@@ -8,7 +8,7 @@
 namespace caption
 {
 
-// A bar on standard error while it lives; nothing where that is no terminal.
+// A progress bar on standard error for its lifetime. Prints nothing where standard error is no terminal.
 class Progress
 {
 public:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The one place that prints messages for the user.
+// The only place that prints messages for the user.
 #ifndef KOVA_CAPTION_TERMINAL_REPORT_H
 #define KOVA_CAPTION_TERMINAL_REPORT_H
 

@@ -23,7 +23,7 @@ StopSignals::StopSignals()
     noted.sa_handler = [](int signal) {
         const int before = errno;
         const auto number = static_cast<unsigned char>(signal);
-        if (write(g_ends[1], &number, 1) < 0) errno = before; // full: one is noted already
+        if (write(g_ends[1], &number, 1) < 0) errno = before; // a full pipe has a signal in it already
     };
     for (std::size_t i = 0; i < std::size(g_signals); ++i) sigaction(g_signals[i], &noted, &before_[i]);
 }

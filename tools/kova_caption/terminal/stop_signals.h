@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Signals that ask the tool to end, taken in between two steps of its work.
+// Signals that ask the tool to stop, handled between two steps of its work.
 #ifndef KOVA_CAPTION_TERMINAL_STOP_SIGNALS_H
 #define KOVA_CAPTION_TERMINAL_STOP_SIGNALS_H
 
@@ -8,26 +8,27 @@
 namespace caption
 {
 
-// A signal asked the tool to end. Thrown so that everything is put back first; then it is raised again.
+// A signal asked the tool to stop. It is thrown so that destructors restore everything first; main then
+// raises the signal again.
 struct Interrupted {
     int signal;
 };
 
-// The handlers stand while it lives; one at a time does. What they catch goes through a pipe, so that no
-// signal falls between the look at a flag and a wait, whichever thread it reaches.
+// Installs the handlers for its lifetime; only one instance may exist. A handler writes to a pipe, so no
+// signal is lost between the check of a flag and a wait, whichever thread receives it.
 class StopSignals
 {
 public:
-    // After DirectFB has started, which has handlers of its own.
+    // Construct it after DirectFB has started, which installs handlers of its own.
     StopSignals();
     ~StopSignals();
     StopSignals(const StopSignals &) = delete;
     StopSignals &operator=(const StopSignals &) = delete;
 
-    // Readable once a signal has come.
+    // A file descriptor that becomes readable when a signal arrives.
     int File() const;
 
-    // Throws Interrupted if one has.
+    // Throws Interrupted if a signal has arrived.
     void Read() const;
 
 private:

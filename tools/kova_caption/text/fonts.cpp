@@ -44,7 +44,7 @@ struct Face {
 struct Fonts::Family {
     std::vector<std::unique_ptr<Face>> faces; // the upright one first
 
-    // The face that is most like the style among those that have the character.
+    // The face closest to the style among those that have the character.
     const Face *For(const Style &style, char32_t code) const
     {
         const auto likeness = [&style](const Face &face) {
@@ -63,7 +63,7 @@ Fonts::Fonts(const Options &options, Reserve reserve) : reserve_(reserve)
 {
     FT_Library library = nullptr;
 
-    if (FT_Init_FreeType(&library) != 0) throw Failure("FreeType did not start; is memory short?");
+    if (FT_Init_FreeType(&library) != 0) throw Failure("FreeType could not be initialised; free some memory");
     library_.reset(library);
     if (!options.font.empty()) Add("--font", options.font);
     for (const std::string &file : options.fallbacks) Add("--fallback", file);
@@ -72,7 +72,7 @@ Fonts::Fonts(const Options &options, Reserve reserve) : reserve_(reserve)
         if (families_.empty()) FindInMachine(U'a');
     }
     if (families_.empty()) {
-        throw Failure("no font is here; install fonts-dejavu-core, or name one with --font FILE");
+        throw Failure("no font found; install fonts-dejavu-core, or give a font with --font");
     }
 }
 
@@ -86,7 +86,7 @@ void Fonts::DoneLibrary::operator()(FT_LibraryRec_ *library) const
 void Fonts::Add(const std::string &option, const std::string &file)
 {
     if (!AddFamily(file)) {
-        throw Failure(option + " " + file + ": cannot be opened as a font; give a TrueType or OpenType file");
+        throw Failure(option + " " + file + ": not a usable font; give a TrueType or OpenType file");
     }
 }
 
@@ -101,8 +101,7 @@ std::unique_ptr<Face> Fonts::Open(const std::string &file) const
     return face;
 }
 
-// Where the other styles of a font lie by the usual names: X-Regular.ttf has X-Italic.ttf, X.ttf
-// X-Oblique.ttf.
+// The file of another style by the usual naming: X-Regular.ttf has X-Italic.ttf, X.ttf has X-Oblique.ttf.
 static std::string StyleFile(const std::string &upright, const std::string &style)
 {
     static const std::string regular = "-Regular";
@@ -145,7 +144,7 @@ bool Fonts::AddFamily(const std::string &upright)
     return true;
 }
 
-// The library opens the first face of a file and no other, and DirectFB draws outlines.
+// The library opens only the first face of a file, and DirectFB draws only outline fonts.
 void Fonts::FindInMachine(char32_t code)
 {
     using Pattern = std::unique_ptr<FcPattern, void (*)(FcPattern *)>;
@@ -201,7 +200,7 @@ void Fonts::ChooseForEach(Letters &letters)
         const Letter *const before = i > 0 ? &letters[i - 1] : nullptr;
         const Face *chosen = nullptr;
 
-        // Spaces and accents stay with what stands before them.
+        // Spaces and accents use the font of the letter before them.
         if (before && before->style == letter.style && (IsSpace(letter) || IsAccent(letter)) &&
             before->face->Has(letter.code)) {
             chosen = before->face;
@@ -240,7 +239,7 @@ const std::string &FileOf(const Face &face)
     return face.file;
 }
 
-// As DirectFB's font module sees it: the size set as an em of so many pixels, the metrics rounded as FreeType
+// As DirectFB's font module measures: the size is the em in pixels, and metrics are rounded as FreeType
 // rounds them.
 Reach ReachOf(const Face &face, int height)
 {
@@ -266,7 +265,7 @@ static int Scaled(const Face &face, int height, double units)
 Stroke UnderlineOf(const Face &face, int height)
 {
     const double thickness = face.face->underline_thickness;
-    // FreeType gives the middle of the line, upwards.
+    // FreeType returns the middle of the line, and upwards is positive.
     return {Scaled(face, height, -face.face->underline_position - thickness / 2),
             std::max(1, Scaled(face, height, thickness))};
 }

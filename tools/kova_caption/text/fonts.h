@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Which font file draws which characters. FreeType answers whether a font has a character and how its lines
-// are measured, fontconfig which other font has one; the drawing itself is the library's.
+// Selects the font file for each character. FreeType tells whether a font has a character and how its lines
+// are measured, fontconfig which other font has one. The library does the drawing.
 #ifndef KOVA_CAPTION_TEXT_FONTS_H
 #define KOVA_CAPTION_TEXT_FONTS_H
 
@@ -22,21 +22,21 @@ struct Reach {
     int descent = 0; // pixels below it
 };
 
-// A line under or through letters.
+// An underline or a strikeout.
 struct Stroke {
     int top = 0; // pixels below the baseline; above it where negative
     int thickness = 0;
 };
 
-// A font file. Its definition is the fonts' own.
+// A font file. Defined in fonts.cpp.
 struct Face;
 const std::string &FileOf(const Face &face);
 Reach ReachOf(const Face &face, int height);
 Stroke UnderlineOf(const Face &face, int height);
 Stroke StrikeoutOf(const Face &face, int height);
 
-// Whether its face draws an accent to the right of where it stands, though it takes no room there. False without
-// a face.
+// Whether its face draws an accent to the right of its position, though the accent has no width. False
+// without a face.
 bool IsDrawnRightwards(const Letter &accent);
 
 class Fonts
@@ -44,28 +44,28 @@ class Fonts
 public:
     enum class Reserve { MACHINE, NONE };
 
-    // The fonts that the options name come first. With Reserve::MACHINE those that an ordinary machine has
-    // follow, and whatever fontconfig finds for a character that is in none. A Failure where a named one
-    // cannot be opened or none is left.
+    // The fonts that the options name come first. With Reserve::MACHINE the default fonts follow, and
+    // whatever fontconfig finds for a character that none of them has. Throws Failure if a named font cannot
+    // be opened, or if there is no font at all.
     explicit Fonts(const Options &options, Reserve reserve = Reserve::MACHINE);
     ~Fonts();
     Fonts(const Fonts &) = delete;
     Fonts &operator=(const Fonts &) = delete;
 
-    // Finds a face for every letter: the first font that has them all, else the first that has all of a line,
-    // else for each letter the first that has it.
+    // Assigns a face to every letter: from the first font that has all letters, else the first that has all
+    // of a line, else for each letter the first that has it.
     void Choose(std::vector<Letters> &lines);
 
-    // What draws letters that no font has, and measures lines without any.
+    // Draws letters that no font has, and measures empty lines.
     const Face &First() const;
 
-    // Characters met so far that no font has.
+    // Characters without a glyph in any font so far.
     const std::set<char32_t> &Missing() const
     {
         return missing_;
     }
 
-    // Fonts met so far that should have drawn bold letters and have no bold file.
+    // Fonts so far that have no bold file though bold letters need one.
     const std::set<std::string> &WithoutBold() const
     {
         return withoutBold_;
@@ -87,7 +87,7 @@ private:
     };
 
     Reserve reserve_;
-    std::unique_ptr<FT_LibraryRec_, DoneLibrary> library_; // before the faces, which must go first
+    std::unique_ptr<FT_LibraryRec_, DoneLibrary> library_; // destroyed after the faces
     std::vector<std::unique_ptr<Family>> families_;
     std::set<char32_t> missing_;
     std::set<std::string> withoutBold_;

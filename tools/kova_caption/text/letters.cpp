@@ -16,8 +16,7 @@
 namespace caption
 {
 
-// As one character wherever there is one: a font draws its own accented letters better than it stacks
-// accents.
+// Composes characters where possible: a font's own accented letters look better than stacked accents.
 static std::vector<std::uint32_t> Composed(const std::string &text)
 {
     std::vector<std::uint32_t> codes;
@@ -59,8 +58,7 @@ static bool IsHangul(char32_t code)
     return code >= 0xAC00 && code <= 0xD7A3;
 }
 
-// Korean is written with spaces and breaks at them, as subtitles do; the general rules would let it break
-// between any two syllables.
+// Korean subtitles break at spaces. The general rules would allow a break between any two syllables.
 static void FindBreaks(Letters &letters)
 {
     const std::vector<FriBidiChar> codes = Codes(letters);
@@ -73,7 +71,7 @@ static void FindBreaks(Letters &letters)
     }
 }
 
-// The direction of the line is that of its first strong character.
+// The first strong character determines the direction of the line.
 static void FindDirections(Letters &letters)
 {
     std::vector<FriBidiChar> codes = Codes(letters);
@@ -95,7 +93,7 @@ static void FindDirections(Letters &letters)
     fribidi_shape(FRIBIDI_FLAGS_DEFAULT | FRIBIDI_FLAGS_ARABIC, levels.data(), length, joining.data(),
                   codes.data());
     for (std::size_t i = 0; i < letters.size(); ++i) {
-        // What ought to take another form beside its neighbours, and has none.
+        // Letters that should have a joined form here, and have none.
         letters[i].unjoined = codes[i] == letters[i].code && FRIBIDI_JOIN_SHAPE(joining[i]) != 0 &&
                               FRIBIDI_ARAB_SHAPES(joining[i]) != 0 && !FRIBIDI_IS_JOINING_TYPE_T(joining[i]);
         letters[i].code = codes[i];
@@ -111,15 +109,14 @@ Letters Prepare(const Line &line)
     if (letters.empty()) return letters;
     FindBreaks(letters);
     FindDirections(letters);
-    // Direction marks have done their work, and a letter that was joined into the one before it is gone.
+    // Direction marks are no longer needed, and letters that were joined into the one before are gone.
     letters.erase(std::remove_if(letters.begin(), letters.end(),
                                  [](const Letter &letter) { return IsInvisible(letter.code); }),
                   letters.end());
     return letters;
 }
 
-// Scripts whose vowels stand round their consonants and whose consonants melt into one: of India, Tibet,
-// Myanmar and Cambodia.
+// Scripts with reordered vowels and conjunct consonants: of India, Tibet, Myanmar and Cambodia.
 static bool HasConjuncts(char32_t code)
 {
     return (code >= 0x0900 && code <= 0x0DFF) || (code >= 0x0F00 && code <= 0x109F) ||

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Text as it is laid out: letters, which know their style, their direction and the font that draws them. They
-// stand in the order in which they are read until a row of them is put into the order in which it is seen.
+// Text for layout: letters, which know their style, their direction and their font. They are in logical order
+// until a row is put into visual order.
 #ifndef KOVA_CAPTION_TEXT_LETTERS_H
 #define KOVA_CAPTION_TEXT_LETTERS_H
 
@@ -21,24 +21,23 @@ struct Letter {
     std::int8_t level = 0;  // odd: from right to left
     std::uint32_t kind = 0; // its bidirectional type, as fribidi numbers them
     bool mayBreak = false;  // whether a row may end before it
-    bool unjoined = false;  // should join its neighbours, which no form of it does
+    bool unjoined = false;  // should join its neighbours, but has no such form
     const Face *face = nullptr;
-    bool slanted = false; // italic, but the face is upright: DirectFB is asked to slant it
+    bool slanted = false; // italic in an upright face: DirectFB is asked to slant it
 };
 
 using Letters = std::vector<Letter>;
 
-// A line of a cue made ready for an operation that draws one character after the other, left to right: what
-// can be composed is composed, letters of Arabic take the form that joins them to their neighbours, brackets
-// of text from right to left are turned round, and what is invisible has gone.
+// Prepares a line for an operation that draws one character after the other from left to right: composes what
+// can be composed, gives Arabic letters their joined forms, mirrors brackets in right-to-left text and
+// removes invisible characters.
 Letters Prepare(const Line &line);
 
-// Whether some letter should join others, or stand round them, in a way that no form of a character says.
-// Such letters are drawn letter by letter.
+// Whether the text needs shaping that no form of a character provides. Such text is drawn letter by letter.
 bool NeedsShaping(const Letters &letters);
 
-bool IsSpace(const Letter &letter);  // goes at the ends of a row
-bool IsAccent(const Letter &letter); // stands over or under the letter before it
+bool IsSpace(const Letter &letter);  // omitted at the ends of a row
+bool IsAccent(const Letter &letter); // combines with the letter before it
 
 } // namespace caption
 

@@ -11,7 +11,7 @@
 namespace caption
 {
 
-// Text of one look, as it is seen from left to right.
+// Text of one font and style, in visual order.
 struct Piece {
     std::string text; // UTF-8
     const Face *face = nullptr;
@@ -19,7 +19,7 @@ struct Piece {
     Style style;
 };
 
-// Letters that lie side by side, from left to right.
+// Groups adjacent letters of one font and style, from left to right.
 std::vector<Piece> Pieces(const Letters &visual);
 
 } // namespace caption

@@ -11,9 +11,8 @@
 namespace caption
 {
 
-// Fonts expect their accents to be placed by tables that DirectFB does not read. By themselves most are drawn
-// leftwards, over the letter before them; those of scripts from right to left are drawn rightwards, over the
-// letter that comes next.
+// Fonts place accents by tables that DirectFB does not read. Without them most accents are drawn leftwards,
+// over the letter before; those of right-to-left scripts are drawn rightwards, over the letter that follows.
 static void PutAccentsToTheirSide(Letters &visual)
 {
     for (auto letter = visual.begin(); letter != visual.end();) {

@@ -9,7 +9,7 @@
 namespace caption
 {
 
-// The letters from begin to end as they are seen from left to right, once each has its face.
+// The letters from begin to end in visual order, left to right. Each must have its face.
 Letters InVisualOrder(const Letters &letters, std::size_t begin, std::size_t end);
 
 } // namespace caption

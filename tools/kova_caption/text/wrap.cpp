@@ -30,7 +30,7 @@ static std::size_t AfterLetter(const Letters &letters, std::size_t at)
     return at;
 }
 
-// Where the row that starts at begin ends: after the last word that fits, or inside the first.
+// The end of the row that starts at begin: after the last word that fits, or inside the first word.
 static std::size_t EndOfRow(const Letters &letters, std::size_t begin, int maxWidth, const Measure &measure)
 {
     const auto fits = [&](std::size_t end) {
@@ -66,7 +66,7 @@ static std::vector<Span> Fill(const Letters &letters, int maxWidth, const Measur
     return rows;
 }
 
-// The widest stretch in which no row may break.
+// The width of the widest part without a break opportunity.
 static int WidestWord(const Letters &letters, int enough, const Measure &measure)
 {
     int widest = 0;
@@ -84,8 +84,8 @@ std::vector<Span> Wrap(const Letters &letters, int maxWidth, const Measure &meas
     std::vector<Span> rows = Fill(letters, maxWidth, measure);
 
     if (rows.size() < 2) return rows;
-    // The narrowest width that takes no more rows makes them about equally long; narrower than its widest
-    // word it would break that word.
+    // The narrowest width that needs no more rows makes them about equally long. Below the width of the
+    // widest word, that word would be broken.
     int tooNarrow = WidestWord(letters, maxWidth, measure) - 1;
     int enough = maxWidth;
     if (tooNarrow >= enough) return rows;

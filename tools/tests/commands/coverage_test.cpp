@@ -24,8 +24,7 @@ TEST(Coverage, ListsEachMissingCharacterWithItsCueAndName)
                            "cue 2  00:00:03.000 --> 00:00:04.500  U+65E5  日  CJK UNIFIED IDEOGRAPH-65E5\n"
                            "cue 2  00:00:03.000 --> 00:00:04.500  U+10330  \U00010330  GOTHIC LETTER AHSA\n");
     // h e l o, the space, and the two that are missing.
-    EXPECT_EQ(outcome.err, "kova-caption: 2 of 7 characters are in no font; add one that has them with "
-                           "--fallback FILE.\n");
+    EXPECT_EQ(outcome.err, "kova-caption: 2 of 7 characters have no glyph; add a font with --fallback.\n");
 }
 
 TEST(Coverage, TakesAFallbackFontIntoAccount)
@@ -41,7 +40,7 @@ TEST(Coverage, TakesAFallbackFontIntoAccount)
     const Outcome two = RunTool("coverage --fallback " + g_gothic + " --fallback " +
                                 "/usr/share/fonts/opentype/noto/NotoSansCJK-Regular.ttc" + " '" + file + "'");
     EXPECT_EQ(two.exit, 0) << two.err;
-    EXPECT_EQ(two.out, "all 7 characters have a font\n");
+    EXPECT_EQ(two.out, "all 7 characters have a glyph\n");
     EXPECT_EQ(two.err, "");
 }
 
@@ -78,7 +77,6 @@ TEST(Coverage, RefusesWhatIsNoFont)
         RunTool("coverage '" + TwoCues(folder) + "' --fallback '" + folder / "two.srt" + "'");
 
     EXPECT_EQ(outcome.exit, 1);
-    EXPECT_NE(outcome.err.find("--fallback " + folder / "two.srt" + ": cannot be opened as a font"),
-              std::string::npos)
+    EXPECT_NE(outcome.err.find("--fallback " + folder / "two.srt" + ": not a usable font"), std::string::npos)
         << outcome.err;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Whatever goes wrong is said in one line, with what to do, and leaves nothing behind.
+// Every failure prints one line that says what is wrong and what to do, and leaves nothing behind.
 #include <algorithm>
 
 #include <gtest/gtest.h>
@@ -62,31 +62,31 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Refusal{"MissingFile", "'%smissing.srt'", 1,
                 "missing.srt: cannot be read (No such file or directory)"},
-        Refusal{"Directory", "'%s'", 1, "is a folder"},
-        Refusal{"EmptyFile", "'%sempty.srt'", 1, "empty.srt: is empty; give a file"},
+        Refusal{"Directory", "'%s'", 1, "is a directory"},
+        Refusal{"EmptyFile", "'%sempty.srt'", 1, "empty.srt: is empty; give a subtitle file"},
         Refusal{"OtherText", "'%stext.txt'", 1, "text.txt: "},
-        Refusal{"NoSubtitleStream", "'%ssound.wav'", 1, "sound.wav: has no subtitle stream; give a file"},
-        Refusal{"NoText", "'%swordless.vtt'", 1, "wordless.vtt: has no cue with anything to show in it"},
-        Refusal{"UnknownCharset", "'%slatin1.srt' --charset KOI9", 1,
-                "--charset KOI9: no character set of this name is known; iconv -l lists"},
+        Refusal{"NoSubtitleStream", "'%ssound.wav'", 1,
+                "sound.wav: no subtitle stream; give a subtitle file"},
+        Refusal{"NoText", "'%swordless.vtt'", 1, "wordless.vtt: no cue with visible content"},
+        Refusal{"UnknownCharset", "'%slatin1.srt' --charset KOI9", 2,
+                "--charset KOI9: unknown character set; iconv -l lists the names"},
         Refusal{"NoSuchStream", "'%slatin1.srt' --stream 3", 1, "--stream 3: "},
-        Refusal{"MissingFont", g_sample + " --font '%snone.ttf'", 1,
-                "none.ttf: cannot be opened as a font; give"},
-        Refusal{"NoFont", g_sample + " --font '%stext.txt'", 1, "text.txt: cannot be opened as a font; give"},
-        Refusal{"PlaneTooWide", g_sample + " --plane 1921x1080", 1, "from 1x1 to 1920x1080"},
-        Refusal{"PlaneTooHigh", g_sample + " --plane 1920x1081", 1, "from 1x1 to 1920x1080"},
-        Refusal{"PlaneEmpty", g_sample + " --plane 0x720", 1, "from 1x1 to 1920x1080"},
-        Refusal{"PlaneNegative", g_sample + " --plane 1280x-1", 1, "from 1x1 to 1920x1080"},
-        Refusal{"PlaneHuge", g_sample + " --plane 4294968576x720", 1, "from 1x1 to 1920x1080"},
-        Refusal{"PlaneNoSize", g_sample + " --plane wide", 1, "from 1x1 to 1920x1080"},
-        Refusal{"TextHigherThanPlane", g_sample + " --plane 64x32 --height 33", 1, "choose a smaller one"},
-        Refusal{"ArgbOnLayer1", g_sample + " --mode argb", 1, "use --mode palette there"},
-        Refusal{"Layer2WithoutDisplay", g_sample + " --layer 2", 1, "--layer 2: there is no X server"},
+        Refusal{"MissingFont", g_sample + " --font '%snone.ttf'", 1, "none.ttf: not a usable font; give"},
+        Refusal{"NoFont", g_sample + " --font '%stext.txt'", 1, "text.txt: not a usable font; give"},
+        Refusal{"PlaneTooWide", g_sample + " --plane 1921x1080", 2, "from 1x1 to 1920x1080"},
+        Refusal{"PlaneTooHigh", g_sample + " --plane 1920x1081", 2, "from 1x1 to 1920x1080"},
+        Refusal{"PlaneEmpty", g_sample + " --plane 0x720", 2, "from 1x1 to 1920x1080"},
+        Refusal{"PlaneNegative", g_sample + " --plane 1280x-1", 2, "from 1x1 to 1920x1080"},
+        Refusal{"PlaneHuge", g_sample + " --plane 4294968576x720", 2, "from 1x1 to 1920x1080"},
+        Refusal{"PlaneNoSize", g_sample + " --plane wide", 2, "from 1x1 to 1920x1080"},
+        Refusal{"TextHigherThanPlane", g_sample + " --plane 64x32 --height 33", 1, "choose a smaller value"},
+        Refusal{"ArgbOnLayer1", g_sample + " --mode argb", 1, "use --mode palette, or --layer 2 or 3"},
+        Refusal{"Layer2WithoutDisplay", g_sample + " --layer 2", 1, "--layer 2: no X server"},
         Refusal{"Layer3WithoutDisplay", g_sample + " --layer 3 --headless", 1,
                 "--layer 3: --headless was given"},
-        Refusal{"UnknownLayer", g_sample + " --layer 4", 2, "'4' is none of 1|2|3"},
-        Refusal{"UnknownMode", g_sample + " --mode rgb", 2, "'rgb' is none of"},
-        Refusal{"UnknownEdge", g_sample + " --edge round", 2, "'round' is none of"},
+        Refusal{"UnknownLayer", g_sample + " --layer 4", 2, "must be one of 1|2|3, not '4'"},
+        Refusal{"UnknownMode", g_sample + " --mode rgb", 2, "must be one of index|palette|argb, not 'rgb'"},
+        Refusal{"UnknownEdge", g_sample + " --edge round", 2, "not 'round'"},
         Refusal{"UnknownOption", g_sample + " --wide", 2, "--wide"},
         Refusal{"NoFile", "", 2, "FILE is required"}),
     [](const testing::TestParamInfo<Refusal> &row) { return row.param.name; });
@@ -127,7 +127,7 @@ TEST(Tool, SaysWhereItCannotWriteAndLeavesNoPartOfAPicture)
     const Outcome edges = RunTool("edges -o '" + folder / "none/sheet.png" + "'");
 
     EXPECT_EQ(snapshot.exit, 1);
-    EXPECT_NE(snapshot.err.find("is no folder"), std::string::npos) << snapshot.err;
+    EXPECT_NE(snapshot.err.find("cannot be created as a directory"), std::string::npos) << snapshot.err;
     EXPECT_EQ(edges.exit, 1);
     EXPECT_NE(edges.err.find("sheet.png: cannot be written"), std::string::npos) << edges.err;
     EXPECT_EQ(folder.Names(), std::vector<std::string>{"file"});
@@ -153,7 +153,7 @@ TEST(Tool, DrawsWithoutAWindowWhereTheXServerDoesNotAnswer)
     const Outcome outcome = RunTool("snapshot '" + text + "' -o '" + folder / "made" + "'", "DISPLAY=:4321");
 
     EXPECT_EQ(outcome.exit, 0);
-    EXPECT_NE(outcome.err.find(":4321 (DISPLAY) does not answer; drawing without a window"),
+    EXPECT_NE(outcome.err.find(":4321 (DISPLAY) does not respond; drawing without a window"),
               std::string::npos)
         << outcome.err;
     EXPECT_EQ(folder.Names("made"), std::vector<std::string>{"0001.png"});

@@ -62,8 +62,8 @@ TEST(List, CountsTheRowsOfLine21FromOne)
 TEST(List, OrdersWindowsFromTheTopOfTheScreen)
 {
     const Folder folder;
-    // Both anchors name bottom edges: of a window of one row at 70 of 75, and of one of three rows at 74. The third
-    // window lies beside the second, to its right.
+    // Both anchors name bottom edges: of a window of one row at 70 of 75, and of one of three rows at 74. The
+    // third window lies beside the second, to its right.
     const Window low = Window(0).Anchor(6, 70, 0).Rows(1).Columns(10);
     const Window high = Window(1).Anchor(6, 74, 0).Rows(3).Columns(10);
     const Window right = Window(2).Anchor(6, 74, 105).Rows(3).Columns(10);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The play command in real time: its keys and signals, its report, and how it leaves the terminal and the screen. How late
-// a busy machine shows a caption proves nothing, so no test here depends on it.
+// The play command in real time: its keys and signals, its report, and how it leaves the terminal and the
+// screen. How late a busy machine shows a caption proves nothing, so no test here depends on it.
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
@@ -67,7 +67,8 @@ static std::vector<std::string> CaptionsIn(const std::string &text)
     return captions;
 }
 
-// A machine that stalls for more than a fifth of a second drops a cue; then it is counted, and the others are in order.
+// A machine that stalls for more than a fifth of a second drops a cue; then it is counted, and the others are
+// in order.
 TEST(Play, PrintsEachCueInOrderOrCountsItAsDropped)
 {
     const Folder folder;
@@ -96,8 +97,8 @@ TEST(Play, RefusesWhatItCannotPlay)
     const Outcome late = RunTool("play " + text + "--start 6:00");
     EXPECT_EQ(late.exit, 1);
     EXPECT_NE(late.err.find("the last caption ends at 00:05:01.000"), std::string::npos) << late.err;
-    for (const std::string wrong :
-         {"--start soon", "--start 1:99:00", "--start -5", "--speed 0", "--speed fast", "--loop 3"}) {
+    for (const std::string wrong : {"--start soon", "--start 1:99:00", "--start -5", "--speed 0",
+                                    "--speed fast", "--speed nan", "--loop 3"}) {
         const Outcome outcome = RunTool("play " + text + wrong);
         EXPECT_EQ(outcome.exit, 2) << wrong;
         EXPECT_EQ(outcome.out, "") << wrong;
@@ -195,7 +196,8 @@ class PlayUnderX : public testing::TestWithParam<const char *>
 
 } // namespace
 
-// The caption on black. Half-transparent pixels are left out, because how DirectFB's desktop blends them is up to it.
+// The caption on black. Half-transparent pixels are left out, because how DirectFB's desktop blends them is
+// up to it.
 static void ExpectOnScreen(const caption::Picture &screen, const caption::Picture &caption)
 {
     const caption::Color black = {0, 0, 0, 255};

@@ -101,8 +101,7 @@ TEST(Preview, RefusesWhatIsNoFontAndMakesNothing)
                                     folder / "text.txt" + "'");
 
     EXPECT_EQ(outcome.exit, 1);
-    EXPECT_NE(outcome.err.find("text.txt: cannot be opened as a font; give"), std::string::npos)
-        << outcome.err;
+    EXPECT_NE(outcome.err.find("text.txt: not a usable font; give"), std::string::npos) << outcome.err;
     EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
     EXPECT_EQ(folder.Names(), std::vector<std::string>{"text.txt"});
 }

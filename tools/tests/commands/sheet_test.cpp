@@ -86,7 +86,7 @@ TEST(Sheet, RefusesColumnsInWhichNothingCouldBeSeen)
         const Outcome outcome =
             RunTool("sheet '" + text + "' --columns " + columns + " -o '" + folder / "sheet.png" + "'");
         EXPECT_EQ(outcome.exit, 1);
-        EXPECT_NE(outcome.err.find("300 cues in " + columns + " columns would be too small to see"),
+        EXPECT_NE(outcome.err.find("300 cues in " + columns + " columns do not fit one sheet"),
                   std::string::npos)
             << outcome.err;
     }

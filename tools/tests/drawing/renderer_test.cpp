@@ -265,7 +265,7 @@ TEST(Drawing, KeepsAnAnchoredBlockInTheSafeAreaUnlessItIsPinned)
     EXPECT_EQ(rect.x + rect.width / 2, 640);
     EXPECT_EQ(rect.y + rect.height, 360);
     ASSERT_EQ(pinned.drawn.notices.size(), 1u) << "half of it is beyond the plane";
-    EXPECT_NE(pinned.drawn.notices[0].find("reaches beyond the plane"), std::string::npos);
+    EXPECT_NE(pinned.drawn.notices[0].find("extends beyond the plane"), std::string::npos);
 }
 
 TEST(Drawing, BreaksLinesAtTheWidthOfTheirBlock)
@@ -331,7 +331,7 @@ TEST(Drawing, LeavesAPinnedBlockWhereItIsAndSaysWhatFindsNoRoom)
     const Frame crowd = Render(many);
     EXPECT_EQ(crowd.drawn.blocks.size(), 12u);
     ASSERT_FALSE(crowd.drawn.notices.empty());
-    EXPECT_NE(crowd.drawn.notices[0].find("no room"), std::string::npos);
+    EXPECT_NE(crowd.drawn.notices[0].find("no free space"), std::string::npos);
 }
 
 TEST(Drawing, RollsUpByWholeRowsAndShowsTheLastOfThem)
@@ -452,6 +452,6 @@ TEST(Drawing, SaysWhenThePaletteIsFull)
     const Frame frame = Render({CueOf({line})});
 
     ASSERT_EQ(frame.drawn.notices.size(), 1u);
-    EXPECT_NE(frame.drawn.notices[0].find("more colours than a palette holds"), std::string::npos);
+    EXPECT_NE(frame.drawn.notices[0].find("more colours than the palette holds"), std::string::npos);
     EXPECT_FALSE(Ink(frame.picture, {100, 0, 90}).empty());
 }

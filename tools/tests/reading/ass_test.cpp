@@ -245,22 +245,20 @@ TEST(AssText, SaysOnceWhatIsAskedAndNotDrawn)
         FromText(text, &notices);
         return notices.said();
     };
-    const auto asks = [](const std::string &what) {
-        return Said{"it asks for " + what + ", which the display does not have"};
-    };
+    const auto asks = [](const std::string &what) { return Said{what + " is not supported"}; };
 
-    EXPECT_EQ(said("{\\fs30}a{\\fs40}b"), asks("letters of different sizes"));
-    EXPECT_EQ(said("{\\frz30}a"), asks("turned letters"));
+    EXPECT_EQ(said("{\\fs30}a{\\fs40}b"), asks("a change of font size"));
+    EXPECT_EQ(said("{\\frz30}a"), asks("rotation"));
     EXPECT_EQ(said("{\\k20}a{\\kf20}b"), asks("karaoke"));
-    EXPECT_EQ(said("{\\be1}a{\\blur2}b"), asks("blurred edges"));
+    EXPECT_EQ(said("{\\be1}a{\\blur2}b"), asks("blur"));
     EXPECT_EQ(said("{\\t(\\fs9)}a"), asks("animation"));
     EXPECT_EQ(said("{\\move(1,2,3,4)}a"), asks("movement"));
     EXPECT_EQ(said("{\\fad(1,2)}a"), asks("fading"));
-    EXPECT_EQ(said("{\\clip(1,2,3,4)}a"), asks("cut letters"));
-    EXPECT_EQ(said("{\\fnSome Font}a"), asks("fonts of its own"));
-    EXPECT_EQ(said("{\\fscx120}a"), asks("stretched letters"));
-    EXPECT_EQ(said("{\\fsp3}a"), asks("letters set apart"));
-    EXPECT_EQ(said("{\\p1}m 0 0{\\p0}a"), asks("drawings"));
+    EXPECT_EQ(said("{\\clip(1,2,3,4)}a"), asks("clipping"));
+    EXPECT_EQ(said("{\\fnSome Font}a"), asks("font selection"));
+    EXPECT_EQ(said("{\\fscx120}a"), asks("letter scaling"));
+    EXPECT_EQ(said("{\\fsp3}a"), asks("letter spacing"));
+    EXPECT_EQ(said("{\\p1}m 0 0{\\p0}a"), asks("drawing"));
     EXPECT_EQ(said("{\\i1\\pos(1,2)\\an5\\c&H0&\\q2\\org(1,2)}a"), Said{});
 }
 
@@ -270,21 +268,20 @@ TEST(AssText, SaysWhatStylesAskThatIsNotDrawn)
     Cue cue;
     AssScript script(g_header, AssHeader::STYLES_AND_MARGINS, notices);
     const auto has = [&](const std::string &what) {
-        return std::count(notices.said().begin(), notices.said().end(),
-                          "it asks for " + what + ", which the display does not have") == 1;
+        return std::count(notices.said().begin(), notices.said().end(), what + " is not supported") == 1;
     };
 
-    EXPECT_TRUE(has("turned letters"));
-    EXPECT_TRUE(has("stretched letters"));
-    EXPECT_TRUE(has("letters set apart"));
+    EXPECT_TRUE(has("rotation"));
+    EXPECT_TRUE(has("letter scaling"));
+    EXPECT_TRUE(has("letter spacing"));
     script.Read("0,0,Default,,0,0,0,,a", cue);
-    EXPECT_FALSE(has("letters of different sizes"));
+    EXPECT_FALSE(has("a change of font size"));
     script.Read("1,0,Big,,0,0,0,,a", cue);
-    EXPECT_TRUE(has("letters of different sizes"));
+    EXPECT_TRUE(has("a change of font size"));
     script.Read("2,0,Down,,0,0,0,,a", cue);
     EXPECT_TRUE(has("vertical text"));
     script.Read("3,0,Default,,0,0,0,Banner;5,a", cue);
-    EXPECT_TRUE(has("effects such as scrolling"));
+    EXPECT_TRUE(has("an effect such as scrolling"));
 }
 
 TEST(AssText, MakesNothingOfAnEventWithTooFewFields)

@@ -23,8 +23,8 @@ static std::int64_t Frame(int n)
     return std::llround(n * 1001.0 / 30);
 }
 
-// A letter more in each frame, in service 1 and, painted on, in CC1 (two frames for two letters). Only the right
-// order of the frames gives the alphabet.
+// A letter more in each frame, in service 1 and, painted on, in CC1 (two frames for two letters). Only the
+// right order of the frames gives the alphabet.
 static std::vector<media::Bytes> Alphabet()
 {
     std::vector<media::Bytes> frames(std::size_t(g_lead), ToTriplets(1, NULL_PAIR));
@@ -108,7 +108,8 @@ TEST(CaptionsInPictures, AreReadFromMpeg2)
                      {{"a.ts", "mpegts"}, {"a.mkv", "matroska"}, {"a.mp4", "mp4"}, {"a.m2v", "mpeg2video"}});
 }
 
-// Pictures this small share packets, so few have a time, and what libavformat makes of that is off by a frame or two.
+// Pictures this small share packets, so few have a time, and what libavformat makes of that is off by a frame
+// or two.
 TEST(CaptionsInPictures, AreInOrderInProgrammeStreamsWithoutTimes)
 {
     const Folder folder;

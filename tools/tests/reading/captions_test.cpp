@@ -74,7 +74,8 @@ static std::int64_t Frame(std::size_t n)
     return std::int64_t(double(n) * 1001 / 30 + 0.5);
 }
 
-// A time that a file writes as a non-drop time code: its seconds have 30 frames of 1001/30000 s, plus these frames.
+// A time that a file writes as a non-drop time code: its seconds have 30 frames of 1001/30000 s, plus these
+// frames.
 static std::int64_t AtSecond(std::int64_t second, std::int64_t frame = 0)
 {
     return Frame(std::size_t(second * 30 + frame));
@@ -265,10 +266,10 @@ TEST(Scc, TakesTheFirstChannelWithCaptionsAndNamesTheOthers)
     const Subtitles both = ReadScc(two + one);
 
     EXPECT_EQ(PlainText(alone.cues.at(0)), "deux");
-    EXPECT_EQ(alone.notices, Said{"its captions are those of channel CC2"});
+    EXPECT_EQ(alone.notices, Said{"captions are read from channel CC2"});
     ASSERT_EQ(both.cues.size(), 1u);
     EXPECT_EQ(PlainText(both.cues[0]), "un");
-    EXPECT_EQ(both.notices, Said{"its captions of channel CC2 are left out"});
+    EXPECT_EQ(both.notices, Said{"captions of channel CC2 are ignored"});
 }
 
 // A packet of ancillary data: its kind, its length, a header, three bytes for each pair, a footer. The sum of
@@ -372,7 +373,7 @@ TEST(CaptionsInVideo, AreReadFromTheSecondField)
     const Subtitles read = caption::ReadSubtitles({folder / "a.ts"});
 
     EXPECT_EQ(PlainText(read.cues.at(0)), "Hello");
-    EXPECT_EQ(read.notices, Said{"its captions are those of channel CC3"});
+    EXPECT_EQ(read.notices, Said{"captions are read from channel CC3"});
 }
 
 TEST(CaptionsInVideo, GiveWayToAStreamOfSubtitlesUnlessTheyAreAskedFor)
@@ -400,7 +401,7 @@ TEST(CaptionsInVideo, AreMissedWhereThereAreNone)
         caption::ReadSubtitles({folder / "a.mkv"});
         FAIL() << "captions were found";
     } catch (const caption::Failure &failure) {
-        EXPECT_NE(std::string(failure.what()).find("no captions in its video"), std::string::npos)
+        EXPECT_NE(std::string(failure.what()).find("no captions in the video"), std::string::npos)
             << failure.what();
     }
 }
@@ -513,7 +514,7 @@ TEST(Teletext, TakesTheFirstPageThatIsAnnounced)
     const Subtitles read = caption::ReadSubtitles({file});
 
     EXPECT_EQ(Summaries(read), Said{"2000-3000 first"});
-    EXPECT_EQ(read.notices, Said{"it has teletext subtitles on further pages; those of page 250 are drawn"});
+    EXPECT_EQ(read.notices, Said{"teletext page 250 is drawn; other subtitle pages are ignored"});
 }
 
 TEST(Teletext, SaysWhatItsPagesHoldThatIsNotDrawn)
@@ -531,6 +532,5 @@ TEST(Teletext, SaysWhatItsPagesHoldThatIsNotDrawn)
     const Subtitles read = caption::ReadSubtitles({file});
 
     EXPECT_EQ(read.cues.size(), 1u);
-    EXPECT_EQ(read.notices, (Said{"it asks for letters that flash, which the display does not have",
-                                  "it has block graphics, which the display does not have"}));
+    EXPECT_EQ(read.notices, (Said{"flashing text is not supported", "block graphics are not supported"}));
 }

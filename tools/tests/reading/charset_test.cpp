@@ -73,9 +73,8 @@ TEST(Charset, GuessesALegacySetAndSaysSo)
 
     EXPECT_EQ(ToUtf8(cyrillic, "", notices), "Привет, как дела? Спасибо, хорошо.");
     EXPECT_EQ(ToUtf8(japanese, "", notices), "日本語の字幕です。");
-    EXPECT_EQ(notices.said(),
-              (Said{"its text is read as WINDOWS-1251, which is a guess; --charset NAME says otherwise",
-                    "its text is read as SHIFT_JIS, which is a guess; --charset NAME says otherwise"}));
+    EXPECT_EQ(notices.said(), (Said{"character set detected as WINDOWS-1251; if that is wrong, set --charset",
+                                    "character set detected as SHIFT_JIS; if that is wrong, set --charset"}));
 }
 
 TEST(Charset, ReadsJapaneseOfSevenBits)
@@ -105,14 +104,12 @@ TEST(Charset, ReplacesWhatMeansNothingAndNamesItsLine)
     EXPECT_EQ(ToUtf8("one\ntw\xFFo \u00E9\u00E9\u00E9\u00E9\n", "", notices), "one\ntw\uFFFDo éééé\n");
     EXPECT_EQ(ToUtf8("a\xD0\n\xE9", "UTF-8", notices), "a\uFFFD\n\uFFFD");
     EXPECT_EQ(ToUtf8(std::string("a\0b\n", 4), "", notices), "a\uFFFDb\n");
-    EXPECT_EQ(
-        notices.said(),
-        (Said{"line 2: a place with bytes that are no UTF-8 text show U+FFFD; name the character set with "
-              "--charset if it is another",
-              "from line 1: 2 places with bytes that are no UTF-8 text show U+FFFD; name the character set "
-              "with --charset if it is another",
-              "line 1: a place with bytes that are no UTF-8 text show U+FFFD; name the character set with "
-              "--charset if it is another"}));
+    EXPECT_EQ(notices.said(), (Said{"line 2: 1 place of invalid UTF-8, shown as U+FFFD; if the file has "
+                                    "another character set, name it with --charset",
+                                    "from line 1: 2 places of invalid UTF-8, shown as U+FFFD; if the file "
+                                    "has another character set, name it with --charset",
+                                    "line 1: 1 place of invalid UTF-8, shown as U+FFFD; if the file has "
+                                    "another character set, name it with --charset"}));
 }
 
 TEST(Charset, ReplacesHalfAPairOfSurrogates)

@@ -61,7 +61,7 @@ TEST(Malformed, AFolderAPipeAndAnEmptyFileAreRefusedAtOnce)
     const Folder folder;
     ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
 
-    EXPECT_NE(Read(folder / "").find("is a folder"), std::string::npos);
+    EXPECT_NE(Read(folder / "").find("is a directory"), std::string::npos);
     EXPECT_NE(Read(folder / "pipe").find("is a pipe or a device"), std::string::npos);
     EXPECT_NE(Read("/dev/zero").find("is a pipe or a device"), std::string::npos);
     EXPECT_NE(Read(folder / "none").find("cannot be read (No such file or directory)"), std::string::npos);
@@ -198,7 +198,8 @@ TEST(Malformed, OddTagsAndStylesDoNoHarm)
         "");
 }
 
-// Reads a file, then cut at many places, then with bytes changed. What is left of it is not refused as a whole.
+// Reads a file, then cut at many places, then with bytes changed. What is left of it is not refused as a
+// whole.
 static void Damage(const Folder &folder, const std::string &file)
 {
     std::ifstream in(file, std::ios::binary);

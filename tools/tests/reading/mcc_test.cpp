@@ -24,8 +24,8 @@ static Triplets Read(const std::string &rate, const std::string &lines)
     return read;
 }
 
-// A packet of one frame with these triplets, in hexadecimal or abbreviated; rate is the frame rate's number. The
-// counters and the checksum are left 0, which the reader does not mind.
+// A packet of one frame with these triplets, in hexadecimal or abbreviated; rate is the frame rate's number.
+// The counters and the checksum are left 0, which the reader does not mind.
 static std::string Packet(const std::string &triplets, int count, char rate = '4')
 {
     const int length = 7 + 2 + 3 * count + 4;
@@ -84,8 +84,8 @@ TEST(MccFile, ExpandsEveryLetter)
 
 TEST(MccFile, ExpandsTheLettersOfHeaders)
 {
-    // T is the packet's kind, S the identifier, Z a zero byte, U the beginning of a section with one triplet whose
-    // type says that it is filler.
+    // T is the packet's kind, S the identifier, Z a zero byte, U the beginning of a section with one triplet
+    // whose type says that it is filler.
     const Triplets read = Read("30", "00:00:00:00\tT14S144F43ZZ72E2Q"
                                      "FC9420740000Z00\n"
                                      "00:00:00:01\tt0Ds0D4F43zzU740000zz\n");

@@ -407,8 +407,8 @@ static std::uint32_t Crc(const std::uint8_t *bytes, std::size_t size)
     return crc;
 }
 
-// libavformat puts the map on PID 1000 (hexadecimal), in one section in one packet. The descriptor goes to the
-// first stream's.
+// libavformat puts the map on PID 1000 (hexadecimal), in one section in one packet. The descriptor goes to
+// the first stream's.
 void AnnounceServices(const std::string &file, const Bytes &descriptor)
 {
     Bytes stream = FileBytes(file);

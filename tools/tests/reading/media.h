@@ -67,19 +67,20 @@ Bytes TeletextPage(int page, const std::vector<TeletextRow> &rows);
 std::vector<std::uint16_t> CaptionText(const std::string &text);
 std::uint16_t CaptionCode(int first, int second);
 
-// Frames of grey video, 30000/1001 of them a second, stored in another order than they are shown in; frame i carries
-// triplets[i].
+// Frames of grey video, 30000/1001 of them a second, stored in another order than they are shown in; frame i
+// carries triplets[i].
 std::vector<Packet> VideoWithTriplets(AVCodecID codec, const std::vector<Bytes> &triplets, Stream &stream);
 
 // The same with a pair of CEA-608 in each frame, for the first field or the second.
 std::vector<Packet> CaptionedVideo(AVCodecID codec, const std::vector<std::uint16_t> &captions,
                                    bool secondField, Stream &stream);
 
-// Announces caption services in the transport stream's programme map: the body of a caption service descriptor.
+// Announces caption services in the transport stream's programme map: the body of a caption service
+// descriptor.
 void AnnounceServices(const std::string &file, const Bytes &descriptor);
 
-// A QuickTime file with nothing but a track of captions, of one sample entry, "c608" or "c708". Times and durations
-// are milliseconds.
+// A QuickTime file with nothing but a track of captions, of one sample entry, "c608" or "c708". Times and
+// durations are milliseconds.
 void WriteCaptionTrack(const std::string &file, const std::string &entry, const std::vector<Packet> &samples);
 
 } // namespace media

@@ -164,7 +164,7 @@ TEST(Matroska, HoldsTextInAnotherCharset)
     EXPECT_EQ(named.notices, Said{});
     EXPECT_EQ(Summaries(unnamed), Said{"1000-2000 caf\uFFFD"});
     ASSERT_EQ(unnamed.notices.size(), 1u);
-    EXPECT_EQ(unnamed.notices[0].rfind("the cue at 00:00:01.000: a place with bytes", 0), 0u)
+    EXPECT_EQ(unnamed.notices[0].rfind("the cue at 00:00:01.000: 1 place of invalid UTF-8", 0), 0u)
         << unnamed.notices[0];
 }
 

@@ -57,7 +57,7 @@ TEST(SubRip, SaysThatSizesAreNotDrawn)
 {
     const Subtitles read = Read("a.srt", "1\n00:00:01,000 --> 00:00:02,000\n<font size=\"40\">a</font>\n");
 
-    EXPECT_EQ(read.notices, Said{"it asks for letters of different sizes, which the display does not have"});
+    EXPECT_EQ(read.notices, Said{"a change of font size is not supported"});
 }
 
 TEST(SubRip, KeepsCuesThatOverlap)
@@ -104,7 +104,7 @@ TEST(WebVtt, IsReadWithItsSettings)
     EXPECT_EQ(block.horizontal, Horizontal::LEFT);
     EXPECT_EQ(block.vertical, Vertical::TOP);
     EXPECT_FALSE(read.cues[1].blocks[0].anchor);
-    EXPECT_EQ(read.notices, Said{"it has style sheets, which are not kept to"});
+    EXPECT_EQ(read.notices, Said{"style sheets are not supported"});
 }
 
 static const char g_ass[] =

@@ -138,10 +138,10 @@ TEST(WebVttCue, SaysWhatIsAskedAndNotDrawn)
     Read("a<00:00:02.000>b", "vertical:rl region:r1", &notices);
     Read("<ruby>a<rt>b</rt></ruby>", "vertical:lr", &notices);
 
-    EXPECT_EQ(notices.said(), (Said{"it asks for text that comes bit by bit, which is shown at once",
-                                    "it asks for vertical text, which is drawn across",
-                                    "it asks for regions, which are not kept to",
-                                    "it asks for small text above the line, which stands in the line"}));
+    EXPECT_EQ(notices.said(),
+              (Said{"timestamps inside a cue are not supported; its whole text is shown at once",
+                    "vertical text is drawn horizontally", "regions are not supported",
+                    "ruby text is drawn within the line"}));
 }
 
 TEST(WebVttFile, LosesItsStylesAndRegionsAlone)
@@ -152,6 +152,6 @@ TEST(WebVttFile, LosesItsStylesAndRegionsAlone)
     EXPECT_EQ(caption::WithoutWebVttStyles("WEBVTT\n\nSTYLE\n::cue { color: red }\n\nREGION\nid:a\n\n" + cue,
                                            notices),
               "WEBVTT\n\n" + cue);
-    EXPECT_EQ(notices.said(), Said{"it has style sheets, which are not kept to"});
+    EXPECT_EQ(notices.said(), Said{"style sheets are not supported"});
     EXPECT_EQ(caption::WithoutWebVttStyles("1\n\nSTYLE\n", notices), "1\n\nSTYLE\n");
 }
