@@ -475,9 +475,9 @@ static void DecodeByte(State &state, int field, uint8_t byte)
 
 static bool HasOddParity(uint8_t byte)
 {
-    byte ^= byte >> 4;
-    byte ^= byte >> 2;
-    byte ^= byte >> 1;
+    byte = uint8_t(byte ^ byte >> 4);
+    byte = uint8_t(byte ^ byte >> 2);
+    byte = uint8_t(byte ^ byte >> 1);
     return byte & 1;
 }
 
