@@ -28,6 +28,9 @@ DFBResult ReadConfiguration(KovaDFBDisplay_t *pDisplay, DFBDisplayLayerConfig *p
 DFBResult Configure(KovaDFBDisplay_t *pDisplay, const DFBDisplayLayerConfig &config) HOLDS_DISPLAY;
 // Takes the layer's surface as the base surface, in place of none.
 DFBResult TakeLayerSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
+// On published DirectFB, takes a new interface for a base surface of the layer's own that was kept over a
+// configuration; the old one would have the old size for a moment. Does nothing with a platform's header.
+void RenewLayerSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 // The whole plane becomes the clip.
 void ResetClip(KovaDFBDisplay_t *pDisplay);
 

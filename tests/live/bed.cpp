@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "bed.h"
 
-#include "kova_textdisp_dfb/record.h" // for Settle alone: no public call knows what the surface knows
-
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -74,6 +72,13 @@ kova_sint32 GlyphColor(kova_uint32 i)
     return kova_sint32(kova_uint32(c.a) << 24 | kova_uint32(c.r) << 16 | kova_uint32(c.g) << 8 | c.b);
 }
 
+kova_uint32 StoredColor(kova_uint32 i)
+{
+    const KovaTextColor_t c = TestPalette()[i];
+    if (Colors() == INDEX) return i;
+    return kova_uint32(c.a) << 24 | kova_uint32(c.r) << 16 | kova_uint32(c.g) << 8 | c.b;
+}
+
 pKovaITextDisplay_t GivenDisplay(kova_uint32 uiWidth, kova_uint32 uiHeight)
 {
     KovaTextInitParam_t param = {};
@@ -133,20 +138,6 @@ void DestroyDisplay()
     if (!pDisplay) return;
     while (!contexts.empty()) DestroyContext(pDisplay, *contexts.begin());
     Kova_TextDisp_Destroy(0);
-}
-
-void Settle(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID)
-{
-    const auto *const pRecord = reinterpret_cast<const KovaDFBDisplay_t *>(pDisplay);
-    const bool bSettled = Eventually([=] {
-        int iWidth = 0, iHeight = 0;
-        pRecord->pActiveSurface->GetSize(pRecord->pActiveSurface, &iWidth, &iHeight);
-        return iWidth == int(pRecord->uiPlaneWidth) && iHeight == int(pRecord->uiPlaneHeight);
-    });
-    Demand(bSettled, "a surface as large as the plane");
-    KovaTextRect_t plane = {0, 0, pRecord->uiPlaneWidth, pRecord->uiPlaneHeight};
-    pDisplay->SetClip(pDisplay, scContextID, &plane);
-    pDisplay->Show(pDisplay, scContextID);
 }
 
 IDirectFB *DirectFB()

@@ -41,6 +41,8 @@ const std::array<KovaTextColor_t, 256> &TestPalette();
 // Entry i of the palette as an argument of a drawing call, and of the bit-expanded drawing.
 kova_uint32 Color(kova_uint32 i);
 kova_sint32 GlyphColor(kova_uint32 i);
+// What that argument of the bit-expanded drawing leaves in the surface.
+kova_uint32 StoredColor(kova_uint32 i);
 
 // What fails here fails the test that asked for it and ends the process: nothing can follow.
 pKovaITextDisplay_t GivenDisplay(kova_uint32 uiWidth = PLANE_WIDTH, kova_uint32 uiHeight = PLANE_HEIGHT);
@@ -52,12 +54,6 @@ void LoadPalette(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID);
 void DestroyContext(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID);
 // The contexts that are left and the display, if there is one. Called after every test.
 void DestroyDisplay();
-
-// DirectFB tells a surface of its new size from a thread of its own, some time after the layer was
-// configured; what the library sets meanwhile, the clip above all, still goes by the old size. This waits for
-// the display's surface to know, then lifts the clip and wipes the plane as a caller would. A window is made
-// anew and needs no waiting.
-void Settle(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID);
 
 IDirectFB *DirectFB();
 // The surface the display draws to, as anybody in the process can get at it: the layer's, or that of the one

@@ -27,7 +27,6 @@ static void Activate(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID)
     }
     // The window of layer 1 is a new one with a palette of its own; a layer gets the palette anew.
     if (Layer() == KOVA_GRAPHIC_LAYER1) LoadPalette(pDisplay, scContextID);
-    Settle(pDisplay, scContextID);
 }
 
 static void DrawFrame(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID)

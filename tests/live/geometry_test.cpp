@@ -74,7 +74,6 @@ TEST(Create32BitPlane, DrawsPackedColorsAndGivesEverythingBack)
     EXPECT_EQ(Drawn().Pixel(12, 12), 0x44112233u); // red, green, blue, alpha become ARGB
 
     EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 400, 300), 0);
-    Settle(pDisplay, 0);
     ExpectFrame(pDisplay, 400, 300);
 
     EXPECT_EQ(pDisplay->Release32BitPlane(pDisplay), 0);

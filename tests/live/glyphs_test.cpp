@@ -17,14 +17,6 @@ struct Glyph_t {
     KovaTextExpand_e eExpand;
 };
 
-// What a colour argument of the glyph drawing leaves in the surface.
-static kova_uint32 Stored(kova_uint32 i)
-{
-    const KovaTextColor_t c = TestPalette()[i];
-    if (Colors() == INDEX) return i;
-    return kova_uint32(c.a) << 24 | kova_uint32(c.r) << 16 | kova_uint32(c.g) << 8 | c.b;
-}
-
 static void DrawPlainly(Picture_t &picture, const DFBRegion &clip, const Glyph_t &glyph)
 {
     const int iHorizontal = glyph.eExpand & 4 ? 2 : 1;
@@ -38,7 +30,7 @@ static void DrawPlainly(Picture_t &picture, const DFBRegion &clip, const Glyph_t
             const int iX = glyph.iX + x, iY = glyph.iY + y;
             if (iX < 0 || iY < 0 || iX >= picture.iWidth || iY >= picture.iHeight) continue;
             if (iX < clip.x1 || iY < clip.y1 || iX > clip.x2 || iY > clip.y2) continue;
-            const kova_uint32 uiPixel = Stored(bSet ? glyph.uiForeground : glyph.uiBackground);
+            const kova_uint32 uiPixel = StoredColor(bSet ? glyph.uiForeground : glyph.uiBackground);
             if (picture.iBytes == 1) {
                 *picture.At(iX, iY) = kova_uint8(uiPixel);
             } else {
@@ -175,7 +167,7 @@ TEST(DrawPixelExpand, DrawsTheMostSignificantBitFirst)
               0);
 
     const Picture_t seen = Drawn();
-    const kova_uint32 uiSet = Stored(3), uiClear = Stored(2);
+    const kova_uint32 uiSet = StoredColor(3), uiClear = StoredColor(2);
     for (int y = 0; y < 8; y++) {
         for (int x = 0; x < 6; x++) {
             const bool bSet = y < 4 ? x < 2 : x >= 2;

@@ -12,9 +12,135 @@ TEST(PublishedPlatform, IsNotToldOfAnIndexedPlane)
 
     EXPECT_TRUE(Contains(Trace(), "1280x720 LUT8 BACKVIDEO DOUBLE\n"
                                   "  layer.GetSurface\n"
-                                  "  base2.GetPalette\n")); // nothing called in between, nothing reported
+                                  "  base3.GetPalette\n")); // nothing called in between, nothing reported
     EXPECT_EQ(StandardError(), "");
     Destroy(pDisplay);
+}
+
+// What an activation or a 32-bit plane does with a surface that it kept: between the configuration and the clip.
+static std::string BetweenConfigurationAndClip()
+{
+    const std::string trace = CallsOnly(Trace());
+    const size_t begin = trace.find('\n', trace.find("layer.SetConfiguration")) + 1;
+    return Tidy(trace.substr(begin, trace.find("SetClip") - begin));
+}
+
+static void GivenOtherContext(pKovaITextDisplay_t pDisplay)
+{
+    KovaTextContextParam_t param = ContextParam(1280, 720);
+    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 1);
+    ClearTrace();
+}
+
+TEST(PublishedPlatform, TakesTheKeptSurfaceAnewDirectlyAfterAnActivationConfiguredTheLayer)
+{
+    for (const KovaGraphicLayer_e eLayer : {KOVA_GRAPHIC_LAYER2, KOVA_GRAPHIC_LAYER3}) {
+        pKovaITextDisplay_t pDisplay = GivenShownDisplay(eLayer);
+        GivenOtherContext(pDisplay);
+        const std::string kept = NameOf(RecordOf(pDisplay)->pBaseSurface);
+
+        Kova_TextDFBDisp_SetActive(pDisplay, 1, 1);
+
+        const std::string taken = NameOf(RecordOf(pDisplay)->pBaseSurface);
+        EXPECT_NE(taken, kept);
+        EXPECT_EQ(
+            BetweenConfigurationAndClip().find("layer.GetSurface\n" + kept + ".Release\n" + taken + "."), 0u)
+            << BetweenConfigurationAndClip();
+        EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, RecordOf(pDisplay)->pBaseSurface);
+        Destroy(pDisplay);
+    }
+}
+
+TEST(PublishedPlatform, TakesTheKeptSurfaceAnewForA32BitPlane)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+
+    const std::string kept = NameOf(RecordOf(pDisplay)->pBaseSurface);
+
+    EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 1280, 720), 0);
+
+    const std::string taken = NameOf(RecordOf(pDisplay)->pBaseSurface);
+    EXPECT_NE(taken, kept);
+    EXPECT_EQ(BetweenConfigurationAndClip(), "layer.GetSurface\n" + kept + ".Release\n" + taken + ".");
+    EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, RecordOf(pDisplay)->pBaseSurface);
+    Destroy(pDisplay);
+}
+
+TEST(PublishedPlatform, TakesASurfaceOnceWhenNoneWasKept)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    GivenOtherContext(pDisplay);
+    Kova_TextDFBDisp_SetActive(pDisplay, 0, 0);
+    ClearTrace();
+    Kova_TextDFBDisp_SetActive(pDisplay, 1, 1);
+    EXPECT_EQ(CountOf(Trace(), ".GetSurface\n"), 1);
+
+    EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 1280, 720), 0);
+    EXPECT_EQ(pDisplay->Release32BitPlane(pDisplay), 0);
+    ClearTrace();
+    EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 1280, 720), 0);
+    EXPECT_EQ(CountOf(Trace(), ".GetSurface\n"), 1);
+    Destroy(pDisplay);
+}
+
+TEST(PublishedPlatform, LeavesTheSurfaceOfAWindowAlone)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER1);
+    IDirectFBSurface *const pSurface = RecordOf(pDisplay)->pBaseSurface;
+    EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 1280, 720), 0);
+    EXPECT_EQ(CountOf(Trace(), ".GetSurface\n"), 0);
+    EXPECT_EQ(RecordOf(pDisplay)->pBaseSurface, pSurface);
+
+    // After AdjustDisplaySize it is the layer's own.
+    EXPECT_EQ(pDisplay->AdjustDisplaySize(pDisplay, 0, 0, 0, 640, 360), 0);
+    ClearTrace();
+    EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 1280, 720), 0);
+    EXPECT_EQ(CountOf(Trace(), ".GetSurface\n"), 1);
+    Destroy(pDisplay);
+}
+
+TEST(PublishedPlatform, KeepsTheOldSurfaceWhenTheLayerGivesNoNewOne)
+{
+    for (const bool bFails : {true, false}) {
+        for (const bool bPlane32 : {true, false}) {
+            Reset();
+            pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+            GivenOtherContext(pDisplay);
+            IDirectFBSurface *const pSurface = RecordOf(pDisplay)->pBaseSurface;
+            if (bFails) {
+                FailNth("Layer.GetSurface", 1, DFB_NOVIDEOMEMORY);
+            } else {
+                GiveNothing("Layer.GetSurface");
+            }
+
+            if (bPlane32) {
+                EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 1, 0, 0, 1280, 720), 0);
+            } else {
+                Kova_TextDFBDisp_SetActive(pDisplay, 1, 1);
+            }
+
+            EXPECT_EQ(CountOf(Trace(), ".GetSurface\n"), 1);
+            EXPECT_EQ(CountOf(Trace(), "DFB_CHECK_BRIEF\n"), bFails ? 1 : 0);
+            EXPECT_EQ(CountOf(Trace(), NameOf(pSurface) + ".Release\n"), 0);
+            EXPECT_EQ(RecordOf(pDisplay)->pBaseSurface, pSurface);
+            EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, pSurface);
+            Destroy(pDisplay);
+        }
+    }
+}
+
+TEST(PublishedPlatform, ReportsThatTheOldSurfaceCouldNotBeReleased)
+{
+    const LeaksAreMeant_t leaks;
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    const std::string kept = NameOf(RecordOf(pDisplay)->pBaseSurface);
+    FailNth("Surface.Release", 1, DFB_BUSY);
+
+    EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 1280, 720), 0);
+
+    EXPECT_TRUE(Contains(CallsOnly(Trace()), kept + ".Release\nDFB_CHECK_BRIEF\n"));
+    EXPECT_NE(NameOf(RecordOf(pDisplay)->pBaseSurface), kept);
+    Destroy(pDisplay, kept);
 }
 
 // As the published DirectFB does it by nature: the layer shows a part of its surface in a part of the screen.

@@ -93,6 +93,7 @@ static void RebuildLayer(pKovaITextDisplay_t pThiz, kova_sint8 scContextID) HOLD
     DFB_CHECK_BRIEF(ReadConfiguration(pDisplay, &config));
     DescribePlane(pDisplay, context.uiPlaneWidth, context.uiPlaneHeight, &config);
     DFB_CHECK_BRIEF(Configure(pDisplay, config));
+    if constexpr (SIZE_COMES_LATE) RenewLayerSurface(pDisplay);
     pDisplay->scActiveContextID = scContextID;
     if (!pDisplay->pBaseSurface) DFB_CHECK_BRIEF(TakeLayerSurface(pDisplay));
     Poke(pDisplay->pActiveSurface, pDisplay->pBaseSurface);

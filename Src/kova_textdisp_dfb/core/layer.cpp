@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "operations.h"
+#include "platform/platform.h"
 
 #include <unistd.h>
 
@@ -84,6 +85,19 @@ DFBResult TakeLayerSurface(KovaDFBDisplay_t *pDisplay)
     Poke(pDisplay->pBaseSurface, pSurface);
     pDisplay->bWindowSurface = 0;
     return eResult;
+}
+
+void RenewLayerSurface(KovaDFBDisplay_t *pDisplay)
+{
+    if constexpr (SIZE_COMES_LATE) {
+        IDirectFBSurface *pOld = pDisplay->pBaseSurface, *pNew = nullptr;
+
+        if (!pOld || pDisplay->bWindowSurface) return;
+        DFB_CHECK_BRIEF(Call(pDisplay->pLayer, &IDirectFBDisplayLayer::GetSurface, &pNew));
+        if (!pNew) return;
+        Poke(pDisplay->pBaseSurface, pNew);
+        DFB_CHECK_BRIEF(ReleaseAndClear(pOld));
+    }
 }
 
 void ResetClip(KovaDFBDisplay_t *pDisplay)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "operations.h"
+#include "platform/platform.h"
 
 #include <stdio.h>
 
@@ -26,6 +27,7 @@ int Create32BitPlane(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_uin
     config.height = int(uiHeight);
     config.pixelformat = DSPF_ARGB;
     DFB_CHECK_BRIEF(Configure(pDisplay, config));
+    if constexpr (SIZE_COMES_LATE) RenewLayerSurface(pDisplay);
     pDisplay->scActiveContextID = scContextID;
     if (!pDisplay->pBaseSurface) DFB_CHECK_BRIEF(TakeLayerSurface(pDisplay));
     pDisplay->uiPlaneWidth = uiWidth;

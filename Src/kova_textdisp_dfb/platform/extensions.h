@@ -35,6 +35,13 @@ template <typename Surface>
 struct HasMonoGlyphBatch<Surface, std::void_t<decltype(&Surface::BatchDrawMonoGlyph)>> : std::true_type {
 };
 
+// The header has none of the platform's calls. A surface of published DirectFB that is kept while its layer is
+// configured learns its new size a moment later, from another thread.
+template <typename Surface>
+struct IsPublished : std::bool_constant<!HasDescriptionFlags<Surface>::value &&
+                                        !HasMonoGlyph<Surface>::value && !HasMonoGlyphBatch<Surface>::value> {
+};
+
 template <typename Attributes, typename = void> struct Italic {
     static constexpr Attributes eValue = Attributes::DFFA_STYLE_ITALIC;
 };

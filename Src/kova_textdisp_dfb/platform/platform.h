@@ -12,6 +12,9 @@ namespace textdisp
 // The font attribute that asks for slanted glyphs.
 DFBFontAttributes ItalicAttribute();
 
+// The base surface that is kept over a configuration of the layer has to be taken anew.
+constexpr bool SIZE_COMES_LATE = IsPublished<IDirectFBSurface>::value;
+
 // Tells the platform that an indexed surface is shown through an 8-bit plane; does nothing without the platform's call.
 DFBResult DeclareIndexedPlane(IDirectFBSurface *pSurface);
 
