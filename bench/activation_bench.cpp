@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
-// Activations with eight fonts, beside the DirectFB calls that they make, made directly.
-#include "bed.h"
+// Activations with eight fonts, compared with the same DirectFB calls made directly.
 #include "direct_window.h"
+#include "fixture.h"
 
 namespace bench
 {
 
 enum { FONTS = 8, TIMES = 6 };
 
-// To the smaller plane and back, some times; seconds for both.
+// Seconds for an activation of the smaller plane and one back, the mean of some repetitions.
 static double TimeOurs()
 {
     Display display(PALETTE);
@@ -37,18 +37,18 @@ static double TimeDirectCalls()
     return SecondsOf(TIMES, [&] { open(1280, 720), open(1920, 1080); }) / TIMES;
 }
 
-// Each alone on the screen, for DirectFB repaints every window that lies there; by turns none the less.
+// DirectFB repaints every window on the screen, so each runs alone there; they still take turns.
 static void Activate(benchmark::State &state)
 {
-    std::vector<double> ours, theirs;
+    std::vector<double> times, baselineTimes;
 
     for (auto _ : state) {
-        ours.push_back(TimeOurs());
-        theirs.push_back(TimeDirectCalls());
-        state.SetIterationTime(ours.back() + theirs.back());
+        times.push_back(TimeOurs());
+        baselineTimes.push_back(TimeDirectCalls());
+        state.SetIterationTime(times.back() + baselineTimes.back());
     }
     state.SetLabel("the same DirectFB calls");
-    SetComparison(state, ours, theirs);
+    SetComparison(state, times, baselineTimes);
 }
 
 static const int s_registered = [] {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// A thousand draws a second for some seconds, then silence: what is flipped, when, and at what price.
+// Draws a thousand times a second for some seconds, then pauses: what is flipped, when, and at what cost.
 // usage: kova_burst LAYER(2, 3) ours|direct SECONDS OUT.json
-#include "bed.h"
+#include "fixture.h"
 
 #include <atomic>
 #include <cstdio>
@@ -66,14 +66,14 @@ int main(int argc, char **argv)
             pSurface->Flip(pSurface, nullptr, DFBSurfaceFlipFlags(DSFLIP_WAIT | DSFLIP_BLIT | DSFLIP_ONSYNC));
         }
         iDraws++;
-        // At the next millisecond; who is late goes on at once.
+        // Wait for the next millisecond; continue at once if it has passed.
         const double fNext = fStart + iDraws / 1000.0, fLeft = fNext - Now();
         const struct timespec pause = {0, long(fLeft * 1e9)};
         if (fLeft > 0) nanosleep(&pause, nullptr);
     }
     const double fLastDraw = Now(), fSpent = ProcessorSeconds() - fProcessor;
-    const struct timespec silence = {0, 200000000};
-    nanosleep(&silence, nullptr);
+    const struct timespec rest = {0, 200000000};
+    nanosleep(&rest, nullptr);
 
     const double fTime = fLastDraw - fStart, fToFlip = (g_fLastFlip.load() - fLastDraw) * 1e3;
     FILE *const pOut = std::fopen(argv[4], "w");
@@ -81,7 +81,7 @@ int main(int argc, char **argv)
     std::fprintf(pOut,
                  "{\"benchmarks\": [{\"name\": \"burst/layer %s/%s\", \"draws\": %.1f, \"direct\": %.1f, "
                  "\"deferred\": %.1f, \"to_flip\": %.1f, \"processor\": %.1f}]}\n",
-                 argv[1], bOurs ? "this library" : "raw DirectFB, a flip a draw", iDraws / fTime,
+                 argv[1], bOurs ? "this library" : "raw DirectFB, one flip per draw", iDraws / fTime,
                  g_iDirect / fTime, g_iDeferred / fTime, fToFlip > 0 ? fToFlip : 0, 100 * fSpent / fTime);
     return std::fclose(pOut);
 }

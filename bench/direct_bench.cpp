@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What an operation costs beside the DirectFB calls it makes, made directly: on the same surface, in the same
-// colours, with the same muted flip where the operation flips.
-#include "bed.h"
+// The cost of an operation, compared with the same DirectFB calls made directly: on the same surface, in the
+// same colours, with the same no-op flip where the operation flips.
+#include "fixture.h"
 
 #include <cstring>
 
@@ -11,7 +11,7 @@ namespace bench
 static constexpr char TEXT[] = "The quick brown fox jumps over a"; // 32 characters
 enum { TEXT_LENGTH = sizeof TEXT - 1, FOREGROUND = 7, EDGE = 9, TEXT_X = 300, TEXT_Y = 900 };
 
-// The library's colour argument, and the same colour for a direct call.
+// The library's colour argument. Direct::SetColor sets the same colour directly.
 static kova_uint32 Color(Colors_e eColors, unsigned uiIndex)
 {
     return eColors == PACKED ? uiIndex * 37 << 24 | 0xFF : uiIndex;
@@ -40,7 +40,7 @@ public:
     {
         m_pSurface->DrawString(m_pSurface, TEXT, TEXT_LENGTH, TEXT_X + iX, TEXT_Y + iY, DSTF_TOPLEFT);
     }
-    // The passes of an edge, and the colours they need: what one writes who has DirectFB alone.
+    // The passes of an edge and their colours, as a program without the library would draw them.
     void DrawEdged(KovaTextEdgeType_e eEdge) const
     {
         SetColor(eEdge == KOVA_TEXT_ENONE ? FOREGROUND : EDGE);
@@ -86,7 +86,7 @@ static void Fill(benchmark::State &state, const Plane &plane, kova_uint32 uiWidt
     KovaTextRect_t rect = {0, 0, uiWidth, uiHeight};
     const kova_uint32 uiColor = Color(plane.eColors, FOREGROUND);
 
-    Versus(
+    CompareWith(
         state, "FillRectangle", [&] { display->FillRect(display, 0, &rect, uiColor); },
         [&] {
             direct.SetColor(FOREGROUND);
@@ -101,7 +101,7 @@ static void Line(benchmark::State &state, const Plane &plane)
     IDirectFBSurface *const pSurface = display.Surface();
     const kova_uint32 uiColor = Color(plane.eColors, FOREGROUND);
 
-    Versus(
+    CompareWith(
         state, "DrawLine", [&] { display->DrawLine(display, 0, 100, 100, 900, 500, uiColor); },
         [&] {
             direct.SetColor(FOREGROUND);
@@ -123,7 +123,7 @@ static void String(benchmark::State &state, const Plane &plane, KovaTextEdgeType
     display->SetEdgeType(display, 0, eEdge);
     display->SetEdgeColor(display, 0, Color(plane.eColors, EDGE));
     display->SetTextForeColor(display, 0, Color(plane.eColors, FOREGROUND));
-    Versus(
+    CompareWith(
         state, "DrawString",
         [&] {
             display->DrawString(display, 0, static_cast<const unsigned short *>(pText),
@@ -140,7 +140,7 @@ static void Palette(benchmark::State &state, const Plane &plane)
     KovaTextColor_t colors[256] = {};
     DFBColor directColors[256] = {};
 
-    Versus(
+    CompareWith(
         state, "SetEntries", [&] { display->SetPalette(display, 0, colors, 256, 0); },
         [&] {
             IDirectFBPalette *pPalette = nullptr;
@@ -160,7 +160,7 @@ static void Rows(benchmark::State &state, const Plane &plane, kova_uint32 uiWidt
     IDirectFBSurface *const pSurface = display.Surface();
     std::vector<kova_uint8> pixels(uiWidth * uiHeight, 7);
 
-    Versus(
+    CompareWith(
         state, "Lock, memcpy, Unlock",
         [&] { display->DrawPixel(display, 0, pixels.data(), 0, 0, uiWidth, uiHeight, uiWidth); },
         [&] {
@@ -204,7 +204,7 @@ static void RegisterPlane(const Plane &plane)
         Register(group + s.pcName,
                  [plane, &s](benchmark::State &state) { String(state, plane, s.eEdge, s.bWide); });
     }
-    if (plane.eColors != INDEX) return; // the other modes have no DirectFB palette, and no pixels of one byte
+    if (plane.eColors != INDEX) return; // the other modes have no DirectFB palette and no one-byte pixels
     Register(group + "palette of 256", [plane](benchmark::State &state) { Palette(state, plane); });
     for (const auto &s : {SIZES[1], SIZES[3], SIZES[4]}) {
         Register(group + "rows " + size(s),

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "direct_window.h"
 
-#include "bed.h"
+#include "fixture.h"
 
 namespace bench
 {

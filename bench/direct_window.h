@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What an activation of layer 1 does, by DirectFB calls alone.
+// The DirectFB calls of an activation of layer 1.
 #ifndef BENCH_DIRECT_WINDOW_H
 #define BENCH_DIRECT_WINDOW_H
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// From the first call to the first caption on the screen, and the memory then and ten thousand captions
-// later: by the library, or by DirectFB alone. usage: kova_footprint ours|direct OUT.json
-#include "bed.h"
+// The time from the first call to the first caption on the screen, and the memory then and after ten thousand
+// captions, with the library or with DirectFB alone. usage: kova_footprint ours|direct OUT.json
 #include "direct_window.h"
+#include "fixture.h"
 #include "memory.h"
 
 #include <cstdio>

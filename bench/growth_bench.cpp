@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// How costs grow: measured at several sizes by turns, and a straight line laid through the least of each, for
-// what a busy machine adds grows with nothing.
-#include "bed.h"
+// How costs grow: measured at several sizes in turns. A straight line is fitted to the minimum of each size,
+// because the load of the machine only adds to it.
+#include "fixture.h"
 
 #include "page.h"
 
@@ -15,8 +15,8 @@ struct Point_t {
     double fSize, fSeconds;
 };
 
-// "slope" and "intercept" in nanoseconds; "off" is how far a point lies from the line at most, as a share of
-// the largest cost.
+// "slope" and "intercept" are in nanoseconds; "off" is the largest deviation from the line in percent of the
+// largest cost.
 static void FitLine(benchmark::State &state, const std::vector<Point_t> &points)
 {
     double fN = double(points.size()), fX = 0, fY = 0, fXX = 0, fXY = 0, fOff = 0, fLargest = 0;
@@ -39,9 +39,10 @@ static void FitLine(benchmark::State &state, const std::vector<Point_t> &points)
     state.counters["off"] = 100 * fOff / fLargest;
 }
 
-// "prepare" is told the size first, outside the time.
-template <typename Prepare, typename Way>
-static void Grow(benchmark::State &state, const std::vector<double> &sizes, Prepare prepare, Way way)
+// "prepare" is called with the size before each measurement and is not timed.
+template <typename Prepare, typename Candidate>
+static void Grow(benchmark::State &state, const std::vector<double> &sizes, Prepare prepare,
+                 Candidate candidate)
 {
     std::vector<std::vector<double>> times(sizes.size());
     std::vector<Point_t> points;
@@ -50,9 +51,9 @@ static void Grow(benchmark::State &state, const std::vector<double> &sizes, Prep
         double fRound = 0;
         for (size_t i = 0; i < sizes.size(); i++) {
             prepare(sizes[i]);
-            way(sizes[i]); // what the preparation cooled down
+            candidate(sizes[i]); // warms the caches after the preparation
             const int iCalls = 8;
-            const double fSeconds = SecondsOf(iCalls, [&] { way(sizes[i]); });
+            const double fSeconds = SecondsOf(iCalls, [&] { candidate(sizes[i]); });
             times[i].push_back(fSeconds / iCalls);
             fRound += fSeconds;
         }
@@ -69,7 +70,7 @@ static void StringLength(benchmark::State &state, KovaTextEdgeType_e eEdge)
     std::string text;
 
     while (text.size() < 127) text += "The quick brown fox jumps over a lazy dog. ";
-    display.OpenFont(0, 16); // so that the longest fits the plane
+    display.OpenFont(0, 16); // the longest string must fit the plane
     display->SetEdgeType(display, 0, eEdge);
     Grow(
         state, {1, 2, 4, 8, 16, 32, 64, 96, 127}, [](double) {},
@@ -89,7 +90,7 @@ static void BatchLength(benchmark::State &state)
         [&](double fGlyphs) { cells.DrawBatch(display, 0, kova_uint8(fGlyphs)); });
 }
 
-// Opened anew under their names, as an activation does, at another height each time.
+// Opens the fonts again under their names, as an activation does, with a different height each time.
 static void FontsOpened(benchmark::State &state)
 {
     Display display(PALETTE);
@@ -132,7 +133,7 @@ static const int s_registered = [] {
                    [](benchmark::State &state) { StringLength(state, KOVA_TEXT_EUNIFORM); });
     RegisterGrowth("batch of teletext cells, by cell", 101, BatchLength);
     RegisterGrowth("fonts opened and selected, by font", 25, FontsOpened);
-    RegisterGrowth("plane wiped, by 57,600 pixels", 5, PlaneArea);
+    RegisterGrowth("plane cleared, by 57,600 pixels", 5, PlaneArea);
     return 0;
 }();
 

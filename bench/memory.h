@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What memory this process takes, as the kernel counts it.
+// The memory of this process, as the kernel reports it.
 #ifndef BENCH_MEMORY_H
 #define BENCH_MEMORY_H
 
@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
-// By its key in the process's status: "VmRSS:", what it takes now, or "VmHWM:", the most it has taken.
+// The key is that of /proc/self/status: "VmRSS:" for the current size, "VmHWM:" for the peak.
 inline long MemoryKiB(const char *pcKey)
 {
     const std::size_t uiKey = std::strlen(pcKey);

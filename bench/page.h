@@ -3,14 +3,14 @@
 #ifndef BENCH_PAGE_H
 #define BENCH_PAGE_H
 
-#include "bed.h"
+#include "fixture.h"
 
 namespace bench
 {
 
-// What is drawn in one go: cells of glyphs, in batches of a hundred.
+// A page consists of cells, each with one glyph, and is drawn in batches of a hundred.
 struct Page {
-    kova_uint32 uiColumns, uiRows, uiWidth, uiHeight; // cells, and pixels a cell before enlarging
+    kova_uint32 uiColumns, uiRows, uiWidth, uiHeight; // in cells; pixels per cell before expansion
     KovaTextExpand_e eExpand;
     kova_uint32 uiHorizontal, uiVertical;
 
@@ -23,12 +23,12 @@ struct Page {
 constexpr Page TELETEXT = {40, 25, 12, 10, KOVA_EXPAND_2X2Y, 2, 2};
 constexpr Page GLYPHS = {10, 10, 48, 48, KOVA_EXPAND_1X1Y, 1, 1};
 
-// The cells of a page as the library is told them.
+// The cells of a page as arguments of the library.
 class Cells
 {
 public:
     explicit Cells(const Page &page);
-    void Draw(const Display &display); // all, in batches of a hundred
+    void Draw(const Display &display); // all cells, in batches of a hundred
     void DrawBatch(const Display &display, size_t uiFirst, kova_uint8 ucCount);
 
 private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Pixels that the library writes itself, beside memcpy and memset of as many bytes to the same place.
-#include "bed.h"
+// Pixels that the library writes itself, compared with memcpy and memset of the same number of bytes to the
+// same place.
+#include "fixture.h"
 #include "page.h"
 
 #include <cstring>
@@ -8,7 +9,7 @@
 namespace bench
 {
 
-// The same cells as rows of finished pixels: what the drawing would cost if there were no bits to expand.
+// Writes the same cells as rows of finished pixels: the cost of drawing without expanding bits.
 template <typename Move>
 static void MoveCells(const Page &page, size_t uiBytes, void *pData, int iPitch, Move move)
 {
@@ -31,17 +32,17 @@ static void DrawPage(benchmark::State &state, const Page &page, Colors_e eColors
     void *pData;
     int iPitch;
 
-    // The address stays the same as long as nothing flips.
+    // The address does not change while nothing flips.
     display.Surface()->Lock(display.Surface(), DSLF_WRITE, &pData, &iPitch);
     display.Surface()->Unlock(display.Surface());
     const auto draw = [&] { cells.Draw(display); };
     if (bFill) {
-        Versus(state, "memset", draw, [&] {
+        CompareWith(state, "memset", draw, [&] {
             MoveCells(page, uiBytes, pData, iPitch,
                       [&](char *pcTo, size_t, size_t uiRow) { std::memset(pcTo, 7, uiRow); });
         });
     } else {
-        Versus(state, "memcpy", draw, [&] {
+        CompareWith(state, "memcpy", draw, [&] {
             MoveCells(page, uiBytes, pData, iPitch, [&](char *pcTo, size_t y, size_t uiRow) {
                 std::memcpy(pcTo, source.data() + y * uiRow, uiRow);
             });
@@ -49,7 +50,7 @@ static void DrawPage(benchmark::State &state, const Page &page, Colors_e eColors
     }
 }
 
-// Raw rows without DirectFB at all; beside its lock they stand among the direct calls.
+// Raw rows without DirectFB; direct_bench.cpp includes its lock.
 static void DrawPixels(benchmark::State &state, kova_uint32 uiWidth, kova_uint32 uiHeight)
 {
     Display display(INDEX);
@@ -59,7 +60,7 @@ static void DrawPixels(benchmark::State &state, kova_uint32 uiWidth, kova_uint32
 
     display.Surface()->Lock(display.Surface(), DSLF_WRITE, &pData, &iPitch);
     display.Surface()->Unlock(display.Surface());
-    Versus(
+    CompareWith(
         state, "memcpy",
         [&] { display->DrawPixel(display, 0, pixels.data(), 0, 0, uiWidth, uiHeight, uiWidth); },
         [&] {
@@ -72,20 +73,19 @@ static void DrawPixels(benchmark::State &state, kova_uint32 uiWidth, kova_uint32
 }
 
 static const int s_registered = [] {
-    if (IsX11()) return 0; // the memory is the same there
+    if (IsX11()) return 0; // the result would be the same
     for (const bool bFill : {false, true}) {
         for (const Colors_e eColors : {INDEX, PALETTE}) {
-            const std::string group = std::string("pixels/beside ") + (bFill ? "memset " : "memcpy ") +
+            const std::string group = std::string("pixels/") + (bFill ? "memset " : "memcpy ") +
                                       (eColors == INDEX ? "LUT8/" : "ARGB/");
-            Register(group + "teletext page 40x25, enlarged 2x2",
+            Register(group + "teletext page 40x25, expanded 2x2",
                      [=](benchmark::State &state) { DrawPage(state, TELETEXT, eColors, bFill); });
             Register(group + "100 glyphs of 48x48",
                      [=](benchmark::State &state) { DrawPage(state, GLYPHS, eColors, bFill); });
         }
     }
-    Register("pixels/beside memcpy LUT8/rows 32x32",
-             [](benchmark::State &state) { DrawPixels(state, 32, 32); });
-    Register("pixels/beside memcpy LUT8/rows 1920x1080",
+    Register("pixels/memcpy LUT8/rows 32x32", [](benchmark::State &state) { DrawPixels(state, 32, 32); });
+    Register("pixels/memcpy LUT8/rows 1920x1080",
              [](benchmark::State &state) { DrawPixels(state, 1920, 1080); });
     return 0;
 }();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// 16-bit text to UTF-8, beside the libraries that one would take for it.
-#include "bed.h"
+// 16-bit text to UTF-8, compared with the usual libraries.
+#include "fixture.h"
 
 #include "operations.h"
 
@@ -12,7 +12,7 @@ namespace bench
 
 enum { UNITS = 127 };
 
-// A sentence over and over.
+// Repeats the sentence up to the length of a string.
 static std::vector<unsigned short> Repeat(const char16_t *pText)
 {
     std::vector<unsigned short> units;
@@ -22,14 +22,14 @@ static std::vector<unsigned short> Repeat(const char16_t *pText)
     return units;
 }
 
-static void BesideIconv(benchmark::State &state, const char16_t *pText)
+static void WithIconv(benchmark::State &state, const char16_t *pText)
 {
     std::vector<unsigned short> units = Repeat(pText);
     char acOurs[1024], acTheirs[1024];
     kova_uint32 uiBytes;
     const iconv_t converter = iconv_open("UTF-8", "UTF-16LE");
 
-    Versus(
+    CompareWith(
         state, "iconv",
         [&] {
             textdisp::ConvertUnicode2UTF8(units.data(), UNITS, acOurs, sizeof acOurs, &uiBytes);
@@ -44,14 +44,14 @@ static void BesideIconv(benchmark::State &state, const char16_t *pText)
     iconv_close(converter);
 }
 
-static void BesideIcu(benchmark::State &state, const char16_t *pText)
+static void WithIcu(benchmark::State &state, const char16_t *pText)
 {
     const std::vector<unsigned short> units = Repeat(pText);
     const std::u16string text(units.begin(), units.end());
     char acOurs[1024], acTheirs[1024];
     kova_uint32 uiBytes;
 
-    Versus(
+    CompareWith(
         state, "ICU",
         [&] {
             textdisp::ConvertUnicode2UTF8(units.data(), UNITS, acOurs, sizeof acOurs, &uiBytes);
@@ -69,17 +69,17 @@ static const int s_registered = [] {
     static constexpr struct {
         const char *pcName;
         const char16_t *pText;
-    } TEXTS[] = {{"Latin, ASCII alone", u"Is anybody there? The door was open when I came home. "},
+    } TEXTS[] = {{"Latin, only ASCII", u"Is anybody there? The door was open when I came home. "},
                  {"Latin, with accents", u"L'élève a été reçu à l'école où il était né, dès l'été. "},
                  {"Cyrillic", u"Есть здесь кто-нибудь? Дверь была открыта, когда я пришёл. "},
                  {"CJK", u"有人在吗？我回家的时候门是开着的。"}};
 
     if (IsX11()) return 0;
     for (const auto &text : TEXTS) {
-        Register(std::string("utf8/beside iconv/") + text.pcName,
-                 [&text](benchmark::State &state) { BesideIconv(state, text.pText); });
-        Register(std::string("utf8/beside ICU/") + text.pcName,
-                 [&text](benchmark::State &state) { BesideIcu(state, text.pText); });
+        Register(std::string("utf8/iconv/") + text.pcName,
+                 [&text](benchmark::State &state) { WithIconv(state, text.pText); });
+        Register(std::string("utf8/ICU/") + text.pcName,
+                 [&text](benchmark::State &state) { WithIcu(state, text.pText); });
     }
     return 0;
 }();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// One way to draw captions. Each is an executable of its own, so that its memory is its own.
+// The interface of a caption renderer. Each is a separate executable, so that its memory can be measured.
 #ifndef BENCH_CAPTIONS_CONTENDER_H
 #define BENCH_CAPTIONS_CONTENDER_H
 
@@ -20,24 +20,23 @@ constexpr int WIDTH = 1920, HEIGHT = 1080;
 constexpr int FONT_SIZE = 48; // pixels of the em square
 constexpr const char *FONT_FILE = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
 
-// Two lines of 32 characters. The next caption is another one, so that nobody gets away with the last
-// picture.
+// Two lines of 32 characters. Two captions alternate, so that no renderer can reuse its last picture.
 constexpr const char *CAPTIONS[2][2] = {
     {"The quick brown fox jumps over a", "lazy dog while nobody is looking"},
     {"Pack my box with five dozen jugs", "of liquid veneer and do be quick"},
 };
 constexpr int LINE_LENGTH = 32;
 constexpr int LEFT = 400, TOPS[2] = {900, 960};
-// What is wiped before a caption is drawn.
+// The area that is cleared before a caption is drawn.
 constexpr int BOX_X = 390, BOX_Y = 890, BOX_WIDTH = 1140, BOX_HEIGHT = 140;
 
-// A pass of a string: its place beside the text's, and whether it is drawn in the edge colour.
+// A pass of a string: its offset from the text's position, and whether it uses the edge colour.
 struct Pass_t {
     int iX, iY;
     bool bEdge;
 };
 
-// The passes the library draws, for those who draw in passes too.
+// The passes of the library, for renderers that draw in passes too.
 inline std::vector<Pass_t> Passes(Edge_e eEdge)
 {
     switch (eEdge) {
@@ -56,17 +55,17 @@ inline std::vector<Pass_t> Passes(Edge_e eEdge)
     }
 }
 
-// The rest is the contender's own.
+// Each renderer implements the following.
 extern const char *const CONTENDER, *const DIFFERENCES;
 
-void Start();                       // what is there before the first caption: the screen or the picture
-void Open(Edge_e eEdge);            // the library itself, if it is not the screen's, and the font
-void Draw(int iCaption);            // wipes the box and draws; white on black, black edge
-const uint32_t *Look(int *piPitch); // the picture, ARGB; the pitch in pixels
+void Start();                         // initialises the screen or the picture
+void Open(Edge_e eEdge);              // opens the renderer, if it is not part of the screen, and the font
+void Draw(int iCaption);              // clears the box and draws: white on black, black edge
+const uint32_t *Pixels(int *piPitch); // the picture, ARGB; the pitch in pixels
 
-// Lays a mask in one colour, 0xRRGGBB, over a picture with premultiplied colours.
+// Blends a mask in one colour, 0xRRGGBB, onto a picture with premultiplied colours.
 void BlendMask(uint32_t *puiPicture, const uint8_t *pucMask, int iMaskPitch, int iX, int iY, int iWidth,
                int iHeight, uint32_t uiColor);
-void WipeBox(uint32_t *puiPicture);
+void ClearBox(uint32_t *puiPicture);
 
 #endif

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "contender.h"
 
-#include "bed.h"
 #include "direct_window.h"
+#include "fixture.h"
 
 const char *const CONTENDER = "raw DirectFB";
 const char *const DIFFERENCES = "the same passes by direct calls";
@@ -45,14 +45,14 @@ void Draw(int iCaption)
     }
 }
 
-const uint32_t *Look(int *piPitch)
+const uint32_t *Pixels(int *piPitch)
 {
     IDirectFBSurface *const pSurface = g_pWindow->Surface();
     void *pData;
 
     pSurface->Lock(pSurface, DSLF_WRITE, &pData,
-                   piPitch);    // what is drawn on; reading would give what is shown
-    pSurface->Unlock(pSurface); // its memory stays where it is as long as nothing flips
+                   piPitch);    // the back buffer; a read lock would return the front buffer
+    pSurface->Unlock(pSurface); // the address does not change while nothing flips
     *piPitch /= 4;
     return static_cast<const uint32_t *>(pData);
 }

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "contender.h"
 
-#include "bed.h"
+#include "fixture.h"
 
 const char *const CONTENDER = "this library";
-const char *const DIFFERENCES =
-    "DirectFB draws the string once for each pass; glyph by glyph, hinted by FreeType";
+const char *const DIFFERENCES = "DirectFB draws the string once per pass; glyph by glyph, hinted by FreeType";
 
 static bench::Display *g_pDisplay;
 
@@ -41,14 +40,14 @@ void Draw(int iCaption)
     }
 }
 
-const uint32_t *Look(int *piPitch)
+const uint32_t *Pixels(int *piPitch)
 {
     IDirectFBSurface *const pSurface = g_pDisplay->Surface();
     void *pData;
 
     pSurface->Lock(pSurface, DSLF_WRITE, &pData,
-                   piPitch);    // what is drawn on; reading would give what is shown
-    pSurface->Unlock(pSurface); // its memory stays where it is as long as nothing flips
+                   piPitch);    // the back buffer; a read lock would return the front buffer
+    pSurface->Unlock(pSurface); // the address does not change while nothing flips
     *piPitch /= 4;
     return static_cast<const uint32_t *>(pData);
 }

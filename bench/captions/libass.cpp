@@ -7,7 +7,7 @@
 
 const char *const CONTENDER = "libass";
 const char *const DIFFERENCES =
-    "shapes with HarfBuzz, no hinting; one shadow or a stroked outline as a mask of its own, "
+    "shapes with HarfBuzz, no hinting; one shadow or a stroked outline as a separate mask, "
     "blended here";
 
 static ASS_Renderer *g_pRenderer;
@@ -17,7 +17,7 @@ void Open(Edge_e eEdge)
 {
     static constexpr const char *EDGE[] = {"",        "\\shad1\\xshad-2\\yshad-2", "\\shad1\\xshad1\\yshad1",
                                            "\\bord1", "\\shad1\\xshad-2\\yshad2",  "\\shad1\\xshad2\\yshad2"};
-    // Its font size is that of ascender and descender together: 1.164 em of this font.
+    // Its font size is ascender plus descender: 1.164 em for this font.
     std::string script =
         "[Script Info]\nPlayResX: 1920\nPlayResY: 1080\n[V4+ Styles]\n"
         "Format: Name, Fontname, Fontsize, PrimaryColour, OutlineColour, BackColour, BorderStyle, "
@@ -42,7 +42,7 @@ void Open(Edge_e eEdge)
 
 void Draw(int iCaption)
 {
-    WipeBox(g_puiPicture);
+    ClearBox(g_puiPicture);
     for (const ASS_Image *p = ass_render_frame(g_pRenderer, g_pTrack, iCaption * 1000 + 500, nullptr); p;
          p = p->next) {
         BlendMask(g_puiPicture, p->bitmap, p->stride, p->dst_x, p->dst_y, p->w, p->h, p->color >> 8);

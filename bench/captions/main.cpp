@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Draws captions with one edge, and prints: the microseconds of the first caption, with all that has to be
-// opened for it, those of the captions after it, and the peak memory in KiB. With a file name: a picture of
-// the first. usage: PROGRAM EDGE(0 to 5) CAPTIONS [PICTURE.png]
+// Draws captions with one edge type, and prints the microseconds of the first caption, including everything
+// that is opened for it, those of the following captions, and the peak memory in KiB. With a file name it
+// writes a picture of the first caption. usage: PROGRAM EDGE(0 to 5) CAPTIONS [PICTURE.png]
 #include "../memory.h"
 #include "contender.h"
 
@@ -22,7 +22,7 @@ void BlendMask(uint32_t *puiPicture, const uint8_t *pucMask, int iMaskPitch, int
         const uint8_t *const pucFrom = pucMask + y * iMaskPitch;
         for (int x = 0; x < iWidth; x++) {
             const uint32_t a = pucFrom[x], b = 255 - a, d = puiTo[x];
-            // (v * 257 + 257) >> 16 is v / 255 for what fits here.
+            // (v * 257 + 257) >> 16 equals v / 255 in this range.
             const auto mix = [=](uint32_t uiNew, uint32_t uiOld) {
                 return ((uiNew * a + uiOld * b) * 257 + 257) >> 16;
             };
@@ -32,17 +32,17 @@ void BlendMask(uint32_t *puiPicture, const uint8_t *pucMask, int iMaskPitch, int
     }
 }
 
-void WipeBox(uint32_t *puiPicture)
+void ClearBox(uint32_t *puiPicture)
 {
     for (int y = BOX_Y; y < BOX_Y + BOX_HEIGHT; y++)
         std::memset(puiPicture + y * WIDTH + BOX_X, 0, BOX_WIDTH * 4);
 }
 
-// The box over grey, as colours that are premultiplied.
+// The box over grey; the colours are premultiplied.
 static void SavePicture(const char *pcFile)
 {
     int iPitch;
-    const uint32_t *const puiPicture = Look(&iPitch);
+    const uint32_t *const puiPicture = Pixels(&iPitch);
     std::vector<uint8_t> rgb;
     png_image image = {};
 
@@ -84,5 +84,5 @@ int main(int argc, char **argv)
     for (int i = 0; i < iCaptions; i++) line += " " + std::to_string(time([=] { Draw(i % 2); }));
     std::printf("%s\n%ld\n%s\n%s\n", line.c_str(), MemoryKiB("VmHWM:"), CONTENDER, DIFFERENCES);
     std::fflush(stdout);
-    std::quick_exit(0); // what a library does on its way out is not measured
+    std::quick_exit(0); // the exit of a library is not measured
 }

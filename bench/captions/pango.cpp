@@ -5,7 +5,7 @@
 
 const char *const CONTENDER = "Pango with Cairo";
 const char *const DIFFERENCES =
-    "shapes with HarfBuzz, font by fontconfig, its default hinting; the same passes, "
+    "shapes with HarfBuzz, font from fontconfig, its default hinting; the same passes, "
     "a uniform edge as a stroked path";
 
 static cairo_surface_t *g_pPicture;
@@ -55,7 +55,7 @@ void Draw(int iCaption)
     }
 }
 
-const uint32_t *Look(int *piPitch)
+const uint32_t *Pixels(int *piPitch)
 {
     cairo_surface_flush(g_pPicture);
     *piPitch = cairo_image_surface_get_stride(g_pPicture) / 4;

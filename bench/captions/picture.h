@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The picture of those who have no screen of their own.
+// The picture of renderers without a screen.
 #ifndef BENCH_CAPTIONS_PICTURE_H
 #define BENCH_CAPTIONS_PICTURE_H
 
@@ -12,7 +12,7 @@ void Start()
     g_puiPicture = new uint32_t[WIDTH * HEIGHT]();
 }
 
-const uint32_t *Look(int *piPitch)
+const uint32_t *Pixels(int *piPitch)
 {
     return *piPitch = WIDTH, g_puiPicture;
 }

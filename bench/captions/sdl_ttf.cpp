@@ -6,7 +6,7 @@
 const char *const CONTENDER = "SDL_ttf";
 const char *const DIFFERENCES =
     "shapes with HarfBuzz, hinted; a new surface for each colour of each line, blitted once "
-    "a pass, a uniform edge by its own outline";
+    "per pass, a uniform edge as its own outline";
 
 static SDL_Surface *g_pPicture;
 static TTF_Font *g_pFont, *g_pOutline;
@@ -59,7 +59,7 @@ void Draw(int iCaption)
     }
 }
 
-const uint32_t *Look(int *piPitch)
+const uint32_t *Pixels(int *piPitch)
 {
     *piPitch = g_pPicture->pitch / 4;
     return static_cast<const uint32_t *>(g_pPicture->pixels);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The cost of the library's own layer. Without an argument: nanoseconds. With --count every operation is
-// called once, between marks that bench/count finds in the output of callgrind and strace, and its
-// allocations are printed.
+// The overhead of the library. Without an argument it measures nanoseconds. With --count it calls every
+// operation once, between marks that bench/count finds in the output of callgrind and strace, and prints the
+// number of allocations.
 #include "operations.h"
 
 #include <cstdio>
@@ -17,7 +17,7 @@ extern "C" void *__libc_realloc(void *, size_t);
 
 static int g_iAllocations;
 
-// Every allocation of the process comes here first.
+// Every allocation of the process goes through these functions.
 extern "C" void *malloc(size_t uiSize)
 {
     return g_iAllocations++, __libc_malloc(uiSize);
@@ -36,7 +36,7 @@ extern "C" void *realloc(void *pOld, size_t uiSize)
 namespace bench
 {
 
-// A system call that changes nothing and that strace prints with its name.
+// A system call without side effects that strace prints with the name of the operation.
 static void Mark(const char *pcPhase, const char *pcName)
 {
     // cppcheck-suppress ignoredReturnValue ; the file is never there
@@ -47,7 +47,7 @@ static int Count(const Operation &operation)
 {
     NullDisplay display(operation.eColors, operation.eLayer);
 
-    // The first call is the loader's too, which resolves names then.
+    // The dynamic loader resolves symbols during the first call.
     for (int i = 0; i < 3; i++) {
         if (operation.pPrepare) operation.pPrepare(display);
         operation.pCall(display);
@@ -64,25 +64,26 @@ static int Count(const Operation &operation)
     return iAllocations;
 }
 
-template <typename Way> static void Time(benchmark::State &state, Way way)
+template <typename Candidate> static void Time(benchmark::State &state, Candidate candidate)
 {
-    const int iCalls = CallsInABatch(way);
+    const int iCalls = CallsInABatch(candidate);
     std::vector<double> times;
 
     for (auto _ : state) {
-        times.push_back(SecondsOf(iCalls, way) / iCalls);
+        times.push_back(SecondsOf(iCalls, candidate) / iCalls);
         state.SetIterationTime(times.back());
     }
     state.counters["ours"] = Median(times) * 1e9;
 }
 
-// What many operations cannot do without, alone.
-template <typename Way> static void RegisterAlone(const char *pcName, Way way)
+// Registers a building block of many operations on its own.
+template <typename Candidate> static void RegisterAlone(const char *pcName, Candidate candidate)
 {
-    Register(std::string("calls//") + pcName, [way](benchmark::State &state) { Time(state, way); });
+    Register(std::string("calls//") + pcName,
+             [candidate](benchmark::State &state) { Time(state, candidate); });
 }
 
-static void RegisterWhatIsNeeded()
+static void RegisterBuildingBlocks()
 {
     static pthread_mutex_t s_mutex;
     static struct timeval s_now;
@@ -91,11 +92,11 @@ static void RegisterWhatIsNeeded()
     pthread_mutexattr_init(&attribute);
     pthread_mutexattr_settype(&attribute, PTHREAD_MUTEX_RECURSIVE);
     pthread_mutex_init(&s_mutex, &attribute);
-    RegisterAlone("(the mutex alone, locked and unlocked)", [] {
+    RegisterAlone("(the mutex only, locked and unlocked)", [] {
         pthread_mutex_lock(&s_mutex);
         pthread_mutex_unlock(&s_mutex);
     });
-    RegisterAlone("(the clock alone)", [] { gettimeofday(&s_now, nullptr); });
+    RegisterAlone("(the clock only)", [] { gettimeofday(&s_now, nullptr); });
 }
 
 } // namespace bench
@@ -110,13 +111,13 @@ int main(int argc, char **argv)
         return bDemand && iAllocations != 0;
     }
     for (const bench::Operation &operation : bench::Operations()) {
-        if (operation.pPrepare) continue; // no operation to repeat by itself
+        if (operation.pPrepare) continue; // cannot be repeated without its preparation
         bench::Register(std::string("calls//") + operation.pcName, [&operation](benchmark::State &state) {
             bench::NullDisplay display(operation.eColors, operation.eLayer);
             bench::Time(state, [&] { operation.pCall(display); });
         });
     }
-    bench::RegisterWhatIsNeeded();
+    bench::RegisterBuildingBlocks();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
     benchmark::RunSpecifiedBenchmarks();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A DirectFB whose calls return at once, so that what is left of an operation's cost is the library's own.
+// A null DirectFB whose calls return at once, so that the remaining cost of an operation is the library's.
 #include "platform/directfb_c.h"
 
 #define EXPORTED extern "C" __attribute__((visibility("default")))
@@ -9,7 +9,7 @@ template <typename Result, typename... Arguments> static void Mute(Result (*&met
     method = [](Arguments...) { return Result(DFB_OK); };
 }
 
-// Methods that give an object away give one of these, which nobody frees.
+// Methods that return an object return one of these, which are never freed.
 static IDirectFB s_dfb;
 static IDirectFBDisplayLayer s_layer;
 static IDirectFBWindow s_window;

@@ -16,7 +16,7 @@ NullDisplay::NullDisplay(Colors_e eColors, KovaGraphicLayer_e eLayer) : m_displa
 {
     m_display.OpenFont();
     m_display->SetEdgeType(m_display, 0, KOVA_TEXT_ENONE);
-    // No operation makes a backup surface; with one, the two operations on it do all they can.
+    // No operation creates a backup surface; with one, the two operations that use it run completely.
     KovaDFBDisplay_t *const pRecord = m_display.Record();
     pRecord->pDfb->CreateSurface(pRecord->pDfb, nullptr, &pRecord->pBackupSurface);
 }
@@ -43,13 +43,13 @@ static struct Batch {
     }
 } g_batch;
 
-// Sleeps past the 16 milliseconds in which a flip on layers 2 and 3 is put off.
+// Sleeps longer than the 16 ms in which a flip on layers 2 and 3 is deferred.
 static void AwaitFlipTime(NullDisplay &)
 {
     usleep(40000);
 }
 
-// Makes a direct flip, so that the next one is put off, and lets the flip thread fall asleep again.
+// Makes a direct flip, so that the next one is deferred, after the flip thread has gone to sleep.
 static void JustFlipped(NullDisplay &d)
 {
     usleep(40000);
@@ -127,13 +127,13 @@ const std::vector<Operation> &Operations()
          },
          nullptr, L1, PALETTE},
         {"AdjustDisplaySize", [](D d) { d->AdjustDisplaySize(d, 0, 0, 0, 1280, 720); }, nullptr, L1, PALETTE},
-        // Where layers 2 and 3 or the index mode do more.
+        // Layers 2 and 3 and index mode do more in these operations.
         {"FillRect, index mode", [](D d) { d->FillRect(d, 0, &g_rect, 7); }, nullptr, L2, INDEX},
         {"SetPalette, 256 colours, index mode", [](D d) { d->SetPalette(d, 0, g_colors, 256, 0); }, nullptr,
          L2, INDEX},
         {"Flip, layer 2, at once", [](D d) { d->Flip(d, 0); }, AwaitFlipTime, L2, INDEX},
-        {"Flip, layer 2, put off", [](D d) { d->Flip(d, 0); }, JustFlipped, L2, INDEX},
-        {"DrawString, 32 characters, layer 2, put off",
+        {"Flip, layer 2, deferred", [](D d) { d->Flip(d, 0); }, JustFlipped, L2, INDEX},
+        {"DrawString, 32 characters, layer 2, deferred",
          [](D d) { d->DrawString(d, 0, pTEXT, sizeof TEXT - 1, 9, 9, KOVA_TEXT_UTF8, KOVA_TEXT_LEFT); },
          JustFlipped, L2, INDEX},
     };

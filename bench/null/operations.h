@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
-// Every operation of the table, called once, on a display that the null DirectFB carries.
+// Every operation of the table, as a single call on a display of the null DirectFB.
 #ifndef BENCH_NULL_OPERATIONS_H
 #define BENCH_NULL_OPERATIONS_H
 
-#include "bed.h"
+#include "fixture.h"
 
 namespace bench
 {
 
-// What an operation is called with. A call alternates between two sets of values where the operation does
-// nothing if it is given the same again.
+// The display of the calls. Turn alternates between two values, for operations that do nothing if they get
+// the same value again.
 class NullDisplay
 {
 public:
@@ -36,7 +36,7 @@ private:
 struct Operation {
     const char *pcName;
     void (*pCall)(NullDisplay &display);
-    void (*pPrepare)(NullDisplay &display); // before each call, or null: the call may be repeated
+    void (*pPrepare)(NullDisplay &display); // called before each call; null if the call can be repeated
     KovaGraphicLayer_e eLayer;
     Colors_e eColors;
 };

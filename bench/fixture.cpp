@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "bed.h"
+#include "fixture.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -10,12 +10,12 @@
 namespace bench
 {
 
-static DFBResult KeepStill(IDirectFBSurface *, const DFBRegion *, DFBSurfaceFlipFlags)
+static DFBResult DoNotFlip(IDirectFBSurface *, const DFBRegion *, DFBSurfaceFlipFlags)
 {
     return DFB_OK;
 }
 
-[[noreturn]] static void Give(const char *pcReason)
+[[noreturn]] static void Exit(const char *pcReason)
 {
     std::fprintf(stderr, "%s\n", pcReason);
     std::exit(1);
@@ -26,7 +26,7 @@ IDirectFB *KeepDirectFB()
     static IDirectFB *pDfb;
     static void *const pHandle = dlopen("libdirectfb.so", RTLD_NOW | RTLD_GLOBAL);
 
-    if (!pHandle) Give("No DirectFB: is libdirectfb-dev installed?");
+    if (!pHandle) Exit("DirectFB not found: install libdirectfb-dev.");
     if (pDfb) return pDfb;
     reinterpret_cast<DFBResult (*)(int *, char ***)>(dlsym(pHandle, "DirectFBInit"))(nullptr, nullptr);
     reinterpret_cast<DFBResult (*)(IDirectFB **)>(dlsym(pHandle, "DirectFBCreate"))(&pDfb);
@@ -56,7 +56,7 @@ int Rounds()
 
 void Mute(IDirectFBSurface *pSurface)
 {
-    pSurface->Flip = KeepStill;
+    pSurface->Flip = DoNotFlip;
 }
 
 Display::Display(Colors_e eColors, KovaGraphicLayer_e eLayer, bool bMuted)
@@ -74,12 +74,12 @@ Display::Display(Colors_e eColors, KovaGraphicLayer_e eLayer, bool bMuted)
     Kova_TextDisp_Create(KOVA_GRAPHIC_DIRECTFB, &init);
     m_pDisplay = Kova_TextDisp_GetDisplayByID(0);
     if (!m_pDisplay || Kova_TextDisp_CreateContext(m_pDisplay, &context) != 0) {
-        Give("No display to measure on: is libdirectfb-extra installed, and DFBARGS as bench/run gives it?");
+        Exit("No display: install libdirectfb-extra, and set DFBARGS as bench/run does.");
     }
-    // Activation ends the 32-bit mode, so such a display goes without.
+    // An activation ends 32-bit mode.
     if (eColors != PACKED) Kova_TextDisp_SetActive(m_pDisplay, 0, 1);
     m_pDisplay->Show(m_pDisplay, 0);
-    if (!Surface()) Give("The display has no surface: give DFBARGS a mode, as bench/run does.");
+    if (!Surface()) Exit("The display has no surface: set a mode in DFBARGS, as bench/run does.");
     for (int i = 0; i < 256; i++) {
         colors[i] = {kova_uint8(i * 37), kova_uint8(i * 91), kova_uint8(i * 173), 255};
     }
@@ -95,11 +95,11 @@ Display::~Display()
 
 kova_sint32 Display::OpenFont(int iName, kova_uint32 uiHeight)
 {
-    const std::string name = std::string(size_t(iName), '/') + FONT; // "//usr" is "/usr", under another name
+    const std::string name = std::string(size_t(iName), '/') + FONT; // "//usr" is another name of "/usr"
     kova_sint32 siFont = -1;
 
     m_pDisplay->CreateFont(m_pDisplay, 0, name.c_str(), uiHeight, KOVA_FONTATTR_NONE, &siFont);
-    if (siFont < 0) Give("No font to measure with: is fonts-dejavu-core installed?");
+    if (siFont < 0) Exit("Font not found: install fonts-dejavu-core.");
     m_pDisplay->SetFont(m_pDisplay, 0, siFont, uiHeight, KOVA_FONTATTR_NONE);
     return siFont;
 }
@@ -112,14 +112,14 @@ double Median(std::vector<double> values)
     return *middle;
 }
 
-void SetComparison(benchmark::State &state, const std::vector<double> &ours,
-                   const std::vector<double> &theirs)
+void SetComparison(benchmark::State &state, const std::vector<double> &times,
+                   const std::vector<double> &baselineTimes)
 {
     std::vector<double> ratios;
 
-    for (size_t i = 0; i < ours.size(); i++) ratios.push_back(ours[i] / theirs[i]);
-    state.counters["ours"] = Median(ours) * 1e9;
-    state.counters["beside"] = Median(theirs) * 1e9;
+    for (size_t i = 0; i < times.size(); i++) ratios.push_back(times[i] / baselineTimes[i]);
+    state.counters["ours"] = Median(times) * 1e9;
+    state.counters["baseline"] = Median(baselineTimes) * 1e9;
     state.counters["ratio"] = Median(ratios);
 }
 
