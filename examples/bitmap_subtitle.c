@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* A subtitle that comes as a bitmap with a palette of its own, as broadcast ones do.
+/* A bitmap subtitle with its own palette, as in broadcasts.
    usage: bitmap_subtitle [SECONDS] */
 #include "kova/kova_textdisp.h"
 
@@ -8,10 +8,10 @@
 #include <string.h>
 #include <unistd.h>
 
-/* A small plane: layer 1 is a window that is scaled over the whole screen, whatever its size. */
+/* A small plane: layer 1 is a window that is scaled to the whole screen. */
 enum { WIDTH = 96, HEIGHT = 54, FIRST = 16, COLORS = 3, ROWS = 13 };
 
-/* As it was received, one character a pixel: '.' the box, 'o' the outline, '#' the letters. */
+/* The received bitmap, one character per pixel: '.' is the box, 'o' the outline, '#' the letters. */
 static const char *const received[ROWS] = {
     ".......................................................",
     ".......................................................",
@@ -28,7 +28,7 @@ static const char *const received[ROWS] = {
     ".......................................................",
 };
 
-/* The pixels as indexes into the display's palette, behind the entries that others use. */
+/* Converts the pixels to indexes into the display's palette, behind the entries of other captions. */
 static kova_uint8 *Unpack(void)
 {
     const size_t width = strlen(received[0]);
@@ -56,14 +56,14 @@ static int Subtitle(pKovaITextDisplay_t pThiz, kova_sint8 scID, kova_uint8 *pixe
 
 int main(int argc, char **argv)
 {
-    /* Neither 32-bit colours nor a palette copy: each pixel is one byte, an index. DrawPixel asks for it. */
+    /* Index mode: each pixel is one byte, a palette index. DrawPixel requires it. */
     KovaTextInitParam_t param = {KOVA_GRAPHIC_LAYER1, 0, 0, WIDTH, HEIGHT, 0, 0, 0, 0};
     KovaTextContextParam_t geometry = {.uiPlaneWidth = WIDTH, .uiPlaneHeight = HEIGHT};
     kova_uint8 *const pixels = Unpack();
 
     Kova_TextDisp_Create(KOVA_GRAPHIC_DIRECTFB, &param);
     const pKovaITextDisplay_t pThiz = Kova_TextDisp_GetDisplayByID(0);
-    if (!pThiz || !pixels) return fprintf(stderr, "No display: is there a DirectFB?\n"), 1;
+    if (!pThiz || !pixels) return fprintf(stderr, "No display: is DirectFB installed?\n"), 1;
 
     const kova_sint8 scID = Kova_TextDisp_CreateContext(pThiz, &geometry);
     const int iFailed = scID < 0 || Subtitle(pThiz, scID, pixels);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* Two styled lines of caption on the on-screen display.  usage: hello_caption [FONT-FILE [SECONDS]] */
+/* Two caption lines with edges on the on-screen display.  usage: hello_caption [FONT-FILE [SECONDS]] */
 #include "kova/kova_textdisp.h"
 
 #include <stdio.h>
@@ -13,7 +13,7 @@ static int Line(pKovaITextDisplay_t pThiz, kova_sint8 scID, kova_uint32 uiY, Kov
                 kova_uint32 color, const char *pcText)
 {
     const kova_uint8 ucBytes = (kova_uint8)strlen(pcText);
-    const void *const pText = pcText; /* UTF-8 travels in the same argument as 16-bit text */
+    const void *const pText = pcText; /* the same parameter takes UTF-8 and 16-bit text */
     kova_uint32 uiWidth = 0;
 
     if (pThiz->SetEdgeType(pThiz, scID, eEdge) || pThiz->SetEdgeColor(pThiz, scID, BLACK)) return -1;
@@ -25,7 +25,7 @@ static int Line(pKovaITextDisplay_t pThiz, kova_sint8 scID, kova_uint32 uiY, Kov
 static int Caption(pKovaITextDisplay_t pThiz, kova_sint8 scID, const char *pcFontFile)
 {
     KovaTextColor_t colors[] = {{0, 0, 0, 0}, {255, 255, 255, 255}, {255, 230, 80, 255}, {0, 0, 0, 255}};
-    kova_sint32 siFont = -1; /* stays so where no font is opened: CreateFont answers 0 all the same */
+    kova_sint32 siFont = -1; /* stays -1 if no font is opened: CreateFont returns 0 in any case */
 
     Kova_TextDisp_SetActive(pThiz, scID, 1);
     pThiz->Show(pThiz, scID);
@@ -44,8 +44,8 @@ int main(int argc, char **argv)
     KovaTextContextParam_t geometry = {.uiPlaneWidth = WIDTH, .uiPlaneHeight = HEIGHT};
 
     Kova_TextDisp_Create(KOVA_GRAPHIC_DIRECTFB, &param);
-    const pKovaITextDisplay_t pThiz = Kova_TextDisp_GetDisplayByID(0); /* the one answer that tells */
-    if (!pThiz) return fprintf(stderr, "No display: is there a DirectFB?\n"), 1;
+    const pKovaITextDisplay_t pThiz = Kova_TextDisp_GetDisplayByID(0); /* the only reliable result */
+    if (!pThiz) return fprintf(stderr, "No display: is DirectFB installed?\n"), 1;
 
     const kova_sint8 scID = Kova_TextDisp_CreateContext(pThiz, &geometry);
     if (scID < 0) return fprintf(stderr, "No context\n"), 1;

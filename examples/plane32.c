@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* A plane of 32-bit colours on layer 2: each colour is 0xRRGGBBAA, opacity included, and there is no palette.
+/* A plane with 32-bit colours on layer 2: each colour is 0xRRGGBBAA, including opacity; there is no palette.
    usage: plane32 [FONT-FILE [SECONDS]] */
 #include "kova/kova_textdisp.h"
 
@@ -15,7 +15,7 @@ static kova_uint32 Rgba(kova_uint32 r, kova_uint32 g, kova_uint32 b, kova_uint32
     return r << 24 | g << 16 | b << 8 | a;
 }
 
-/* Two bars: one goes through 256 colours, the one below it grows opaque. */
+/* Two bars: 256 colours, and below them 256 opacities. */
 static int Bars(pKovaITextDisplay_t pThiz, kova_sint8 scID, kova_uint32 uiY)
 {
     const kova_uint32 uiStep = WIDTH / 256;
@@ -35,7 +35,7 @@ static int Draw(pKovaITextDisplay_t pThiz, kova_sint8 scID, const char *pcFontFi
     const char *const pcText = "Every colour, every opacity";
     kova_sint32 siFont = -1;
 
-    /* Makes the context the active one, closes all fonts, and is left by an activation: so it comes first. */
+    /* Must come first: it activates the context and closes all fonts. An activation would end 32-bit mode. */
     if (pThiz->Create32BitPlane(pThiz, scID, 0, 0, WIDTH, HEIGHT)) return -1;
     pThiz->Show(pThiz, scID);
     if (Bars(pThiz, scID, 540)) return -1;

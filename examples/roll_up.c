@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* A roll-up window of three rows: a line is written at the bottom, and rolls up when the next one comes.
+/* A roll-up window of three rows: each new line is written at the bottom and moves the others up.
    usage: roll_up [FONT-FILE [SECONDS]] */
 #include "kova/kova_textdisp.h"
 
@@ -16,12 +16,12 @@ static int Write(pKovaITextDisplay_t pThiz, kova_sint8 scID, const char *pcText)
 {
     const kova_uint32 uiRow = window.uiY + (ROWS - 1) * ROW;
 
-    /* At least STEP rows of pixels below the letters stay empty, so rolling needs no wiping. */
+    /* At least STEP pixel rows below the letters stay empty, so nothing needs to be cleared. */
     return pThiz->DrawString(pThiz, scID, (const void *)pcText, (kova_uint8)strlen(pcText), window.uiX + 16,
                              uiRow, KOVA_TEXT_UTF8, 0);
 }
 
-/* The window one row up, a few pixels a frame: each Blit flips, and so waits for the vertical sync. */
+/* Moves the window up one row, a few pixels per frame: each Blit flips and waits for the vertical sync. */
 static int RollUp(pKovaITextDisplay_t pThiz, kova_sint8 scID)
 {
     KovaTextRect_t below = {window.uiX, window.uiY + STEP, window.uiWidth, window.uiHeight - STEP};
@@ -65,7 +65,7 @@ int main(int argc, char **argv)
 
     Kova_TextDisp_Create(KOVA_GRAPHIC_DIRECTFB, &param);
     const pKovaITextDisplay_t pThiz = Kova_TextDisp_GetDisplayByID(0);
-    if (!pThiz) return fprintf(stderr, "No display: is there a DirectFB?\n"), 1;
+    if (!pThiz) return fprintf(stderr, "No display: is DirectFB installed?\n"), 1;
 
     const kova_sint8 scID = Kova_TextDisp_CreateContext(pThiz, &geometry);
     const int iFailed = scID < 0 || Captions(pThiz, scID, pcFontFile);

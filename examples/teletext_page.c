@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-/* A page in a bitmap font, its glyphs enlarged by the display, a line of them in one call.
+/* A page in a bitmap font: the display expands the glyphs, one call per line.
    usage: teletext_page [SECONDS] */
 #include "kova/kova_textdisp.h"
 
@@ -10,7 +10,7 @@
 
 enum { WIDTH = 480, HEIGHT = 272, CELL = 8, BLACK = 1, WHITE, YELLOW, CYAN, BLUE };
 
-/* Eight bytes a letter, one a row, the most significant bit leftmost. */
+/* Eight bytes per letter, one per row; the most significant bit is leftmost. */
 static const char *const letters = " ABDEGHILOTW:01246";
 static kova_uint8 font[] = {
     0,    0,    0,    0,    0,    0,    0,    0, 0x38, 0x44, 0x44, 0x7C, 0x44, 0x44, 0x44, 0,
@@ -66,7 +66,7 @@ int main(int argc, char **argv)
 
     Kova_TextDisp_Create(KOVA_GRAPHIC_DIRECTFB, &param);
     const pKovaITextDisplay_t pThiz = Kova_TextDisp_GetDisplayByID(0);
-    if (!pThiz) return fprintf(stderr, "No display: is there a DirectFB?\n"), 1;
+    if (!pThiz) return fprintf(stderr, "No display: is DirectFB installed?\n"), 1;
 
     const kova_sint8 scID = Kova_TextDisp_CreateContext(pThiz, &geometry);
     const int iFailed = scID < 0 || Page(pThiz, scID);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-/* Two callers on one display, each with a plane of its own size: subtitles, and a menu that takes their
-   place. usage: two_contexts [FONT-FILE [SECONDS]] */
+/* Two callers on one display, each with its own plane size: subtitles, and a menu that replaces them.
+   usage: two_contexts [FONT-FILE [SECONDS]] */
 #include "kova/kova_textdisp.h"
 
 #include <stdio.h>
@@ -48,10 +48,10 @@ static int Use(pKovaITextDisplay_t pThiz, kova_sint8 scSubtitles, kova_sint8 scM
     if (Subtitle(pThiz, scSubtitles)) return -1;
     sleep(uiSeconds);
 
-    /* Palette, fonts and colours are the display's: they outlast the change. What was drawn does not. */
+    /* Palette, fonts and colours belong to the display and are kept. The contents of the plane are not. */
     Kova_TextDisp_SetActive(pThiz, scMenu, 1);
     if (Menu(pThiz, scMenu)) return -1;
-    if (!Subtitle(pThiz, scSubtitles)) return -1; /* refused now: only the active context draws */
+    if (!Subtitle(pThiz, scSubtitles)) return -1; /* must be refused: only the active context can draw */
     sleep(uiSeconds);
     Kova_TextDisp_SetActive(pThiz, scSubtitles, 1);
     return Subtitle(pThiz, scSubtitles);
@@ -66,7 +66,7 @@ int main(int argc, char **argv)
 
     Kova_TextDisp_Create(KOVA_GRAPHIC_DIRECTFB, &param);
     const pKovaITextDisplay_t pThiz = Kova_TextDisp_GetDisplayByID(0);
-    if (!pThiz) return fprintf(stderr, "No display: is there a DirectFB?\n"), 1;
+    if (!pThiz) return fprintf(stderr, "No display: is DirectFB installed?\n"), 1;
 
     const kova_sint8 scSubtitles = Kova_TextDisp_CreateContext(pThiz, &large);
     const kova_sint8 scMenu = Kova_TextDisp_CreateContext(pThiz, &small);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A file without a place on any disk, with a name by which others open it.
+// A file in memory with a path under which other code can open it.
 #ifndef FUZZ_MEMORY_FILE_H
 #define FUZZ_MEMORY_FILE_H
 

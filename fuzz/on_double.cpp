@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// On the recording double: a display for each input, on any layer, in any colour mode, with any one call made
-// to fail.
+// Fuzzes on the recording double: a new display for each input, on any layer, in any colour mode, with one
+// injected failure.
 #include "double.h"
 #include "play.h"
 
@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t uiSize)
     const int iFailing = bytes.Byte();
     Kova_TextDisp_Create(KOVA_GRAPHIC_DIRECTFB, &param);
     pKovaITextDisplay_t pDisplay = Kova_TextDisp_GetDisplayByID(0);
-    if (!pDisplay) abort(); // nothing was made to fail yet
+    if (!pDisplay) abort(); // no failure has been injected yet
     if (iFailing > 128) fake::GiveNothingAtCall(fake::CallCount() + iFailing - 128);
     if (iFailing > 0 && iFailing <= 128) fake::FailCall(fake::CallCount() + iFailing, DFB_FAILURE);
     fuzz::PlayDisplay(
@@ -33,6 +33,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t uiSize)
         {{"a.ttf", "b.ttf", "c.ttf", "d.ttf", "e.ttf", "f.ttf", "g.ttf", "h.ttf", "i.ttf", ""}, true});
     fuzz::EndContexts(pDisplay);
     Kova_TextDisp_Destroy(0);
-    fake::DropObjects(); // what a call made to fail, or a refusal, left behind
+    fake::DropObjects(); // objects that an injected failure or a refusal did not release
     return 0;
 }

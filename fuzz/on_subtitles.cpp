@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The bytes of a file, read as kova-caption reads it: every kind of subtitles, every stream.
+// Fuzzes subtitle files, which are read as kova-caption reads them: every format, every stream.
 #include "memory_file.h"
 
 #include "base/failure.h"
@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t uiSize);
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t uiSize)
 {
     static const bool s_bBounded = [] {
-        av_max_alloc(64 << 20); // one block; a header may promise a picture of any size
+        av_max_alloc(64 << 20); // per allocation; a header can announce a picture of any size
         av_log_set_level(AV_LOG_QUIET);
         return true;
     }();
@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t uiSize)
 
     try {
         caption::ReadSubtitles(options);
-    } catch (const caption::Failure &) { // what it is there for
+    } catch (const caption::Failure &) { // the expected way to reject an input
     }
     try {
         for (const caption::StreamInfo &stream : caption::ListStreams(options)) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The conversion of 16-bit text on its own, between buffers of exactly the sizes it is told. What comes out
-// is read back, by another way than it was written, and has to be the text as far as it fits.
+// Fuzzes the conversion of 16-bit text, with buffers of exactly the given sizes. The result is decoded by an
+// independent decoder and must be the text as far as it fits.
 #include "kova_textdisp_dfb/operations.h"
 
 #include <cstdint>
@@ -14,11 +14,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t uiSize);
 static void Demand(bool bCondition, const char *pcWhat)
 {
     if (bCondition) return;
-    fprintf(stderr, "The conversion is wrong: %s\n", pcWhat);
+    fprintf(stderr, "Wrong conversion: %s\n", pcWhat);
     abort();
 }
 
-// The bytes that a unit takes, and the unit that the bytes stand for.
+// The number of bytes of a unit.
 static uint32_t Length(unsigned uiUnit)
 {
     return 1 + (uiUnit > 0x7F) + (uiUnit > 0x7FF);
@@ -30,7 +30,7 @@ static unsigned Decode(const unsigned char *puc, uint32_t uiLength)
     unsigned uiUnit = puc[0] - LEADS[uiLength];
 
     for (uint32_t i = 1; i < uiLength; i++) {
-        Demand(puc[i] >= 0x80 && puc[i] < 0xC0, "a byte that continues none");
+        Demand(puc[i] >= 0x80 && puc[i] < 0xC0, "invalid continuation byte");
         uiUnit = uiUnit * 64 + puc[i] - 0x80;
     }
     return uiUnit;
@@ -43,12 +43,12 @@ static void Convert(const unsigned short *pusUnits, uint8_t ucUnits, uint32_t ui
     kova_uint32 uiBytes = 0, uiRead = 0;
 
     textdisp::ConvertUnicode2UTF8(pusUnits, ucUnits, out.get(), uiRoom, &uiBytes);
-    Demand(uiBytes <= uiRoom, "more bytes than there is room");
+    Demand(uiBytes <= uiRoom, "more bytes than fit");
     uint8_t ucUnit = 0;
     for (; ucUnit < ucUnits && uiRead + Length(pusUnits[ucUnit]) <= uiRoom; ucUnit++) {
         const uint32_t uiLength = Length(pusUnits[ucUnit]);
         Demand(uiRead + uiLength <= uiBytes, "a unit that fits is missing");
-        Demand(Decode(puc + uiRead, uiLength) == pusUnits[ucUnit], "a unit became another");
+        Demand(Decode(puc + uiRead, uiLength) == pusUnits[ucUnit], "a unit has another value");
         uiRead += uiLength;
     }
     Demand(uiRead == uiBytes, "bytes after the last unit that fits");
@@ -66,15 +66,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *pData, size_t uiSize)
 
     Convert(pusUnits, ucBytes / 2, uiRoom);
 
-    // As strings are drawn and measured; the least room that a caller of it gives.
+    // As called for drawing and measuring; 256 bytes is the smallest buffer of any caller.
     const std::unique_ptr<char[]> out(new char[256]);
     const kova_uint32 uiBytes = textdisp::ToUTF8(pusUnits, ucBytes, eEncoding, out.get(), 256);
-    Demand(uiBytes <= 256, "more bytes than there is room");
+    Demand(uiBytes <= 256, "more bytes than fit");
     if (eEncoding == KOVA_TEXT_UTF8) {
-        Demand(uiBytes == ucBytes && memcmp(out.get(), text.get(), ucBytes) == 0,
-               "UTF-8 that is not as it came");
+        Demand(uiBytes == ucBytes && memcmp(out.get(), text.get(), ucBytes) == 0, "UTF-8 was changed");
     } else if (eEncoding != KOVA_TEXT_UNICODE) {
-        Demand(uiBytes == 0, "something of an encoding that has nothing");
+        Demand(uiBytes == 0, "an encoding without a conversion gave bytes");
     }
     return 0;
 }

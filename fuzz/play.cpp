@@ -22,14 +22,14 @@ uint32_t Bytes::Number()
     return Word();
 }
 
-// Memory of exactly the size that a call may read, so that one element too far is seen.
+// Memory of exactly the size that a call may read, so that the sanitizer detects any access beyond it.
 template <typename T> class Exact
 {
 public:
     explicit Exact(size_t uiCount) : m_pData(new T[uiCount]())
     {
     }
-    // Filled with what comes next.
+    // Filled from the input.
     Exact(Bytes &bytes, size_t uiCount) : Exact(uiCount)
     {
         for (size_t i = 0; i < uiCount; i++) m_pData[i] = T(bytes.AtEnd() ? i * 37 : bytes.Byte());
@@ -47,8 +47,8 @@ private:
     std::unique_ptr<T[]> m_pData;
 };
 
-// Each statement below takes one thing from the bytes at most: compilers differ in the order of arguments,
-// and an input has to mean the same to all of them.
+// Each statement below reads at most one value from the input: the evaluation order of arguments differs
+// between compilers, and an input must mean the same with all of them.
 
 static KovaTextRect_t Rect(Bytes &bytes, bool bAny = true)
 {
@@ -60,18 +60,18 @@ static KovaTextRect_t Rect(Bytes &bytes, bool bAny = true)
     return rect;
 }
 
-static void PlayFont(pKovaITextDisplay_t p, Bytes &bytes, bool bCreate, const Below &below)
+static void PlayFont(pKovaITextDisplay_t p, Bytes &bytes, bool bCreate, const Limits &limits)
 {
     pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
     const kova_sint8 c = bytes.Context();
     const uint8_t ucName = bytes.Byte();
-    const kova_uint32 uiHeight = bytes.Bounded(below.bAnyNumber, 200);
+    const kova_uint32 uiHeight = bytes.Bounded(limits.bAnyNumber, 200);
     const auto eAttr = KovaTextFontAttr_e(bytes.Choice(64));
 
     if (bCreate) {
-        // The longest name that is taken has 99 bytes.
-        const std::string name =
-            ucName >= 236 ? std::string(90u + ucName - 236u, 'x') : below.fonts[ucName % below.fonts.size()];
+        // The longest valid name has 99 bytes.
+        const std::string name = ucName >= 236 ? std::string(90u + ucName - 236u, 'x')
+                                               : limits.fonts[ucName % limits.fonts.size()];
         kova_sint32 siFont = 0;
         const char *const pcName = bytes.Maybe(name.c_str());
         p->CreateFont(pThiz, c, pcName, uiHeight, eAttr, bytes.Maybe(&siFont));
@@ -99,10 +99,10 @@ static void PlayString(pKovaITextDisplay_t p, Bytes &bytes, bool bDraw)
     }
 }
 
-static void PlayText(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Below &below)
+static void PlayText(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Limits &limits)
 {
     ucWhat %= 9;
-    if (ucWhat < 2) return PlayFont(p, bytes, ucWhat == 0, below);
+    if (ucWhat < 2) return PlayFont(p, bytes, ucWhat == 0, limits);
     if (ucWhat < 4) return PlayString(p, bytes, ucWhat == 2);
     pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
     const kova_sint8 c = bytes.Context();
@@ -121,7 +121,7 @@ static void PlayText(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const 
     }
     case 6: {
         const kova_uint32 uiFactor = bytes.Word();
-        p->ScaleFontWidth(pThiz, c, bytes.Byte(), below.bAnyNumber ? uiFactor : uiFactor % (1 << 19));
+        p->ScaleFontWidth(pThiz, c, bytes.Byte(), limits.bAnyNumber ? uiFactor : uiFactor % (1 << 19));
         break;
     }
     case 7: {
@@ -138,7 +138,7 @@ static void PlayText(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const 
 
 static void PlayBitmap(pKovaITextDisplay_t p, Bytes &bytes)
 {
-    // What a caller owes for a bitmap too large to be made for each input: more than any surface shows of it.
+    // Valid memory for bitmaps too large to be created for each input: more than any surface can show.
     static const std::vector<uint8_t> PIXELS(2100 * 2100 + 2100, 5);
     constexpr size_t SMALL = 4096;
     pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
@@ -159,7 +159,7 @@ static void PlayGlyphs(pKovaITextDisplay_t p, Bytes &bytes, bool bBatch)
 {
     pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
     const kova_sint8 c = bytes.Context();
-    const size_t uiCount = bBatch ? bytes.Byte() : 1; // 100 are the most that are taken
+    const size_t uiCount = bBatch ? bytes.Byte() : 1; // at most 100 are accepted
     std::vector<Exact<uint8_t>> data;
     const Exact<kova_uint8 *> pointers(uiCount);
     const Exact<kova_uint32> x(uiCount), y(uiCount), w(uiCount), h(uiCount), row(uiCount), offset(uiCount);
@@ -176,7 +176,7 @@ static void PlayGlyphs(pKovaITextDisplay_t p, Bytes &bytes, bool bBatch)
         bg[i] = kova_sint32(bytes.Number());
         fg[i] = kova_sint32(bytes.Number());
         expand[i] = KovaTextExpand_e(bytes.Choice(8));
-        // Of a bitmap larger than 48 by 48, which is refused, no byte is read.
+        // A bitmap larger than 48 by 48 is refused, and none of its bytes are read.
         const bool bTaken = w[i] <= 48 && h[i] <= 48;
         data.emplace_back(bytes, bTaken ? offset[i] / 8 + (h[i] ? h[i] - 1 : 0) * row[i] +
                                               (offset[i] % 8 + w[i] + 7) / 8
@@ -193,7 +193,7 @@ static void PlayGlyphs(pKovaITextDisplay_t p, Bytes &bytes, bool bBatch)
     }
 }
 
-static void PlayPixels(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Below &below)
+static void PlayPixels(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Limits &limits)
 {
     switch (ucWhat % 4) {
     case 0:
@@ -202,10 +202,10 @@ static void PlayPixels(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, cons
     case 1: {
         pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
         const kova_sint8 c = bytes.Context();
-        KovaTextRect_t rect = Rect(bytes, below.bAnyNumber);
+        KovaTextRect_t rect = Rect(bytes, limits.bAnyNumber);
         KovaTextRect_t *const pRect = bytes.Maybe(&rect);
-        const kova_uint32 x = bytes.Bounded(below.bAnyNumber, 4000);
-        p->Blit(pThiz, c, pRect, x, bytes.Bounded(below.bAnyNumber, 4000));
+        const kova_uint32 x = bytes.Bounded(limits.bAnyNumber, 4000);
+        p->Blit(pThiz, c, pRect, x, bytes.Bounded(limits.bAnyNumber, 4000));
         break;
     }
     default:
@@ -214,7 +214,7 @@ static void PlayPixels(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, cons
     }
 }
 
-static void PlayState(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Below &below)
+static void PlayState(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Limits &limits)
 {
     pKovaITextDisplay_t const pThiz = bytes.Maybe(p);
     const kova_sint8 c = bytes.Context();
@@ -229,7 +229,7 @@ static void PlayState(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const
     case 2: {
         const kova_uint32 uiNumber = bytes.Number();
         const uint8_t ucOffset = bytes.Byte();
-        // More than 256 are refused, and none is read.
+        // More than 256 are refused, and none of them are read.
         const Exact<uint8_t> colors(bytes, uiNumber <= 256 ? sizeof(KovaTextColor_t) * uiNumber : 0);
         p->SetPalette(pThiz, c, bytes.Maybe(reinterpret_cast<pKovaTextColor_t>(colors.Get())), uiNumber,
                       ucOffset);
@@ -259,10 +259,10 @@ static void PlayState(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const
         break;
     }
     case 9: {
-        const auto x1 = kova_sint32(bytes.Bounded(below.bAnyNumber, 4000));
-        const auto y1 = kova_sint32(bytes.Bounded(below.bAnyNumber, 4000));
-        const auto x2 = kova_sint32(bytes.Bounded(below.bAnyNumber, 4000));
-        const auto y2 = kova_sint32(bytes.Bounded(below.bAnyNumber, 4000));
+        const auto x1 = kova_sint32(bytes.Bounded(limits.bAnyNumber, 4000));
+        const auto y1 = kova_sint32(bytes.Bounded(limits.bAnyNumber, 4000));
+        const auto x2 = kova_sint32(bytes.Bounded(limits.bAnyNumber, 4000));
+        const auto y2 = kova_sint32(bytes.Bounded(limits.bAnyNumber, 4000));
         p->DrawLine(pThiz, c, x1, y1, x2, y2, bytes.Number());
         break;
     }
@@ -273,10 +273,10 @@ static void PlayState(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const
         p->UseBackupSurface(pThiz, c, bytes.Byte() & 3);
         break;
     case 12: {
-        KovaTextRect_t rect = Rect(bytes, below.bAnyNumber);
+        KovaTextRect_t rect = Rect(bytes, limits.bAnyNumber);
         KovaTextRect_t *const pRect = bytes.Maybe(&rect);
-        const kova_uint32 x = bytes.Bounded(below.bAnyNumber, 4000);
-        p->BlitBackupSurface(pThiz, c, pRect, x, bytes.Bounded(below.bAnyNumber, 4000));
+        const kova_uint32 x = bytes.Bounded(limits.bAnyNumber, 4000);
+        p->BlitBackupSurface(pThiz, c, pRect, x, bytes.Bounded(limits.bAnyNumber, 4000));
         break;
     }
     case 13: {
@@ -301,28 +301,28 @@ static void PlayState(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const
     }
 }
 
-static void PlayOne(pKovaITextDisplay_t pDisplay, Bytes &bytes, uint8_t ucWhat, const Below &below)
+static void PlayOne(pKovaITextDisplay_t pDisplay, Bytes &bytes, uint8_t ucWhat, const Limits &limits)
 {
     if (ucWhat < 70) {
-        PlayText(pDisplay, bytes, ucWhat, below);
+        PlayText(pDisplay, bytes, ucWhat, limits);
     } else if (ucWhat < 140) {
-        PlayPixels(pDisplay, bytes, ucWhat, below);
+        PlayPixels(pDisplay, bytes, ucWhat, limits);
     } else {
-        PlayState(pDisplay, bytes, ucWhat, below);
+        PlayState(pDisplay, bytes, ucWhat, limits);
     }
 }
 
-void PlayOperations(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Below &below)
+void PlayOperations(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Limits &limits)
 {
-    while (!bytes.AtEnd()) PlayOne(pDisplay, bytes, bytes.Byte(), below);
+    while (!bytes.AtEnd()) PlayOne(pDisplay, bytes, bytes.Byte(), limits);
 }
 
-static void PlayPlane(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Below &below)
+static void PlayPlane(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const Limits &limits)
 {
     auto *const pRecord = reinterpret_cast<KovaDFBDisplay_t *>(p);
     const kova_sint8 c = bytes.Context();
-    const kova_uint32 uiWidth = bytes.Size(below.bAnyNumber);
-    const kova_uint32 uiHeight = bytes.Size(below.bAnyNumber);
+    const kova_uint32 uiWidth = bytes.Size(limits.bAnyNumber);
+    const kova_uint32 uiHeight = bytes.Size(limits.bAnyNumber);
 
     switch (ucWhat % 8) {
     case 0: {
@@ -330,7 +330,7 @@ static void PlayPlane(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const
         KovaTextContextParam_t *const pParam = bytes.Maybe(&param);
         const bool bFull = pParam && pRecord->ucContextMask == 15;
         Kova_TextDisp_CreateContext(p, pParam);
-        if (bFull) pthread_mutex_unlock(&pRecord->display_mutex); // a refusal keeps the lock
+        if (bFull) pthread_mutex_unlock(&pRecord->display_mutex); // this refusal keeps the lock
         break;
     }
     case 1: {
@@ -363,14 +363,14 @@ static void PlayPlane(pKovaITextDisplay_t p, Bytes &bytes, uint8_t ucWhat, const
     }
 }
 
-void PlayDisplay(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Below &below)
+void PlayDisplay(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Limits &limits)
 {
     while (!bytes.AtEnd()) {
         const uint8_t ucWhat = bytes.Byte();
         if (ucWhat < 230) {
-            PlayOne(pDisplay, bytes, ucWhat, below);
+            PlayOne(pDisplay, bytes, ucWhat, limits);
         } else {
-            PlayPlane(pDisplay, bytes, ucWhat, below);
+            PlayPlane(pDisplay, bytes, ucWhat, limits);
         }
     }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Bytes played as calls: each byte sequence is a program of operations with hostile arguments, inside what a
-// caller owes the library (pointers that point to what the other arguments say).
+// Interprets bytes as calls: each input is a program of operations with hostile arguments, within the
+// preconditions of the library (pointers are valid for the sizes in the other arguments).
 #ifndef FUZZ_PLAY_H
 #define FUZZ_PLAY_H
 
@@ -36,33 +36,32 @@ public:
         for (int i = 0; i < 4; i++) uiWord = uiWord << 8 | Byte();
         return uiWord;
     }
-    // A number that is often small, often at a limit, and sometimes anything.
+    // Often a small number, often one at a limit, sometimes any.
     uint32_t Number();
-    // A number of which the DirectFB below only stands the ones under a bound.
+    // A number below a bound, unless any number is allowed.
     uint32_t Bounded(bool bAny, uint32_t uiBound)
     {
         const uint32_t uiNumber = Number();
         return bAny ? uiNumber : uiNumber % uiBound;
     }
-    // A plane's width or height: mostly small, for memory takes time, now and then more than a plane may
-    // have.
+    // A plane's width or height: mostly small, because large planes take time, sometimes more than is valid.
     uint32_t Size(bool bAny = false)
     {
         const uint8_t uc = Byte();
         return uc < 230 ? uc : bAny && uc > 250 ? Number() : Word() % 2100;
     }
-    // A value of an enumeration: one of the first, or any.
+    // A value of an enumeration: mostly one of the first ones, sometimes any number.
     int Choice(uint8_t ucFirst)
     {
         const uint8_t uc = Byte();
         return uc == 255 ? int(Word()) : uc % ucFirst;
     }
-    // One in 256 of the pointers a caller may leave out, or must not and is refused for.
+    // Null once in 256 times, for pointers that may be null or are checked.
     template <typename T> T *Maybe(T *p)
     {
         return Byte() == 255 ? nullptr : p;
     }
-    // Mostly a context that may act.
+    // Mostly a valid context identifier.
     kova_sint8 Context()
     {
         const uint8_t uc = Byte();
@@ -73,20 +72,20 @@ private:
     const uint8_t *m_pNext, *m_pEnd;
 };
 
-// What the DirectFB below stands: the library hands most numbers on as they are, and the published one
-// crashes by itself at copies and fonts far out of every bound.
-struct Below {
+// The limits of the DirectFB in use: the library passes most numbers on unchanged, and published DirectFB
+// crashes on copies and fonts that are far out of range.
+struct Limits {
     std::vector<std::string> fonts; // names to open
-    bool bAnyNumber; // sizes of planes and fonts, copies and far ends of lines may be any number
+    bool bAnyNumber;                // planes, fonts, copies and end points of lines can have any size
 };
 
-// Calls operations of the table until the bytes end.
-void PlayOperations(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Below &below);
+// Calls operations of the table until the input ends.
+void PlayOperations(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Limits &limits);
 
-// Calls the facade too: contexts are created, activated and destroyed in between.
-void PlayDisplay(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Below &below);
+// Also calls the facade, which creates, activates and destroys contexts in between.
+void PlayDisplay(pKovaITextDisplay_t pDisplay, Bytes &bytes, const Limits &limits);
 
-// Destroys the contexts that are there.
+// Destroys the existing contexts.
 void EndContexts(pKovaITextDisplay_t pDisplay);
 
 } // namespace fuzz

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Plays inputs once each, for machines and builds without libFuzzer: files, folders of files, or --random N
+// Runs each input once, for builds without libFuzzer. Inputs are files, folders of files, or --random COUNT
 // SEED.
 #include <cstdint>
 #include <cstdio>
@@ -48,11 +48,11 @@ int main(int argc, char **argv)
         } else if (std::filesystem::exists(argv[i])) {
             PlayFile(argv[i]);
         } else {
-            fprintf(stdout, "%s: no such file or folder; give inputs to play, or --random COUNT SEED\n",
+            fprintf(stdout, "%s: no such file or folder; usage: replay FILE|FOLDER|--random COUNT SEED...\n",
                     argv[i]);
             return 2;
         }
     }
-    printf("%zu inputs played\n", s_uiPlayed);
+    printf("%zu inputs run\n", s_uiPlayed);
     return s_uiPlayed ? 0 : 1;
 }

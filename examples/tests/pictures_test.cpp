@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What the examples show: ink where it is expected, in its colour, and none elsewhere. The examples run as a
-// user runs them, but for a camera in place of their pauses.
+// Checks the output of the examples: pixels are drawn where expected, in the right colour, and nowhere else.
+// The examples run unchanged, except that the harness captures a picture instead of sleeping.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,7 +18,7 @@ namespace
 {
 
 struct Box {
-    int left = 0, top = 0, right = 0, bottom = 0; // the far edges are not in it
+    int left = 0, top = 0, right = 0, bottom = 0; // right and bottom are exclusive
 };
 
 constexpr Color NOTHING = caption::g_transparent;
@@ -28,16 +28,16 @@ constexpr Color YELLOW = {255, 230, 80, 255};
 
 } // namespace
 
-// The picture of the pause of this number, from one.
+// The picture captured at the given call of sleep, counted from 1.
 static Picture PictureOf(const std::string &example, int pause = 1)
 {
     const Folder folder;
-    const bool layer2 = example == "plane32"; // which the dummy system lacks
+    const bool layer2 = example == "plane32"; // which the dummy system does not have
     const std::string command = std::string("env -u DISPLAY ASAN_OPTIONS=detect_leaks=0 KOVA_PICTURE='") +
                                 folder / "shot" + "' DFBARGS=system=" + (layer2 ? "x11" : "dummy") +
                                 ",mode=1280x720,no-sighandler,no-banner,quiet " +
                                 (layer2 ? "'" WITH_XVFB "' " : "") + "'" KOVA_EXAMPLES_FOLDER "/" + example +
-                                "_pictured' >'" + folder / "said" + "' 2>&1";
+                                "_captured' >'" + folder / "said" + "' 2>&1";
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
     std::ostringstream said;
     said << std::ifstream(folder / "said").rdbuf();
@@ -65,7 +65,7 @@ static Box Whole(const Picture &picture)
     return {0, 0, picture.size().width, picture.size().height};
 }
 
-// The smallest box that holds every pixel of the colour.
+// The bounding box of all pixels of the colour.
 static Box Around(const Picture &picture, const Color &color, const Box &within)
 {
     Box box = {within.right, within.bottom, 0, 0};
@@ -103,7 +103,7 @@ TEST(RollUp, KeepsThreeRowsOfTheSameLines)
 
     EXPECT_EQ(Ink(picture, window), 800 * 144);
     EXPECT_EQ(Ink(picture, Whole(picture)), 800 * 144);
-    // Three lines of text with a row of box alone between them, and nothing of the two that rolled out.
+    // Three lines of text separated by rows of the box only; the first two lines have rolled out.
     const Color box = {0, 0, 0, 200};
     int lines = 0;
     bool inLine = false;
@@ -113,7 +113,7 @@ TEST(RollUp, KeepsThreeRowsOfTheSameLines)
         inLine = text;
     }
     EXPECT_EQ(lines, 3);
-    // "There, behind the lighthouse." is much longer than ">> Look again." above it.
+    // "There, behind the lighthouse." is much wider than ">> Look again." above it.
     EXPECT_GT(Around(picture, WHITE, {240, 596, 1040, 644}).right, 700);
     EXPECT_LT(Around(picture, WHITE, {240, 548, 1040, 596}).right, 600);
 }
@@ -129,7 +129,7 @@ TEST(BitmapSubtitle, ShowsTheBitmapInItsOwnColours)
     EXPECT_EQ(Ink(picture, place), 55 * 13);
     EXPECT_EQ(Ink(picture, Whole(picture)), 55 * 13);
     EXPECT_EQ(Count(picture, box, {20, 37, 75, 39}), 2 * 55);
-    // The stem of the L, its foot, and the outline on its left.
+    // The stem of the L, its foot, and the outline to its left.
     EXPECT_EQ(Count(picture, letters, {23, 40, 24, 47}), 7);
     EXPECT_EQ(Count(picture, letters, {23, 46, 28, 47}), 5);
     EXPECT_EQ(Count(picture, BLACK, {22, 39, 23, 48}), 9);
@@ -150,15 +150,16 @@ TEST(TeletextPage, EnlargesEachLineByItsOwnFactors)
     EXPECT_EQ(title.right, 16 + 12 * 16);
     EXPECT_EQ(title.top, 16);
     EXPECT_EQ(title.bottom, 16 + 32);
-    // The first T: seven rows of letter, four times as high; its stem two pixels wide.
+    // The first T: seven rows, expanded four times vertically; its stem is two pixels wide.
     const Box t = Around(picture, yellow, {32, 16, 48, 48});
     EXPECT_EQ(t.bottom - t.top, 28);
     EXPECT_EQ(Count(picture, yellow, {32, 36, 48, 37}), 2);
-    EXPECT_EQ(Around(picture, WHITE, {0, 80, 480, 96}).bottom, 94);   // twice as high
-    EXPECT_EQ(Around(picture, cyan, {0, 160, 480, 176}).bottom, 174); // twice as high, not as wide
-    EXPECT_EQ(Around(picture, cyan, {0, 192, 480, 208}).bottom, 199); // as it is
-    EXPECT_EQ(Around(picture, cyan, {0, 160, 24, 176}).right, 22);    // a T of five pixels from the second on
-    EXPECT_EQ(Around(picture, WHITE, {0, 80, 32, 96}).right, 28);     // an H of ten from the third on
+    EXPECT_EQ(Around(picture, WHITE, {0, 80, 480, 96}).bottom, 94);   // double height
+    EXPECT_EQ(Around(picture, cyan, {0, 160, 480, 176}).bottom, 174); // double height, single width
+    EXPECT_EQ(Around(picture, cyan, {0, 192, 480, 208}).bottom, 199); // original size
+    EXPECT_EQ(Around(picture, cyan, {0, 160, 24, 176}).right,
+              22); // a T of five pixels, starting at the second
+    EXPECT_EQ(Around(picture, WHITE, {0, 80, 32, 96}).right, 28); // an H of ten pixels, starting at the third
 }
 
 TEST(TwoContexts, ShowsTheActiveOneAlone)
@@ -172,7 +173,7 @@ TEST(TwoContexts, ShowsTheActiveOneAlone)
     EXPECT_GT(Count(subtitle, BLACK, {290, 620, 700, 690}), 100);
     ASSERT_EQ(menu.size().width, 640);
     EXPECT_EQ(Ink(menu, {40, 40, 430, 170}), 390 * 130);
-    EXPECT_EQ(Ink(menu, Whole(menu)), 390 * 130); // nor does the text leave its box
+    EXPECT_EQ(Ink(menu, Whole(menu)), 390 * 130); // the text stays inside its box
     EXPECT_GT(Count(menu, WHITE, {50, 45, 420, 105}), 500);
     EXPECT_GT(Count(menu, WHITE, {50, 105, 420, 165}), 500);
 }

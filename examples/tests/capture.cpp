@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Takes a picture wherever an example pauses, and does not wait. It is linked into the example's own object
-// by -Wl,--wrap=sleep, so that the example stays what a user would write. KOVA_PICTURE names the files
-// without their ending: NAME.png, then NAME_2.png and so on; without it no picture is taken. With
-// KOVA_PICTURE_SHOWN the plane is laid over a plain colour and enlarged by a whole number, as a page can show
-// it.
+// Captures a picture at each call of sleep, and does not wait. It replaces sleep in the object of an example
+// with -Wl,--wrap=sleep, so the example needs no changes. KOVA_PICTURE is the file name without extension:
+// NAME.png, then NAME_2.png and so on; without it nothing is captured. With KOVA_PICTURE_BACKGROUND the plane
+// is drawn over a plain colour and enlarged by an integer factor, for the documentation.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -22,7 +21,7 @@ static std::string NextFile(const char *name)
     return name + (++taken == 1 ? "" : "_" + std::to_string(taken)) + ".png";
 }
 
-static caption::Picture Shown(const caption::Picture &plane)
+static caption::Picture OverBackground(const caption::Picture &plane)
 {
     const int scale = std::max(1, 960 / plane.size().width);
     caption::Picture shown({plane.size().width * scale, plane.size().height * scale},
@@ -42,9 +41,10 @@ unsigned int __wrap_sleep(unsigned int)
     options.plane = {int(display->uiPlaneWidth), int(display->uiPlaneHeight)};
     try {
         const caption::Picture plane = caption::Readback(options).Presented();
-        caption::WritePng(std::getenv("KOVA_PICTURE_SHOWN") ? Shown(plane) : plane, NextFile(name));
+        caption::WritePng(std::getenv("KOVA_PICTURE_BACKGROUND") ? OverBackground(plane) : plane,
+                          NextFile(name));
     } catch (const std::exception &failure) {
-        std::fprintf(stderr, "camera: %s\n", failure.what());
+        std::fprintf(stderr, "capture: %s\n", failure.what());
         std::exit(1);
     }
     return 0;
