@@ -35,7 +35,7 @@ void AddSource(CLI::App &command, SourceOptions &source)
     command
         .add_option_function<std::string>(
             "--service", [&source](const std::string &name) { source.service = ParseService(name); },
-            "Closed caption service or channel: s1 to s63, cc1 to cc4, t1 to t4 [the first that shows text]")
+            "Closed captions: s1 to s63, cc1 to cc4, t1 to t4 [first with captions]")
         ->type_name("NAME");
 }
 

@@ -6,6 +6,7 @@
 
 #include "base/failure.h"
 #include "base/timestamp.h"
+#include "base/utf8.h"
 #include "commands/command.h"
 #include "commands/common_options.h"
 #include "kova/kova_captions.h"
@@ -55,12 +56,27 @@ static void PrintJson(const Listing &listing, std::FILE *out)
     std::fprintf(out, "%s\n", json.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
 }
 
+// Text for a terminal. Captions may hold characters that command it, or that turn the order of what follows.
+static std::string Printable(const std::string &text)
+{
+    std::string printable;
+
+    for (const Character &character : Characters(text)) {
+        const char32_t code = character.code;
+        const bool control = code < 0x20 || (code >= 0x7F && code <= 0x9F);
+        const bool direction = (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+        printable += control || direction ? Utf8(0xFFFD) : character.text;
+    }
+    return printable;
+}
+
 static void PrintCues(const Listing &listing, std::FILE *out)
 {
     for (const ListedCue &cue : listing.cues) {
         const std::string end = cue.end ? Timestamp(*cue.end) : "-";
         const std::string text = cue.lines.empty() && cue.pictures ? "(picture)" : Joined(cue.lines, " / ");
-        std::fprintf(out, "%s --> %-12s  %s\n", Timestamp(cue.start).c_str(), end.c_str(), text.c_str());
+        std::fprintf(out, "%s --> %-12s  %s\n", Timestamp(cue.start).c_str(), end.c_str(),
+                     Printable(text).c_str());
     }
 }
 
@@ -69,7 +85,7 @@ static void PrintCommands(const CommandListing &listing, std::FILE *out)
     for (const CaptionCommand &command : listing.commands) {
         const std::int64_t milliseconds = std::llround(double(command.time) / 1000);
         std::fprintf(out, "%s %s %s\n", Timestamp(milliseconds).c_str(), listing.service.c_str(),
-                     command.text.c_str());
+                     Printable(command.text).c_str());
     }
 }
 
@@ -105,17 +121,14 @@ Command AddList(CLI::App &tool)
         bool commands = false;
     };
     const auto arguments = std::make_shared<Arguments>();
-    CLI::App &command =
-        AddCommand(tool, "list", "List the cues of a file with their times, without drawing them",
-                   {"kova-caption list film.srt", "kova-caption list film.scc --json",
-                    "kova-caption list film.scc --service cc1 --commands"});
+    CLI::App &command = AddCommand(tool, "list", "List the cues of a file without drawing them",
+                                   {"kova-caption list film.srt", "kova-caption list film.scc --json",
+                                    "kova-caption list film.scc --service cc1 --commands"});
 
     command.footer(command.get_footer() + CommandNames());
     AddSource(command, arguments->source);
     CLI::Option *const json = command.add_flag("--json", arguments->json, "Print JSON");
-    command
-        .add_flag("--commands", arguments->commands,
-                  "Print the decoded codes and text of closed captions, one a line, instead of cues")
+    command.add_flag("--commands", arguments->commands, "Print the decoded commands of closed captions")
         ->excludes(json);
     return {&command, [arguments](std::FILE *out) {
                 std::vector<std::string> notices;

@@ -116,9 +116,9 @@ struct Opened {
         : options(choices), source(choices.file, choices.charset, notices), stream(Choose(source, choices))
     {
         if (options.service && stream && !IsCaptions(*stream)) {
-            throw Failure("--service " + ServiceName(options.service) + ": " + options.file + ": stream " +
-                          std::to_string(stream->index) +
-                          " has no closed captions; choose another or omit --service");
+            throw Failure("--service " + ServiceName(options.service) + ": " + options.file +
+                          ": no closed captions in stream " + std::to_string(stream->index) +
+                          "; choose another stream or omit --service");
         }
     }
 
@@ -160,7 +160,7 @@ template <class Value> static std::uint8_t ChooseService(const Opened &opened, c
     if (there.count(wanted)) return wanted;
     for (const auto &source : there) names += (names.empty() ? "" : ", ") + ServiceName(source.first);
     throw Failure("--service " + ServiceName(wanted) + ": " + opened.options.file +
-                  ": no captions in it; there are captions in " + names);
+                  ": no captions there; captions are in " + names);
 }
 
 static std::string InCapitals(std::string text)
@@ -263,7 +263,7 @@ CommandListing ListCommands(const SourceOptions &options)
     Opened opened(options);
 
     if (!opened.captions()) {
-        throw Failure(options.file + ": no closed captions, so no commands to list; omit --commands");
+        throw Failure(options.file + ": no closed captions, so no commands; omit --commands");
     }
     const DecodedCaptions decoded = Decode(opened, ClosedCaptions::Keep::COMMANDS);
     // Codes that show nothing are listed too, but a source that shows something comes first.

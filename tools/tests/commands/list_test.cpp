@@ -109,8 +109,8 @@ TEST(List, TakesServicesBeforeChannelsUnlessOneIsAskedFor)
     EXPECT_EQ(ListJson(file, "--service CC1")["cues"][0]["text"], "line");
     const Outcome none = RunTool("list '" + file + "' --service s1");
     EXPECT_EQ(none.exit, 1);
-    EXPECT_EQ(none.err, "kova-caption: --service s1: " + file +
-                            " has no captions there; it has some in s2, s7, cc1.\n");
+    EXPECT_EQ(none.err,
+              "kova-caption: --service s1: " + file + ": no captions there; captions are in s2, s7, cc1.\n");
     EXPECT_EQ(RunTool("list '" + file + "' --service s64").exit, 2);
     EXPECT_EQ(RunTool("list '" + file + "' --service cc5").exit, 2);
     EXPECT_EQ(RunTool("list '" + file + "' --service xds").exit, 2);
@@ -127,6 +127,17 @@ TEST(List, PrintsOneLineACueForPeople)
 
     EXPECT_EQ(run.exit, 0) << run.err;
     EXPECT_EQ(run.out, "00:00:01.000 --> -             one / two\n");
+}
+
+TEST(List, KeepsCharactersThatCommandATerminalFromIt)
+{
+    const Folder folder;
+    const std::string file = folder.Write(
+        "a.ccd",
+        Line("0", Service(0, Define(Window(0)) + Ascii("a") + Wide(0x9B) + Wide(0x202E) + Ascii("b"))));
+
+    EXPECT_EQ(RunTool("list '" + file + "'").out, "00:00:00.000 --> -             a\uFFFD\uFFFDb\n");
+    EXPECT_EQ(ListJson(file)["cues"][0]["text"], "a\u009B\u202Eb") << "as it is";
 }
 
 TEST(List, PrintsTheDecodedCommandsOfAService)
@@ -173,7 +184,7 @@ TEST(List, ListsSubtitlesOfOtherKinds)
          "blocks": [{"text": "first"}, {"text": "second"}]}]})"));
     const Outcome commands = RunTool("list '" + file + "' --commands");
     EXPECT_EQ(commands.exit, 1);
-    EXPECT_NE(commands.err.find("has no closed captions"), std::string::npos) << commands.err;
+    EXPECT_NE(commands.err.find("no closed captions"), std::string::npos) << commands.err;
     const Outcome service = RunTool("list '" + file + "' --service s1");
     EXPECT_EQ(service.exit, 1);
     EXPECT_NE(service.err.find("closed captions"), std::string::npos) << service.err;

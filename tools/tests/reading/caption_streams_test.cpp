@@ -192,7 +192,7 @@ TEST(CaptionServices, ThatAreNotThereAreRefusedWithThoseThatAre)
         FAIL() << "service 2 was found";
     } catch (const caption::Failure &failure) {
         EXPECT_EQ(failure.what(),
-                  "--service s2: " + folder / "a.mkv" + " has no captions there; it has some in s1, cc1");
+                  "--service s2: " + folder / "a.mkv" + ": no captions there; captions are in s1, cc1");
     }
 }
 
