@@ -27,10 +27,18 @@ static void ChangeGeometry(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID,
 
     s_lGeometryChanges++;
     switch (uiWhich % 4) {
-    case 0: Kova_TextDisp_SetActive(pDisplay, scContextID, 1); break;
-    case 1: pDisplay->SetPlane(pDisplay, scContextID, 0, 0, plane.uiWidth, plane.uiHeight); break;
-    case 2: pDisplay->AdjustDisplaySize(pDisplay, scContextID, 0, 0, plane.uiWidth, plane.uiHeight); break;
-    case 3: pDisplay->Create32BitPlane(pDisplay, scContextID, 0, 0, plane.uiWidth, plane.uiHeight); break;
+    case 0:
+        Kova_TextDisp_SetActive(pDisplay, scContextID, 1);
+        break;
+    case 1:
+        pDisplay->SetPlane(pDisplay, scContextID, 0, 0, plane.uiWidth, plane.uiHeight);
+        break;
+    case 2:
+        pDisplay->AdjustDisplaySize(pDisplay, scContextID, 0, 0, plane.uiWidth, plane.uiHeight);
+        break;
+    case 3:
+        pDisplay->Create32BitPlane(pDisplay, scContextID, 0, 0, plane.uiWidth, plane.uiHeight);
+        break;
     }
 }
 
@@ -41,16 +49,28 @@ static void Draw(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID, std::mt19
     KovaTextRect_t rect = {uiX, uiY, 1 + kova_uint32(random()) % 200, 1 + kova_uint32(random()) % 200};
 
     switch (random() % 7) {
-    case 0: pDisplay->FillRect(pDisplay, scContextID, &rect, kova_uint32(random())); break;
-    case 1: pDisplay->DrawLine(pDisplay, scContextID, 0, 0, int(uiX), int(uiY), kova_uint32(random())); break;
-    case 2: pDisplay->DrawPixel(pDisplay, scContextID, s_aucPixels, uiX, uiY, 64, 64, 64); break;
+    case 0:
+        pDisplay->FillRect(pDisplay, scContextID, &rect, kova_uint32(random()));
+        break;
+    case 1:
+        pDisplay->DrawLine(pDisplay, scContextID, 0, 0, int(uiX), int(uiY), kova_uint32(random()));
+        break;
+    case 2:
+        pDisplay->DrawPixel(pDisplay, scContextID, s_aucPixels, uiX, uiY, 64, 64, 64);
+        break;
     case 3:
         pDisplay->DrawPixelExpand(pDisplay, scContextID, s_aucPixels, uiX, uiY, 48, 48, 6, 1, 2, 0,
                                   KOVA_EXPAND_2X4Y);
         break;
-    case 4: pDisplay->Blit(pDisplay, scContextID, &rect, uiY, uiX); break;
-    case 5: pDisplay->SetClip(pDisplay, scContextID, random() % 2 ? &rect : nullptr); break;
-    case 6: pDisplay->Flip(pDisplay, scContextID); break;
+    case 4:
+        pDisplay->Blit(pDisplay, scContextID, &rect, uiY, uiX);
+        break;
+    case 5:
+        pDisplay->SetClip(pDisplay, scContextID, random() % 2 ? &rect : nullptr);
+        break;
+    case 6:
+        pDisplay->Flip(pDisplay, scContextID);
+        break;
     }
 }
 
