@@ -13,6 +13,7 @@
 #include "drawing/readback.h"
 #include "kova_textdisp_dfb/record.h"
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the linker makes this name
 extern "C" unsigned int __wrap_sleep(unsigned int seconds);
 
 static std::string NextFile(const char *name)
@@ -31,6 +32,7 @@ static caption::Picture OverBackground(const caption::Picture &plane)
     return shown;
 }
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
 unsigned int __wrap_sleep(unsigned int)
 {
     const auto *const display = reinterpret_cast<KovaDFBDisplay_t *>(Kova_TextDisp_GetDisplayByID(0));

@@ -21,6 +21,7 @@
 #include <thread>
 #include <unistd.h>
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the run-time of the sanitizers calls it so
 extern "C" void __sanitizer_set_report_fd(void *pFd) __attribute__((weak));
 
 namespace fake
@@ -270,6 +271,7 @@ __attribute__((constructor)) static void CaptureStandardError()
     if (getenv("KOVA_DOUBLE_KEEP_STDERR")) return Reset(); // a fuzzer's own output goes there
     const int iOld = dup(STDERR_FILENO);
 
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): its argument is a descriptor
     if (__sanitizer_set_report_fd) __sanitizer_set_report_fd(reinterpret_cast<void *>(intptr_t(iOld)));
     state.iCapture = int(memfd_create("stderr", 0));
     dup2(state.iCapture, STDERR_FILENO);
@@ -1268,7 +1270,7 @@ void HoldSleeps(bool bHold)
 bool AwaitSleeper()
 {
     std::unique_lock<std::mutex> guard(State().clockMutex);
-    return State().clockChanged.wait_for(guard, std::chrono::seconds(10),
+    return State().clockChanged.wait_for(guard, std::chrono::seconds(60),
                                          [] { return State().iSleepers > 0; });
 }
 
@@ -1427,6 +1429,7 @@ DFBResult DirectFBErrorFatal(const char *msg, DFBResult result)
 
 // The C library's services as the library under test calls them: it is linked so that its NAME is
 // __wrap_NAME here. Nobody else's calls come by.
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker makes these names
 
 int __wrap_gettimeofday(struct timeval *tv, void *)
 {
@@ -1528,3 +1531,4 @@ int __wrap_dlclose(void *handle)
     return dlclose(handle);
 }
 }
+// NOLINTEND(bugprone-reserved-identifier)

@@ -115,7 +115,7 @@ struct timeval Now();
 
 // Sleeps of other threads than the test's own are held until they are let go, one at a time; on by default.
 void HoldSleeps(bool bHold);
-bool AwaitSleeper(); // until another thread sleeps; false after ten seconds
+bool AwaitSleeper(); // until another thread sleeps; false after a minute
 void LetSleeperGo(); // and turns the clock by as much as it asked for
 // The clock of the machine and sleeps that last, for what only time can show; off after Reset.
 void UseRealClock(bool bReal);

@@ -674,7 +674,7 @@ private:
     bool m_bPlayed = false;
     enum { ENOUGH = 5 }; // to be reported in full
     static inline int s_iWrong = 0;
-    Watchdog_t m_watchdog{std::chrono::seconds(20)};
+    Watchdog_t m_watchdog{std::chrono::seconds(60)};
 };
 
 // One test for each case, so that each has a process of its own.
@@ -881,7 +881,7 @@ TEST(Service, ThatInitializesNoMutexAndNoConditionLeavesAWorkingThread)
 {
     MakeFirstDisplay();
     for (const int iError : {ENOMEM, EAGAIN, EPERM}) {
-        Watchdog_t watchdog(std::chrono::seconds(20), "a flip thread whose mutex was not initialized");
+        Watchdog_t watchdog(std::chrono::seconds(60), "a flip thread whose mutex was not initialized");
         BeginAgain();
         pKovaITextDisplay_t pDisplay = Shown(KOVA_GRAPHIC_LAYER2, INDEX_COLORS);
         KovaTextContextParam_t param = ContextParam();

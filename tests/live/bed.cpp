@@ -180,7 +180,7 @@ IDirectFBSurface *DisplaySurface()
 kova_uint32 Picture_t::Pixel(int iX, int iY) const
 {
     kova_uint32 uiPixel = 0;
-    const kova_uint8 *const puc = data.data() + size_t((iY * iWidth + iX) * iBytes);
+    const kova_uint8 *const puc = data.data() + (size_t(iY) * size_t(iWidth) + size_t(iX)) * size_t(iBytes);
 
     if (iBytes == 1) return *puc;
     memcpy(&uiPixel, puc, sizeof uiPixel);
@@ -201,7 +201,7 @@ Picture_t Read(IDirectFBSurface *pSurface, bool bFront)
     // Locked for reading alone a surface gives its front buffer, for writing its back buffer.
     const auto eFlags = DFBSurfaceLockFlags(bFront ? DSLF_READ : DSLF_READ | DSLF_WRITE);
     Demand(pSurface->Lock(pSurface, eFlags, &pData, &iPitch) == DFB_OK, "locking the surface");
-    const size_t uiRow = size_t(picture.iWidth * picture.iBytes);
+    const size_t uiRow = size_t(picture.iWidth) * size_t(picture.iBytes);
     for (int iY = 0; iY < picture.iHeight; iY++) {
         const auto *const pucRow = static_cast<const kova_uint8 *>(pData) + ptrdiff_t(iY) * iPitch;
         picture.data.insert(picture.data.end(), pucRow, pucRow + uiRow);
@@ -213,7 +213,7 @@ Picture_t Read(IDirectFBSurface *pSurface, bool bFront)
 static Picture_t ReadDisplay(bool bFront)
 {
     IDirectFBSurface *const pSurface = DisplaySurface();
-    const Picture_t picture = Read(pSurface, bFront);
+    Picture_t picture = Read(pSurface, bFront);
     pSurface->Release(pSurface);
     return picture;
 }
@@ -239,8 +239,8 @@ testing::AssertionResult Same(const Picture_t &expected, const Picture_t &seen)
     if (expected.data == seen.data) return testing::AssertionSuccess();
     int iDifferent = 0, iFirst = -1;
     for (int i = 0; i < expected.iWidth * expected.iHeight; i++) {
-        if (memcmp(&expected.data[size_t(i * expected.iBytes)], &seen.data[size_t(i * expected.iBytes)],
-                   size_t(expected.iBytes)) == 0) {
+        const size_t uiBytes = size_t(expected.iBytes), uiAt = size_t(i) * uiBytes;
+        if (memcmp(&expected.data[uiAt], &seen.data[uiAt], uiBytes) == 0) {
             continue;
         }
         if (iFirst < 0) iFirst = i;

@@ -68,7 +68,7 @@ struct Picture_t {
 
     kova_uint8 *At(int iX, int iY)
     {
-        return data.data() + size_t((iY * iWidth + iX) * iBytes);
+        return data.data() + (size_t(iY) * size_t(iWidth) + size_t(iX)) * size_t(iBytes);
     }
     kova_uint32 Pixel(int iX, int iY) const;
 };
@@ -141,14 +141,14 @@ std::vector<unsigned short> Wide(const std::string &text);
 int DrawText(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID, const std::string &text, kova_uint32 uiX,
              kova_uint32 uiY);
 
-// Waits until the condition holds, for at most five seconds; whether it came to hold.
+// Waits until the condition holds, for at most a minute; whether it came to hold.
 template <typename Condition> bool Eventually(Condition condition);
 
 void SleepMilliseconds(int iMilliseconds);
 
 template <typename Condition> bool Eventually(Condition condition)
 {
-    for (int i = 0; i < 500; i++) {
+    for (int i = 0; i < 6000; i++) {
         if (condition()) return true;
         SleepMilliseconds(10);
     }

@@ -16,7 +16,7 @@ using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 
 // A lost wake-up is lost for good, so a long patience costs nothing but where the library is wrong.
-static const milliseconds PATIENCE(2000), STRESS(2500);
+static const milliseconds PATIENCE(60000), STRESS(2500);
 
 template <typename Condition> static bool InTime(Condition condition)
 {
@@ -276,8 +276,11 @@ TEST(FlipThread, BringsTheLastFrameOfEveryBurstToTheScreen)
     CountFramesOf(RecordOf(pDisplay)->pActiveSurface);
     SlowTheThreadDown(RecordOf(pDisplay), 500);
 
-    // At least so many, however busy the machine.
-    for (const auto end = Clock::now() + STRESS; Clock::now() < end || iBursts <= 10; iBursts++) {
+    // At least so many, however busy the machine, and until frames took both ways to the screen: without that this
+    // proves nothing.
+    const auto tookBothWays = [] { return s_iThreadFlips > 0 && s_iFlips > s_iThreadFlips; };
+    for (const auto end = Clock::now() + STRESS; Clock::now() < end || iBursts <= 10 || !tookBothWays();
+         iBursts++) {
         DrawAFrame(pDisplay);
         DrawAFrame(pDisplay);
         // The thread is through with the second of the two about now.
@@ -289,10 +292,7 @@ TEST(FlipThread, BringsTheLastFrameOfEveryBurstToTheScreen)
         ClearTrace();
     }
 
-    // Both ways to the screen were taken, or this proved nothing.
     RecordProperty("bursts", iBursts);
-    EXPECT_GT(s_iThreadFlips, 0);
-    EXPECT_GT(s_iFlips, s_iThreadFlips);
     DestroyInTime(pDisplay);
     BeforeThreadCall(nullptr);
 }

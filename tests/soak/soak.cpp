@@ -275,7 +275,8 @@ static int Run(FILE *pTable, KovaGraphicLayer_e eLayer, bool bPalette, int iSeco
         uiOperations = display.Operations() - uiOperations;
         uiChanges = display.Changes() - uiChanges;
         uiRefused = display.Refused();
-        std::this_thread::sleep_for(milliseconds(500));
+        // A frame that never comes is waited for in vain; how late it comes decides nothing.
+        for (int i = 0; i < 6000 && IsFramePending(); i++) std::this_thread::sleep_for(milliseconds(10));
         uiMissed = IsFramePending();
     }
     std::vector<std::chrono::microseconds> latencies = Latencies();

@@ -36,7 +36,7 @@ KovaTextContextParam_t ContextParam(kova_uint32 uiWidth, kova_uint32 uiHeight)
 
 template <typename Condition> static bool Await(Condition condition)
 {
-    for (int i = 0; i < 10000; i++) {
+    for (int i = 0; i < 60000; i++) {
         if (condition()) return true;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }

@@ -44,9 +44,9 @@ void GivenFont(pKovaITextDisplay_t pDisplay, kova_uint32 uiHeight = 24, const ch
 // A backup surface of the plane's size and format, named "backup"; no operation makes one.
 IDirectFBSurface *GivenBackupSurface(pKovaITextDisplay_t pDisplay);
 
-// Until the flip thread waits for a request; false after ten seconds.
+// Until the flip thread waits for a request; false after a minute.
 bool AwaitIdleThread(pKovaITextDisplay_t pDisplay);
-// Until the thread's lines contain this; false after ten seconds.
+// Until the thread's lines contain this; false after a minute.
 bool AwaitThreadTrace(const std::string &text);
 
 // Destroys all contexts and the display, and expects that no DirectFB object is left but those named: the
