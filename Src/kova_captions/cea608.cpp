@@ -162,32 +162,6 @@ enum Address : uint8_t {
     kToMemory
 };
 
-struct Misc {
-    Address address;
-    uint8_t event;
-    void (*handler)(const Control &);
-};
-
-// 14 20 to 14 2F. [79.101(f), 608 table 52]
-static const Misc kMisc[16] = {
-    {kToCaptions, KOVA_CAPTIONS_EVENT_RESUME_CAPTION_LOADING, ResumeCaptionLoading},      // 20 RCL
-    {kToSelected, KOVA_CAPTIONS_EVENT_BACKSPACE, Backspace},                              // 21 BS
-    {kToSelected, KOVA_CAPTIONS_EVENT_ALARM_OFF, Nothing},                                // 22 AOF
-    {kToSelected, KOVA_CAPTIONS_EVENT_ALARM_ON, Nothing},                                 // 23 AON
-    {kToSelected, KOVA_CAPTIONS_EVENT_DELETE_TO_END_OF_ROW, DeleteToEndOfRow},            // 24 DER
-    {kToCaptions, KOVA_CAPTIONS_EVENT_ROLL_UP, RollUp},                                   // 25 RU2
-    {kToCaptions, KOVA_CAPTIONS_EVENT_ROLL_UP, RollUp},                                   // 26 RU3
-    {kToCaptions, KOVA_CAPTIONS_EVENT_ROLL_UP, RollUp},                                   // 27 RU4
-    {kToSelected, KOVA_CAPTIONS_EVENT_FLASH_ON, FlashOn},                                 // 28 FON
-    {kToCaptions, KOVA_CAPTIONS_EVENT_RESUME_DIRECT_CAPTIONING, ResumeDirectCaptioning},  // 29 RDC
-    {kToText, KOVA_CAPTIONS_EVENT_TEXT_RESTART, TextRestart},                             // 2A TR
-    {kToText, KOVA_CAPTIONS_EVENT_RESUME_TEXT_DISPLAY, ResumeTextDisplay},                // 2B RTD
-    {kToMemory, KOVA_CAPTIONS_EVENT_ERASE_DISPLAYED_MEMORY, EraseDisplayedMemory},        // 2C EDM
-    {kToSelected, KOVA_CAPTIONS_EVENT_CARRIAGE_RETURN, CarriageReturn},                   // 2D CR
-    {kToMemory, KOVA_CAPTIONS_EVENT_ERASE_NON_DISPLAYED_MEMORY, EraseNonDisplayedMemory}, // 2E ENM
-    {kToCaptions, KOVA_CAPTIONS_EVENT_END_OF_CAPTION, EndOfCaption},                      // 2F EOC
-};
-
 // ------------------------------------------------------------------------------------ Codes with bits of their own
 
 // The rows of the preambles, by the first byte's low bits and the half of the second byte. [79.101(e)(1)]
@@ -261,10 +235,14 @@ static void TabOffset(const Control &control)
     MoveCursor(control.channel, control.channel.row, uint8_t(column < kLastColumn ? column : kLastColumn));
 }
 
-static void SpecialOrTransparent(const Control &control)
+static void Special(const Control &control)
 {
-    const CodeKind kind = control.second == 0x39 ? kTransparentSpace : kCharacter;
-    Put(control.state, control.channel, {SpecialCharacter(control.second), kind, 0, 0});
+    Put(control.state, control.channel, {SpecialCharacter(control.second), kCharacter, 0, 0});
+}
+
+static void TransparentSpace(const Control &control)
+{
+    Put(control.state, control.channel, {kSpace, kTransparentSpace, 0, 0});
 }
 
 // An encoder sends a stand-in from the basic set first, which the character takes the place of. [608 6.4.2]
@@ -274,108 +252,139 @@ static void Extended(const Control &control)
     Put(control.state, control.channel, {ExtendedCharacter(control.first, control.second), kCharacter, 0, 0});
 }
 
-static void Miscellaneous(const Control &control)
-{
-    kMisc[control.second & 0x0F].handler(control);
-}
+// ---------------------------------------------------------------------------------------------------------- Reports
 
-static void ReportMiscellaneous(const Control &control)
+static void ReportPlain(const Control &control, uint8_t event)
 {
-    const uint8_t event = kMisc[control.second & 0x0F].event;
-    if (event == KOVA_CAPTIONS_EVENT_ROLL_UP) {
-        return Report(control.state, control.source, event, {control.second - 0x25U + 2});
-    }
     Report(control.state, control.source, event);
 }
 
-static void ReportPreamble(const Control &control)
+static void ReportRollUp(const Control &control, uint8_t event)
+{
+    Report(control.state, control.source, event, {control.second - 0x25U + 2});
+}
+
+static void ReportPreamble(const Control &control, uint8_t event)
 {
     const bool indent = control.second & 0x10, italics = !indent && IsItalics(control.second);
     const unsigned color = indent ? unsigned(KOVA_CAPTIONS_WHITE) : ForegroundOf(control.second);
-    Report(control.state, control.source, KOVA_CAPTIONS_EVENT_PREAMBLE,
+    Report(control.state, control.source, event,
            {PreambleRow(control), PreambleColumn(control.second), color, italics ? 1U : KOVA_CAPTIONS_ABSENT,
             control.second & 1U});
 }
 
-static void ReportMidRow(const Control &control)
+static void ReportMidRow(const Control &control, uint8_t event)
 {
     const bool italics = IsItalics(control.second);
-    Report(control.state, control.source, KOVA_CAPTIONS_EVENT_MID_ROW,
+    Report(control.state, control.source, event,
            {italics ? unsigned(KOVA_CAPTIONS_ABSENT) : ForegroundOf(control.second), italics,
             control.second & 1U});
 }
 
-static void ReportBackground(const Control &control)
+static void ReportBackground(const Control &control, uint8_t event)
 {
     const unsigned opacity = control.second & 1 ? KOVA_CAPTIONS_TRANSLUCENT : KOVA_CAPTIONS_SOLID;
-    Report(control.state, control.source, KOVA_CAPTIONS_EVENT_BACKGROUND_ATTRIBUTES,
-           {BackgroundOf(control.second), opacity});
+    Report(control.state, control.source, event, {BackgroundOf(control.second), opacity});
 }
 
-static void ReportTransparent(const Control &control)
+static void ReportTransparent(const Control &control, uint8_t event)
 {
-    Report(control.state, control.source, KOVA_CAPTIONS_EVENT_BACKGROUND_ATTRIBUTES,
-           {KOVA_CAPTIONS_ABSENT, KOVA_CAPTIONS_TRANSPARENT});
+    Report(control.state, control.source, event, {KOVA_CAPTIONS_ABSENT, KOVA_CAPTIONS_TRANSPARENT});
 }
 
-static void ReportBlackForeground(const Control &control)
+static void ReportBlackForeground(const Control &control, uint8_t event)
 {
-    Report(control.state, control.source, KOVA_CAPTIONS_EVENT_BLACK_FOREGROUND, {control.second & 1U});
+    Report(control.state, control.source, event, {control.second & 1U});
 }
 
-static void ReportTabOffset(const Control &control)
+static void ReportTabOffset(const Control &control, uint8_t event)
 {
-    Report(control.state, control.source, KOVA_CAPTIONS_EVENT_TAB_OFFSET, {control.second & 3U});
+    Report(control.state, control.source, event, {control.second & 3U});
 }
 
-static void ReportCharacterSet(const Control &control)
+static void ReportCharacterSet(const Control &control, uint8_t event)
 {
-    Report(control.state, control.source, KOVA_CAPTIONS_EVENT_CHARACTER_SET, {control.second});
+    Report(control.state, control.source, event, {control.second});
 }
 
-static void ReportSpecial(const Control &control)
+static void ReportSpecial(const Control &control, uint8_t)
 {
-    if (control.second == 0x39) {
-        return Report(control.state, control.source, KOVA_CAPTIONS_EVENT_TRANSPARENT_SPACE);
-    }
     AddToRun(control.state, control.field.run, control.source, SpecialCharacter(control.second));
 }
 
-static void ReportExtended(const Control &control)
+static void ReportExtended(const Control &control, uint8_t)
 {
     ReplaceInRun(control.state, control.field.run, control.source,
                  ExtendedCharacter(control.first, control.second));
 }
 
-// A group of control codes: which, what they do, how they are reported.
-struct Group {
+// ------------------------------------------------------------------------------------------------- All control codes
+
+// The codes from a low to a high first byte and a low to a high second byte: whom they are for, what they do, how they
+// are reported.
+struct ControlCode {
     uint8_t first_low, first_high;
     uint8_t second_low, second_high;
+    Address address;
+    uint8_t event;
     void (*handler)(const Control &);
-    void (*report)(const Control &);
+    void (*report)(const Control &, uint8_t event);
 };
 
-// By the first byte without bit 3. What is not here is unassigned.
-static const Group kGroups[] = {
-    {0x10, 0x10, 0x20, 0x2F, Background, ReportBackground},             // [608 6.2]
-    {0x11, 0x11, 0x20, 0x2F, MidRow, ReportMidRow},                     // [79.101(h)(1)]
-    {0x11, 0x11, 0x30, 0x3F, SpecialOrTransparent, ReportSpecial},      // [79.101(g)]
-    {0x12, 0x13, 0x20, 0x3F, Extended, ReportExtended},                 // [608 6.4.2]
-    {0x14, 0x15, 0x20, 0x2F, Miscellaneous, ReportMiscellaneous},       // [79.101(f), 608 8.4]
-    {0x17, 0x17, 0x21, 0x23, TabOffset, ReportTabOffset},               // [79.101(e)(1)(ii)]
-    {0x17, 0x17, 0x24, 0x2A, Nothing, ReportCharacterSet},              // [608 6.3]
-    {0x17, 0x17, 0x2D, 0x2D, BackgroundTransparent, ReportTransparent}, // [608 6.2]
-    {0x17, 0x17, 0x2E, 0x2F, BlackForeground, ReportBlackForeground},   // [608 6.2]
-    {0x10, 0x10, 0x40, 0x5F, Preamble, ReportPreamble},                 // [79.101(e)(1)(i)]
-    {0x11, 0x17, 0x40, 0x7F, Preamble, ReportPreamble},                 // [79.101(e)(1)(i)]
+// By the first byte without bit 3. Bit 0 of 14 and 15 names the field, and is not looked at: streams use 14 in field 2.
+// What is not here is unassigned.
+static const ControlCode kControlCodes[] = {
+    {0x10, 0x10, 0x20, 0x2F, kToSelected, KOVA_CAPTIONS_EVENT_BACKGROUND_ATTRIBUTES, Background,
+     ReportBackground}, // [608 6.2]
+    {0x10, 0x10, 0x40, 0x5F, kToSelected, KOVA_CAPTIONS_EVENT_PREAMBLE, Preamble,
+     ReportPreamble}, // [79.101(e)(1)(i)]
+    {0x11, 0x17, 0x40, 0x7F, kToSelected, KOVA_CAPTIONS_EVENT_PREAMBLE, Preamble,
+     ReportPreamble}, // [79.101(e)(1)(i)]
+    {0x11, 0x11, 0x20, 0x2F, kToSelected, KOVA_CAPTIONS_EVENT_MID_ROW, MidRow,
+     ReportMidRow},                                                                          // [79.101(h)(1)]
+    {0x11, 0x11, 0x30, 0x38, kToSelected, KOVA_CAPTIONS_EVENT_TEXT, Special, ReportSpecial}, // [79.101(g)]
+    {0x11, 0x11, 0x39, 0x39, kToSelected, KOVA_CAPTIONS_EVENT_TRANSPARENT_SPACE, TransparentSpace,
+     ReportPlain},                                                                             // [79.101(g)]
+    {0x11, 0x11, 0x3A, 0x3F, kToSelected, KOVA_CAPTIONS_EVENT_TEXT, Special, ReportSpecial},   // [79.101(g)]
+    {0x12, 0x13, 0x20, 0x3F, kToSelected, KOVA_CAPTIONS_EVENT_TEXT, Extended, ReportExtended}, // [608 6.4.2]
+    {0x14, 0x15, 0x20, 0x20, kToCaptions, KOVA_CAPTIONS_EVENT_RESUME_CAPTION_LOADING, ResumeCaptionLoading,
+     ReportPlain},                                                                                // RCL
+    {0x14, 0x15, 0x21, 0x21, kToSelected, KOVA_CAPTIONS_EVENT_BACKSPACE, Backspace, ReportPlain}, // BS
+    {0x14, 0x15, 0x22, 0x22, kToSelected, KOVA_CAPTIONS_EVENT_ALARM_OFF, Nothing, ReportPlain},   // AOF
+    {0x14, 0x15, 0x23, 0x23, kToSelected, KOVA_CAPTIONS_EVENT_ALARM_ON, Nothing, ReportPlain},    // AON
+    {0x14, 0x15, 0x24, 0x24, kToSelected, KOVA_CAPTIONS_EVENT_DELETE_TO_END_OF_ROW, DeleteToEndOfRow,
+     ReportPlain},                                                                             // DER
+    {0x14, 0x15, 0x25, 0x27, kToCaptions, KOVA_CAPTIONS_EVENT_ROLL_UP, RollUp, ReportRollUp},  // RU2-RU4
+    {0x14, 0x15, 0x28, 0x28, kToSelected, KOVA_CAPTIONS_EVENT_FLASH_ON, FlashOn, ReportPlain}, // FON
+    {0x14, 0x15, 0x29, 0x29, kToCaptions, KOVA_CAPTIONS_EVENT_RESUME_DIRECT_CAPTIONING,
+     ResumeDirectCaptioning, ReportPlain},                                                         // RDC
+    {0x14, 0x15, 0x2A, 0x2A, kToText, KOVA_CAPTIONS_EVENT_TEXT_RESTART, TextRestart, ReportPlain}, // TR
+    {0x14, 0x15, 0x2B, 0x2B, kToText, KOVA_CAPTIONS_EVENT_RESUME_TEXT_DISPLAY, ResumeTextDisplay,
+     ReportPlain}, // RTD
+    {0x14, 0x15, 0x2C, 0x2C, kToMemory, KOVA_CAPTIONS_EVENT_ERASE_DISPLAYED_MEMORY, EraseDisplayedMemory,
+     ReportPlain}, // EDM
+    {0x14, 0x15, 0x2D, 0x2D, kToSelected, KOVA_CAPTIONS_EVENT_CARRIAGE_RETURN, CarriageReturn,
+     ReportPlain}, // CR
+    {0x14, 0x15, 0x2E, 0x2E, kToMemory, KOVA_CAPTIONS_EVENT_ERASE_NON_DISPLAYED_MEMORY,
+     EraseNonDisplayedMemory, ReportPlain}, // ENM
+    {0x14, 0x15, 0x2F, 0x2F, kToCaptions, KOVA_CAPTIONS_EVENT_END_OF_CAPTION, EndOfCaption,
+     ReportPlain}, // EOC
+    {0x17, 0x17, 0x21, 0x23, kToSelected, KOVA_CAPTIONS_EVENT_TAB_OFFSET, TabOffset,
+     ReportTabOffset}, // TO1-TO3
+    {0x17, 0x17, 0x24, 0x2A, kToSelected, KOVA_CAPTIONS_EVENT_CHARACTER_SET, Nothing,
+     ReportCharacterSet}, // [608 6.3]
+    {0x17, 0x17, 0x2D, 0x2D, kToSelected, KOVA_CAPTIONS_EVENT_BACKGROUND_ATTRIBUTES, BackgroundTransparent,
+     ReportTransparent}, // BT
+    {0x17, 0x17, 0x2E, 0x2F, kToSelected, KOVA_CAPTIONS_EVENT_BLACK_FOREGROUND, BlackForeground,
+     ReportBlackForeground}, // FA, FAU
 };
 
-static const Group *FindGroup(uint8_t first, uint8_t second)
+static const ControlCode *FindControlCode(uint8_t first, uint8_t second)
 {
-    for (const Group &group : kGroups) {
-        if (first >= group.first_low && first <= group.first_high && second >= group.second_low &&
-            second <= group.second_high)
-            return &group;
+    for (const ControlCode &code : kControlCodes) {
+        if (first >= code.first_low && first <= code.first_high && second >= code.second_low &&
+            second <= code.second_high)
+            return &code;
     }
     return nullptr;
 }
@@ -391,11 +400,6 @@ static void NoteData(State &state, Channel &channel)
     if (state.options.channel_timeout > 0) ExpectChange(state, state.now + state.options.channel_timeout);
 }
 
-static Address AddressOf(const Group &group, uint8_t second)
-{
-    return group.handler == Miscellaneous ? kMisc[second & 0x0F].address : kToSelected;
-}
-
 static uint8_t ChannelFor(const State &state, int field, uint8_t data_channel, Address address)
 {
     const uint8_t captions = CaptionChannel(field, data_channel),
@@ -409,8 +413,8 @@ static uint8_t ChannelFor(const State &state, int field, uint8_t data_channel, A
 // Which channel a control code is for; an unassigned one counts as the selected channel's.
 static Channel &ChannelOf(State &state, int field, uint8_t first, uint8_t second)
 {
-    const Group *const group = FindGroup(first & 0x17, second);
-    const Address address = group ? AddressOf(*group, second) : kToSelected;
+    const ControlCode *const code = FindControlCode(first & 0x17, second);
+    const Address address = code ? code->address : kToSelected;
     return state.channels[ChannelFor(state, field, first >> 3 & 1, address)];
 }
 
@@ -426,24 +430,24 @@ static void DecodeControl(State &state, int field_index, uint8_t first, uint8_t 
     Field &field = state.fields[field_index];
     Channel &channel = ChannelOf(state, field_index, first, second);
     const uint8_t source = SourceOf(state, channel);
-    const Group *const group = FindGroup(first & 0x17, second);
-    if (!group) return CountUnknown(state, field, source, first, second);
+    const ControlCode *const code = FindControlCode(first & 0x17, second);
+    if (!code) return CountUnknown(state, field, source, first, second);
 
-    const Address address = AddressOf(*group, second);
+    const Address address = code->address;
     const Control control = {state, field, channel, source, uint8_t(first & 0x17), second};
-    const bool prints = group->report == ReportSpecial || group->report == ReportExtended;
+    const bool prints = code->event == KOVA_CAPTIONS_EVENT_TEXT;
 
     field.flow = kCaptions;
     if (field_index == 1) state.extended.active = kNoClass;
     if (address != kToMemory) field.data_channel = first >> 3 & 1;
-    if (!prints || second == 0x39) EndRun(state, field.run);
-    group->report(control);
+    if (!prints) EndRun(state, field.run);
+    code->report(control, code->event);
     NoteData(state, channel);
 
     // Without a mode code nothing is known about the channel yet.
     const bool selects = address == kToCaptions || address == kToText;
     if (channel.mode == KOVA_CAPTIONS_NO_MODE && !selects) return;
-    group->handler(control);
+    code->handler(control);
     if (prints) state.activity.channels_with_text |= uint8_t(1 << (&channel - state.channels));
     Touch(state, channel.status, false);
     SettleFlash(state, channel);

@@ -17,9 +17,6 @@ uint8_t ForegroundOf(uint8_t bits);
 uint8_t BackgroundOf(uint8_t bits);
 bool IsItalics(uint8_t bits);
 
-// Whether it is one of CC1 to CC4, which have two memories.
-bool IsCaptionChannel(const State &state, const Channel &channel);
-
 // Puts a character or code at the cursor and moves the cursor on.
 void Put(State &state, Channel &channel, Code code);
 

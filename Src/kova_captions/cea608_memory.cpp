@@ -8,12 +8,7 @@
 namespace captions
 {
 
-bool IsCaptionChannel(const State &state, const Channel &channel)
-{
-    return &channel - state.channels < kCaptionChannels;
-}
-
-static uint8_t Target(const Channel &channel)
+static uint8_t ReceivingMemory(const Channel &channel)
 {
     return channel.mode == KOVA_CAPTIONS_POP_ON ? channel.non_displayed : channel.displayed;
 }
@@ -109,7 +104,7 @@ static bool HasRoomForMark(const Code *cells, int column)
 
 void Put(State &state, Channel &channel, Code code)
 {
-    const uint8_t memory = Target(channel);
+    const uint8_t memory = ReceivingMemory(channel);
     Code *const cells = state.memories[memory].cells[channel.row];
     Code &cell = cells[channel.column];
 
@@ -138,7 +133,7 @@ static void Erase(Code *cells, int column)
 void Backspace(State &state, Channel &channel)
 {
     if (channel.column == 0) return;
-    const uint8_t memory = Target(channel);
+    const uint8_t memory = ReceivingMemory(channel);
 
     MoveCursor(channel, channel.row, uint8_t(channel.column - 1));
     Erase(state.memories[memory].cells[channel.row], channel.column);
@@ -147,7 +142,7 @@ void Backspace(State &state, Channel &channel)
 
 void DeleteToEndOfRow(State &state, Channel &channel)
 {
-    const uint8_t memory = Target(channel);
+    const uint8_t memory = ReceivingMemory(channel);
     Code *const cells = state.memories[memory].cells[channel.row];
 
     for (int column = channel.column; column < kChannelColumns; ++column) Erase(cells, column);

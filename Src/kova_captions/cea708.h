@@ -24,13 +24,9 @@ struct Target {
 // Whether a viewer sees the window: visible, or on its way out.
 bool IsDrawn(const Service &service, const Window &window);
 
-// Whether text would be seen if it were there.
-bool HasText(const Window &window);
-
-// Says that something of a window changed: all of it, or the cells of one row.
+// Says that something of a window changed.
 void TouchWindow(const Target &target);
-void TouchRow(const Target &target, int row);
-// The same for what no viewer sees.
+// Says the same of what no viewer sees.
 void TouchUnseen(const Target &target);
 
 void SetPen(Window &window, const KovaCaptionsPen &pen);

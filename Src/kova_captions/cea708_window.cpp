@@ -107,7 +107,7 @@ void TouchUnseen(const Target &target)
     TouchAs(target, false);
 }
 
-void TouchRow(const Target &target, int row)
+static void TouchRow(const Target &target, int row)
 {
     TouchWindow(target);
     target.window.row_revision[row] = target.state.revision;
@@ -133,7 +133,7 @@ static void TouchLine(const Target &target, int line)
 
 // --------------------------------------------------------------------------------------------------------------- Text
 
-bool HasText(const Window &window)
+static bool HasText(const Window &window)
 {
     for (int row = 0; row < window.definition.rows; ++row) {
         for (int column = 0; column < window.definition.columns; ++column) {

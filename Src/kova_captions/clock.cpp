@@ -32,9 +32,8 @@ static bool HasDrawnWindow(const Service &service)
 // When the displayed memory of a caption channel has become old. [608 C.9]
 static int64_t TimeoutOf(const State &state, const Channel &channel)
 {
-    const bool captions = channel.displayed != channel.non_displayed;
-    if (!captions || state.options.channel_timeout == 0 || channel.last_data == KOVA_CAPTIONS_NO_TIME ||
-        IsBlank(state.memories[channel.displayed]))
+    if (!HasNonDisplayedMemory(channel) || state.options.channel_timeout == 0 ||
+        channel.last_data == KOVA_CAPTIONS_NO_TIME || IsBlank(state.memories[channel.displayed]))
         return KOVA_CAPTIONS_NEVER;
     return channel.last_data + state.options.channel_timeout;
 }

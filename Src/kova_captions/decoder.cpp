@@ -238,7 +238,7 @@ static void CopyMemory(const Memory &memory, KovaCaptionsChannelCell (*rows)[kCh
     for (int row = 0; row < kChannelRows; ++row) ReadRow(memory.cells[row], rows[row]);
 }
 
-// Text has no memory that is not displayed.
+// As a memory that a channel does not have.
 static void EmptyCells(KovaCaptionsChannelCell (*rows)[kChannelColumns])
 {
     const Code nothing[kChannelColumns] = {};
@@ -248,7 +248,6 @@ static void EmptyCells(KovaCaptionsChannelCell (*rows)[kChannelColumns])
 static void CopyChannel(const State &state, const Channel &from, KovaCaptionsChannel &to)
 {
     const Memory &displayed = state.memories[from.displayed];
-    const bool captions = from.displayed != from.non_displayed;
 
     memset(&to, 0, sizeof to);
     to.status = from.status;
@@ -261,7 +260,7 @@ static void CopyChannel(const State &state, const Channel &from, KovaCaptionsCha
     to.cursor_column = from.column;
     CopyMemory(displayed, to.displayed);
     CopyMemory(state.memories[from.non_displayed], to.non_displayed);
-    if (!captions) EmptyCells(to.non_displayed);
+    if (!HasNonDisplayedMemory(from)) EmptyCells(to.non_displayed);
 }
 
 int Kova_Captions_GetChannel(KovaCaptions *decoder, uint8_t source, KovaCaptionsChannel *channel)

@@ -75,6 +75,12 @@ struct Channel {
     uint8_t non_displayed;
 };
 
+// Whether it is a caption channel: Text has no memory beside the displayed one.
+inline bool HasNonDisplayedMemory(const Channel &channel)
+{
+    return channel.displayed != channel.non_displayed;
+}
+
 constexpr uint8_t kNoChannel = 0xFF;
 
 // What the characters of a field belong to.
