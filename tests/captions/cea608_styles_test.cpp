@@ -288,6 +288,28 @@ TEST(PopOn, IsTheStyleAfterEndOfCaption)
     }
 }
 
+TEST(PopOn, GoesOnAtTheSameCursorAfterEndOfCaption)
+{
+    Requirement("B37", "B38");
+    Driver decoder;
+
+    decoder.Send(Code(RCL) + PacIndent(6, 4) + Text("AB") + Code(EOC) + Text("CD"));
+
+    EXPECT_EQ(decoder.Displayed(), "6 ....AB");
+    EXPECT_EQ(decoder.NonDisplayed(), "6 ......CD");
+}
+
+TEST(PopOn, AndPaintOnBeginWhereTheCursorIs)
+{
+    Requirement("B36", "B42");
+    Driver decoder;
+
+    decoder.Send(Code(RU2) + PacIndent(9, 8) + Text("AB") + Code(RCL) + Text("CD") + Code(RDC) + Text("EF"));
+
+    EXPECT_EQ(decoder.Displayed(), "9 ........AB..EF");
+    EXPECT_EQ(decoder.NonDisplayed(), "9 ..........CD");
+}
+
 TEST(PopOn, ShowsFourFullRowsAnywhere)
 {
     Requirement("B39");

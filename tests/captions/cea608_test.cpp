@@ -532,6 +532,21 @@ TEST(Characters608, OfTheExtendedPortugueseGermanAndDanishSetAreAsTabled)
     ExpectExtended(0x13, "Ã ã Í Ì ì Ò ò Õ õ { } \\ ^ _ | ~ Ä ä Ö ö ß ¥ ¤ │ Å å Ø ø ┌ ┐ └ ┘");
 }
 
+TEST(ExtendedCharacters, ThatAreBoxCornersHaveNoUnderlineOrItalics)
+{
+    Requirement("B15");
+    Driver decoder;
+
+    decoder.Send(Code(RDC) + Pac(15, ITALICS, true) + Text("A"));
+    for (const unsigned corner : {0x3Cu, 0x3Du, 0x3Eu, 0x3Fu}) decoder.Send(Text("x") + Twice(0x13, corner));
+    decoder.Send(Text("B"));
+
+    EXPECT_EQ(decoder.Displayed(), "15 A┌┐└┘B");
+    EXPECT_EQ(decoder.Look(15, 1), "white italics underline on black");
+    for (unsigned column = 2; column <= 5; column++) EXPECT_EQ(decoder.Look(15, column), "white on black");
+    EXPECT_EQ(decoder.Look(15, 6), "white italics underline on black");
+}
+
 TEST(ExtendedCharacters, ReplaceTheCharacterBefore)
 {
     Requirement("B16");
