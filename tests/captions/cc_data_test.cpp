@@ -103,6 +103,15 @@ TEST(CcData, CountsAnErrorIfNotEvenItsHeaderIsThere)
     EXPECT_EQ(triplets->errors, 2u);
 }
 
+TEST(CcData, MayBeWithoutATriplet)
+{
+    TripletList triplets;
+
+    EXPECT_EQ(ReadCcData(Hex("c0 ff"), triplets), 0);
+
+    EXPECT_EQ(triplets->errors, 0u);
+}
+
 TEST(CcData, AppendsAndCountsWhatDoesNotFit)
 {
     TripletList triplets(2);

@@ -90,6 +90,34 @@ TEST(Cdp, YieldsTheServicesItAnnounces)
     EXPECT_EQ(cdp.services.services[1].field, 1);
 }
 
+TEST(Cdp, HasThreeMarksOfTheListOfServices)
+{
+    for (unsigned mark = 0; mark < 3; mark++) {
+        TripletList triplets;
+        KovaCaptionsCdp cdp;
+        ByteString packet = Hex("96 69 14 4f 43 00 01  73 81 c1 65 6e 67 c1 7f ff  74 00 01");
+        packet[8] = uint8_t(0x81 | 0x40 >> mark);
+        EXPECT_EQ(ReadCdp(WithChecksum(packet), triplets, &cdp), 0);
+        EXPECT_EQ(cdp.services_start, mark == 0);
+        EXPECT_EQ(cdp.services_change, mark == 1);
+        EXPECT_EQ(cdp.services_complete, mark == 2);
+        EXPECT_EQ(cdp.services.count, 1u);
+        EXPECT_EQ(triplets->errors, 0u);
+    }
+}
+
+TEST(Cdp, KeepsTheServicesThatAreWhole)
+{
+    TripletList triplets;
+    KovaCaptionsCdp cdp;
+
+    // two announced and one there, without a footer; then a section without its second byte
+    EXPECT_EQ(ReadCdp(Hex("96 69 10 4f 43 00 01  73 f2 c1 65 6e 67 c1 7f ff"), triplets, &cdp), 0);
+    EXPECT_EQ(cdp.services.count, 1u);
+    EXPECT_EQ(ReadCdp(Hex("96 69 08 4f 43 00 01  73"), triplets, &cdp), 0);
+    EXPECT_EQ(cdp.has_services, 0);
+}
+
 TEST(Cdp, HasTheFrameRatesOfTheTable)
 {
     TripletList triplets;
@@ -233,6 +261,15 @@ TEST(Ancillary, HoldsAPairOfOneField)
     EXPECT_EQ(Kova_Captions_ReadAncillary(Hex("61 02 03 0a 15 2c 55").data(), 7, &triplets, nullptr), 1);
 
     EXPECT_EQ(triplets.Text(), "fc 94 20  fd 15 2c");
+}
+
+TEST(Ancillary, CountsAPairThatIsCut)
+{
+    TripletList triplets;
+
+    EXPECT_EQ(Kova_Captions_ReadAncillary(Hex("61 02 02 8a 94").data(), 5, &triplets, nullptr), 0);
+
+    EXPECT_EQ(triplets->errors, 1u);
 }
 
 TEST(Ancillary, OfOtherKindsYieldsNothing)

@@ -89,6 +89,11 @@ TEST(C608, CountsDamage)
 
     EXPECT_EQ(ReadC608(Hex("00 00 00 0b") + CDAT + Hex("94 20 94"), odd), 2);
     EXPECT_EQ(odd->errors, 1u);
+    EXPECT_EQ(ReadC608(Hex("00 00 00 0b") + CDT2 + Hex("94 20 94"), odd), 2);
+    EXPECT_EQ(odd->errors, 2u);
+    // an odd number of bytes in a box of another type is none of ours
+    EXPECT_EQ(ReadC608(Hex("00 00 00 0b") + FREE + Hex("94 20 94"), odd), 0);
+    EXPECT_EQ(odd->errors, 2u);
     EXPECT_EQ(ReadC608(Hex("00 00 00 0a") + CDAT + Hex("94 20") + Hex("00 00 00 0e") + CDT2 + Hex("15 2c"),
                        tooLarge),
               2);
@@ -142,4 +147,7 @@ TEST(C708, CountsDamage)
     EXPECT_EQ(triplets->errors, 2u);
     EXPECT_EQ(ReadC708({}, triplets), 0);
     EXPECT_EQ(triplets->errors, 2u);
+    // a box of another type that is too large, after one that is whole
+    EXPECT_EQ(ReadC708(Hex("00 00 00 1b") + CCDP + PACKET + Hex("00 00 00 0a") + FREE, triplets), 2);
+    EXPECT_EQ(triplets->errors, 3u);
 }

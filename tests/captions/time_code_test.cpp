@@ -93,6 +93,48 @@ TEST(TimeCode, IsRoundedToTheNearestMicrosecond)
     EXPECT_EQ(Kova_Captions_FramesToTime(KOVA_CAPTIONS_RATE_60, 1), 16667);
 }
 
+TEST(TimeCode, StaysExactOverDays)
+{
+    const struct {
+        KovaCaptionsFrameRate rate;
+        int64_t microseconds;
+    } cases[] = {// of 24 million frames at 24 Hz, and so on
+                 {KOVA_CAPTIONS_RATE_23_976, 1001000}, {KOVA_CAPTIONS_RATE_24, 1000000},
+                 {KOVA_CAPTIONS_RATE_25, 1000000},     {KOVA_CAPTIONS_RATE_29_97, 1001000},
+                 {KOVA_CAPTIONS_RATE_30, 1000000},     {KOVA_CAPTIONS_RATE_50, 1000000},
+                 {KOVA_CAPTIONS_RATE_59_94, 1001000},  {KOVA_CAPTIONS_RATE_60, 1000000}};
+    const int64_t nominal[] = {24, 24, 25, 30, 30, 50, 60, 60};
+
+    for (size_t i = 0; i < 8; i++) {
+        EXPECT_EQ(Kova_Captions_FramesToTime(cases[i].rate, nominal[i] * 1000000),
+                  cases[i].microseconds * 1000000);
+    }
+}
+
+TEST(TimeCode, CountsUpTo99Hours)
+{
+    EXPECT_EQ(NonDrop(99, 59, 59, 29), 100 * 108000 - 1);
+}
+
+TEST(TimeCode, LeavesOutLabelsAtTheFourRatesThatHaveDropFrame)
+{
+    for (unsigned rate = 1; rate <= 8; rate++) {
+        const int64_t count = Count(KovaCaptionsFrameRate(rate), 0, 2, 1, 0, true);
+        switch (rate) {
+        case KOVA_CAPTIONS_RATE_29_97:
+        case KOVA_CAPTIONS_RATE_30:
+            EXPECT_EQ(count, 121 * 30 - 2 * 2);
+            break;
+        case KOVA_CAPTIONS_RATE_59_94:
+        case KOVA_CAPTIONS_RATE_60:
+            EXPECT_EQ(count, 121 * 60 - 2 * 4);
+            break;
+        default:
+            EXPECT_EQ(count, -1);
+        }
+    }
+}
+
 TEST(TimeCode, RefusesWhatNoTimeCodeSays)
 {
     EXPECT_EQ(NonDrop(100, 0, 0, 0), -1);

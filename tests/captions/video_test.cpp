@@ -83,6 +83,19 @@ TEST(Mpeg2, EndsUserDataAtTheNextStartCode)
     EXPECT_EQ(triplets->errors, 1u);
 }
 
+TEST(Mpeg2, HasStartCodesOfTwoZerosAndAOne)
+{
+    TripletList triplets;
+
+    EXPECT_EQ(ReadMpeg2(Hex("00 05 01 b2") + ONE_TRIPLET, triplets), 0);
+    EXPECT_EQ(ReadMpeg2(Hex("05 00 01 b2") + ONE_TRIPLET, triplets), 0);
+    EXPECT_EQ(ReadMpeg2(Hex("00 00 02 b2") + ONE_TRIPLET, triplets), 0);
+    for (const char *const before : {"", "00", "01", "00 01", "02 00", "01 00 00", "ff ff ff ff"}) {
+        TripletList one;
+        EXPECT_EQ(ReadMpeg2(Hex(before) + Hex("00 00 01 b2") + ONE_TRIPLET, one), 1) << before;
+    }
+}
+
 TEST(Mpeg2, WithoutUserDataYieldsNothing)
 {
     TripletList triplets;
