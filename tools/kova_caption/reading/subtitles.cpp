@@ -80,7 +80,7 @@ static const AVStream *Choose(const MediaFile &source, const SourceOptions &opti
     const AVStream *subtitles = nullptr;
     const AVStream *video = nullptr;
     const AVStream *unsupported = nullptr;
-    const bool captionText = format.nb_streams == 0;
+    const bool captionText = !source.text().empty() && format.nb_streams == 0;
 
     if (captionText && options.stream.value_or(0) == 0) return nullptr;
     if (options.stream) return &ChooseNumber(source, *options.stream);
@@ -330,7 +330,7 @@ std::vector<StreamInfo> ListStreams(const SourceOptions &options)
     MediaFile source(options.file, options.charset, notices);
     std::vector<StreamInfo> streams;
 
-    if (source.format().nb_streams == 0) {
+    if (!source.text().empty() && source.format().nb_streams == 0) {
         const Triplets triplets = ReadCaptionText(source.text(), source.file(), notices);
         const DecodedCaptions decoded = DecodeTriplets(triplets, ClosedCaptions::Keep::STATES);
         return {{0, StreamKind::TEXT, CaptionTextFormat(source.text()), "", "", ServicesOf(decoded, {})}};

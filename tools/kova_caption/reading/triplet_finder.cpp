@@ -79,6 +79,9 @@ public:
         } else {
             Kova_Captions_ReadAnnexB(coding_, packet.data, size, &carried.list);
         }
+        // The second field of a picture may come without a time.
+        if (packet.pts == AV_NOPTS_VALUE && latest_) time = *latest_;
+        if (packet.pts != AV_NOPTS_VALUE) latest_ = time;
         Kova_Captions_ReorderPush(&queue_, time, carried.bytes.data(), carried.list.count);
         Pass(false);
     }
@@ -103,6 +106,7 @@ private:
     TripletSink sink_;
     std::vector<KovaCaptionsPicture> pictures_;
     KovaCaptionsReorder queue_ = {};
+    std::optional<std::int64_t> latest_; // presentation time of a packet that had one
 };
 
 // MPEG-2: B pictures are shown as they come, others when the next one of theirs is decoded. That orders
@@ -172,13 +176,11 @@ private:
 };
 
 // Elementary streams have no times, so their pictures are in presentation order only once they are decoded.
-// That serves for codings whose packets nothing here reads, too.
 class DecodedPictures : public TripletFinder
 {
 public:
     DecodedPictures(const MediaFile &file, const AVStream &video, TripletSink sink)
-        : file_(file), video_(video), decoder_(OpenDecoder(file, video)), frame_(av_frame_alloc()),
-          sink_(std::move(sink))
+        : video_(video), decoder_(OpenDecoder(file, video)), frame_(av_frame_alloc()), sink_(std::move(sink))
     {
     }
 
@@ -204,14 +206,12 @@ private:
 
     std::int64_t Time() const
     {
-        const AVRational rate = video_.avg_frame_rate;
-        const bool counted = IsBare(file_) && rate.num > 0;
+        const AVRational usual = {30000, 1001};
+        const AVRational rate = video_.avg_frame_rate.num > 0 ? video_.avg_frame_rate : usual;
 
-        if (counted) return av_rescale(frames_, std::int64_t(AV_TIME_BASE) * rate.den, rate.num);
-        return file_.Microseconds(video_, frame_->best_effort_timestamp);
+        return av_rescale(frames_, std::int64_t(AV_TIME_BASE) * rate.den, rate.num);
     }
 
-    const MediaFile &file_;
     const AVStream &video_;
     av::Decoder decoder_;
     av::Frame frame_;
@@ -279,22 +279,20 @@ bool IsCaptionTrack(const AVStream &stream)
 
 bool IsCaptionVideo(const AVStream &stream)
 {
-    return stream.codecpar->codec_type == AVMEDIA_TYPE_VIDEO &&
-           !(stream.disposition & AV_DISPOSITION_ATTACHED_PIC) &&
-           avcodec_find_decoder(stream.codecpar->codec_id);
+    const AVCodecID codec = stream.codecpar->codec_id;
+
+    return !(stream.disposition & AV_DISPOSITION_ATTACHED_PIC) &&
+           (IsMpeg2(codec) || codec == AV_CODEC_ID_H264 || codec == AV_CODEC_ID_HEVC);
 }
 
 std::unique_ptr<TripletFinder> FindTriplets(const MediaFile &file, const AVStream &stream, TripletSink sink)
 {
-    const AVCodecID codec = stream.codecpar->codec_id;
-    const bool readable = IsMpeg2(codec) || codec == AV_CODEC_ID_H264 || codec == AV_CODEC_ID_HEVC;
-
     if (IsCaptionTrack(stream)) return std::make_unique<CaptionSamples>(stream, std::move(sink));
-    if (readable && !IsBare(file) && IsMpeg2(codec)) {
+    if (IsBare(file)) return std::make_unique<DecodedPictures>(file, stream, std::move(sink));
+    if (IsMpeg2(stream.codecpar->codec_id)) {
         return std::make_unique<Mpeg2Pictures>(file, stream, std::move(sink));
     }
-    if (readable && !IsBare(file)) return std::make_unique<NalPictures>(stream, std::move(sink));
-    return std::make_unique<DecodedPictures>(file, stream, std::move(sink));
+    return std::make_unique<NalPictures>(stream, std::move(sink));
 }
 
 } // namespace caption
