@@ -871,6 +871,7 @@ static void FillExtensions(IDirectFBSurface *pIface)
         return Called(Of(pThiz), "DrawMonoGlyph",
                       (pData ? "" : "null ") + Glyph({w, h, iRowByte, iBitOffset, iFg, iBg, iHz, iVz}, x, y));
     };
+#ifndef KOVA_NO_BATCH
     pIface->BatchDrawMonoGlyph = [](IDirectFBSurface *pThiz, const void *apData[],
                                     const DFBMonoGlyphAttributes *pAttributes, const DFBPoint *pPoints,
                                     unsigned uiCount) {
@@ -881,6 +882,7 @@ static void FillExtensions(IDirectFBSurface *pIface)
         }
         return Called(Of(pThiz), "BatchDrawMonoGlyph", text);
     };
+#endif
     pIface->SetOSDScaleInfo = [](IDirectFBSurface *pThiz, const DFBOsdScaleInfo *p) {
         return Called(Of(pThiz), "SetOSDScaleInfo",
                       Format("plane %d,%d %dx%d buf %dx%d crop %d,%d %dx%d", p->plane_x, p->plane_y,

@@ -37,7 +37,12 @@ static void DrawAll(pKovaITextDisplay_t pDisplay, int iPlane)
     memset(s_aucGlyph, 0xAA, sizeof s_aucGlyph);
     memset(s_aucRows, ROWS, sizeof s_aucRows);
     EXPECT_EQ(pDisplay->SetClip(pDisplay, scContextID, nullptr), 0);
-    // First of all: what it copies is not compared, because it reads what was last flipped.
+    // First of all, with nothing in between. Neither is compared: the fill covers the glyph, and a copy reads what was
+    // last flipped.
+    EXPECT_EQ(pDisplay->DrawPixelExpand(pDisplay, scContextID, s_aucGlyph, uiWidth - 8, uiHeight - 8,
+                                        GLYPH_WIDTH, GLYPH_HEIGHT, GLYPH_WIDTH / 8, GlyphColor(PAPER),
+                                        GlyphColor(INK), 0, KOVA_EXPAND_2X4Y),
+              0);
     EXPECT_EQ(pDisplay->Blit(pDisplay, scContextID, &part, uiWidth / 2, uiHeight / 2), 0);
     EXPECT_EQ(pDisplay->FillRect(pDisplay, scContextID, &whole, Color(GROUND)), 0);
     for (const kova_uint32 uiX : {uiWidth - GLYPH_WIDTH, kova_uint32(-GLYPH_WIDTH / 2)}) {

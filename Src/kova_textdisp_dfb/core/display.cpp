@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
 // Creates and destroys a display. When creation fails half-way, what was acquired stays acquired: sets in the field
 // behave so, and their callers end the process.
-#include "kova/kova_textdisp_dfb.h"
+// First, because it includes directfb.h as C has it.
 #include "operations.h"
 #include "platform/platform.h"
+
+#include "kova/kova_textdisp_dfb.h"
 
 #include <stdlib.h>
 #include <string.h>
 
 using namespace textdisp;
 
+// Displays may be created on several threads.
 static IDirectFBDisplayLayer *gpLayer;
 static IDirectFB *gpDfb;
 
@@ -174,8 +177,8 @@ KEEPS_DISPLAY pKovaITextDisplay_t Kova_TextDFBDisp_Create(pKovaTextInitParam_t p
     }
     pDisplay->scActiveContextID = -1;
     pDisplay->flip_thread_ref = 0;
-    gpLayer = pDisplay->eLayer == KOVA_GRAPHIC_LAYER1 ? nullptr : pDisplay->pLayer;
-    gpDfb = pDisplay->pDfb;
+    Poke(gpLayer, pDisplay->eLayer == KOVA_GRAPHIC_LAYER1 ? nullptr : pDisplay->pLayer);
+    Poke(gpDfb, pDisplay->pDfb);
     return TEXTDISP_EXIT(), &pDisplay->sInterface;
 }
 
@@ -216,10 +219,10 @@ void Kova_TextDFBDisp_Destroy(pKovaITextDisplay_t pThiz)
 
 IDirectFBDisplayLayer *Kova_TextDFBDisp_GetLayer(void)
 {
-    return gpLayer;
+    return Peek(gpLayer);
 }
 
 IDirectFB *Kova_TextDFBDisp_GetDFB(void)
 {
-    return gpDfb;
+    return Peek(gpDfb);
 }

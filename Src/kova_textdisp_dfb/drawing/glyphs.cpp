@@ -26,20 +26,26 @@ static kova_sint32 GlyphColor(const KovaDFBDisplay_t *pDisplay, kova_sint32 siCo
     return kova_sint32(kova_uint32(c.a) << 24 | kova_uint32(c.r) << 16 | kova_uint32(c.g) << 8 | c.b);
 }
 
+// Headers differ in the integer types of the platform's record.
+template <typename Member, typename Value> static void Set(Member &member, Value value)
+{
+    member = static_cast<Member>(value);
+}
+
 static MonoGlyph_t DescribeGlyph(const KovaDFBDisplay_t *pDisplay, kova_uint32 uiWidth, kova_uint32 uiHeight,
                                  kova_uint32 uiRowByte, kova_sint32 siBgColor, kova_sint32 siFgColor,
                                  kova_uint32 uiBitOffset, KovaTextExpand_e eExpand)
 {
     MonoGlyph_t glyph;
 
-    glyph.w = int(uiWidth);
-    glyph.h = int(uiHeight);
-    glyph.rowbyte = int(uiRowByte);
-    glyph.bitoffset = int(uiBitOffset);
-    glyph.fgcolor = GlyphColor(pDisplay, siFgColor);
-    glyph.bgcolor = GlyphColor(pDisplay, siBgColor);
-    glyph.hz = HorizontalFactor(eExpand);
-    glyph.vz = VerticalFactor(eExpand);
+    Set(glyph.w, uiWidth);
+    Set(glyph.h, uiHeight);
+    Set(glyph.rowbyte, uiRowByte);
+    Set(glyph.bitoffset, uiBitOffset);
+    Set(glyph.fgcolor, GlyphColor(pDisplay, siFgColor));
+    Set(glyph.bgcolor, GlyphColor(pDisplay, siBgColor));
+    Set(glyph.hz, HorizontalFactor(eExpand));
+    Set(glyph.vz, VerticalFactor(eExpand));
     return glyph;
 }
 

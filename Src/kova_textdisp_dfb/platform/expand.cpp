@@ -51,17 +51,12 @@ static bool Clip(const DFBRegion &clip, const DFBPoint &point, int iWidth, int i
 }
 
 // The rows above the part are skipped here, so that only the first visible one needs care.
-static Bitmap_t BitmapOf(const kova_uint8 *pucData, const MonoGlyph_t &glyph, const Part_t &part)
+static Bitmap_t BitmapOf(const kova_uint8 *pucData, const GlyphAttributes_t &glyph, const Part_t &part)
 {
     const auto uiBitOffset = unsigned(glyph.bitoffset), uiWidth = unsigned(glyph.w);
     const unsigned uiOffset = uiBitOffset % 8;
-    Bitmap_t bitmap = {pucData + uiBitOffset / 8,
-                       ptrdiff_t(glyph.rowbyte),
-                       uiOffset,
-                       uiWidth,
-                       (uiOffset + uiWidth - 1) / 8,
-                       int(glyph.vz),
-                       int(glyph.vz)};
+    Bitmap_t bitmap = {pucData + uiBitOffset / 8,    glyph.rowbyte, uiOffset, uiWidth,
+                       (uiOffset + uiWidth - 1) / 8, glyph.vz,      glyph.vz};
 
     int iAbove = part.iTop;
     for (; iAbove >= bitmap.iVertical; iAbove -= bitmap.iVertical) bitmap.pucRow += bitmap.iRowByte;
@@ -162,7 +157,7 @@ static __attribute__((noinline)) void DrawCutRows(Ink ink, const Bitmap_t &bitma
 }
 
 template <typename Ink>
-static void DrawPart(Ink ink, const MonoGlyph_t &glyph, const DFBPoint &point, const Bitmap_t &bitmap,
+static void DrawPart(Ink ink, const GlyphAttributes_t &glyph, const DFBPoint &point, const Bitmap_t &bitmap,
                      const Part_t &part, const Target_t &target)
 {
     kova_uint8 *const pucTo = target.pucData + (point.y + part.iTop) * target.iPitch +
@@ -178,10 +173,10 @@ static void DrawPart(Ink ink, const MonoGlyph_t &glyph, const DFBPoint &point, c
 // Draws each glyph in the ink for its horizontal factor: narrow for 1, wide for 2.
 template <typename Narrow, typename Wide>
 static void DrawAll(Narrow narrow, Wide wide, const Target_t &target, const kova_uint8 *const *ppucData,
-                    const MonoGlyph_t *pGlyphs, const DFBPoint *pPoints, int iCount)
+                    const GlyphAttributes_t *pGlyphs, const DFBPoint *pPoints, int iCount)
 {
     for (int i = 0; i < iCount; i++) {
-        const MonoGlyph_t &glyph = pGlyphs[i];
+        const GlyphAttributes_t &glyph = pGlyphs[i];
         const DFBPoint &point = pPoints[i];
         Part_t part;
         if (!Clip(target.clip, point, glyph.w * glyph.hz, glyph.h * glyph.vz, &part)) continue;
@@ -195,7 +190,7 @@ static void DrawAll(Narrow narrow, Wide wide, const Target_t &target, const kova
 }
 
 DFBResult ExpandGlyphs(IDirectFBSurface *pSurface, const kova_uint8 *const *ppucData,
-                       const MonoGlyph_t *pGlyphs, const DFBPoint *pPoints, int iCount)
+                       const GlyphAttributes_t *pGlyphs, const DFBPoint *pPoints, int iCount)
 {
     DFBSurfacePixelFormat eFormat = DSPF_UNKNOWN;
     int iWidth = 0, iHeight = 0, iPitch = 0;

@@ -12,7 +12,7 @@ namespace textdisp
 // Draws inside the surface's clip, under one lock of the surface. In LUT8 colours are indexes, in ARGB they are
 // 0xAARRGGBB. For any other format it draws nothing and returns DFB_UNSUPPORTED.
 DFBResult ExpandGlyphs(IDirectFBSurface *pSurface, const kova_uint8 *const *ppucData,
-                       const MonoGlyph_t *pGlyphs, const DFBPoint *pPoints, int iCount);
+                       const GlyphAttributes_t *pGlyphs, const DFBPoint *pPoints, int iCount);
 
 } // namespace textdisp
 

@@ -63,13 +63,49 @@ DFBResult SetOsdScale(IDirectFBSurface *pSurface, IDirectFBDisplayLayer *pLayer,
     return ScaleOsd(pSurface, pLayer, info);
 }
 
+// Headers differ in the constness and the types of the pointers, and no platform writes to what they point to. So they
+// are cast to whatever the call takes.
+template <typename Surface, typename Result, typename Data, typename... Numbers>
+static DFBResult CallGlyph(Surface *pSurface, Result (*Surface::*method)(Surface *, Data, Numbers...),
+                           const kova_uint8 *pucData, const MonoGlyph_t &glyph, const DFBPoint &point)
+{
+    return Call(pSurface, method, (Data)pucData, glyph.w, glyph.h, glyph.rowbyte, glyph.bitoffset, point.x,
+                point.y, glyph.fgcolor, glyph.bgcolor, glyph.hz, glyph.vz);
+}
+
+template <typename Surface, typename Result, typename Data, typename Glyphs, typename Points, typename Count>
+static DFBResult CallBatch(Surface *pSurface,
+                           Result (*Surface::*method)(Surface *, Data, Glyphs *, Points *, Count),
+                           const kova_uint8 *const *ppucData, const MonoGlyph_t *pGlyphs,
+                           const DFBPoint *pPoints, kova_uint8 ucCount)
+{
+    return Call(pSurface, method, (Data)ppucData, (Glyphs *)pGlyphs, (Points *)pPoints, ucCount);
+}
+
+// With the result of the first call that failed.
+template <typename Surface>
+static DFBResult CallEach(Surface *pSurface, const kova_uint8 *const *ppucData, const MonoGlyph_t *pGlyphs,
+                          const DFBPoint *pPoints, kova_uint8 ucCount)
+{
+    DFBResult eFirst = DFB_OK;
+
+    for (int i = 0; i < ucCount; i++) {
+        const DFBResult eResult =
+            CallGlyph(pSurface, &Surface::DrawMonoGlyph, ppucData[i], pGlyphs[i], pPoints[i]);
+        if (eFirst == DFB_OK) eFirst = eResult;
+    }
+    return eFirst;
+}
+
+// A platform with one of the two calls draws everything with it: its bit order need not be that of our own expansion.
 template <typename Surface>
 static DFBResult DrawOne(Surface *pSurface, const kova_uint8 *pucData, const MonoGlyph_t &glyph,
                          const DFBPoint &point)
 {
     if constexpr (HasMonoGlyph<Surface>::value) {
-        return Call(pSurface, &Surface::DrawMonoGlyph, pucData, glyph.w, glyph.h, glyph.rowbyte,
-                    glyph.bitoffset, point.x, point.y, glyph.fgcolor, glyph.bgcolor, glyph.hz, glyph.vz);
+        return CallGlyph(pSurface, &Surface::DrawMonoGlyph, pucData, glyph, point);
+    } else if constexpr (HasMonoGlyphBatch<Surface>::value) {
+        return CallBatch(pSurface, &Surface::BatchDrawMonoGlyph, &pucData, &glyph, &point, 1);
     } else {
         return ExpandGlyphs(pSurface, &pucData, &glyph, &point, 1);
     }
@@ -81,23 +117,14 @@ DFBResult DrawGlyph(IDirectFBSurface *pSurface, const kova_uint8 *pucData, const
     return DrawOne(pSurface, pucData, glyph, point);
 }
 
-template <typename Surface, typename Result, typename Data, typename Count>
-static DFBResult CallBatch(Surface *pSurface,
-                           Result (*Surface::*method)(Surface *, Data, const MonoGlyph_t *, const DFBPoint *,
-                                                      Count),
-                           const kova_uint8 *const *ppucData, const MonoGlyph_t *pGlyphs,
-                           const DFBPoint *pPoints, kova_uint8 ucCount)
-{
-    // Headers disagree about the constness of the data, and no platform writes to it.
-    return Call(pSurface, method, (Data)ppucData, pGlyphs, pPoints, ucCount);
-}
-
 template <typename Surface>
 static DFBResult DrawMany(Surface *pSurface, const kova_uint8 *const *ppucData, const MonoGlyph_t *pGlyphs,
                           const DFBPoint *pPoints, kova_uint8 ucCount)
 {
     if constexpr (HasMonoGlyphBatch<Surface>::value) {
         return CallBatch(pSurface, &Surface::BatchDrawMonoGlyph, ppucData, pGlyphs, pPoints, ucCount);
+    } else if constexpr (HasMonoGlyph<Surface>::value) {
+        return CallEach(pSurface, ppucData, pGlyphs, pPoints, ucCount);
     } else {
         return ExpandGlyphs(pSurface, ppucData, pGlyphs, pPoints, ucCount);
     }
