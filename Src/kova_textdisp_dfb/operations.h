@@ -6,6 +6,8 @@
 
 #include "call.h"
 
+#include <sys/time.h>
+
 namespace textdisp
 {
 
@@ -72,6 +74,8 @@ DFBResult FlipSurface(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 // presentation/flip_thread.cpp
 void *Flip_last_frame_Thread(void *args);
 void PostFlip(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
+// A thread that is ending serves nobody, and no other can be started beside it. Gives the lock up while it waits.
+void AwaitEndOfFlipThread(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 // For a new context. Returns 0, or the error of pthread_create: the context then has no hold.
 int HoldFlipThread(KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY;
 // For a context that ends. True when the thread was asked to stop: the caller gives the lock up, which the thread takes

@@ -604,3 +604,25 @@ TEST(FlipThread, IsStartedAnewByTheNextContext)
     EXPECT_EQ(RecordOf(pDisplay)->flip_thread_stop, 0);
     Destroy(pDisplay);
 }
+
+// The thread before it was stopped in its sleep, with a request noted that it had not seen.
+TEST(FlipThread, StartsWithoutTheRequestsOfTheThreadBefore)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    KovaTextContextParam_t param = ContextParam();
+    GivenDeferredFlip(pDisplay);
+    EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0);
+    EXPECT_EQ(RecordOf(pDisplay)->bFlipPosted, 1);
+    BeforeThreadCall([](const char *pcCall, const void *) {
+        if (strcmp(pcCall, "pthread_join") == 0) LetSleeperGo();
+    });
+    Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
+    BeforeThreadCall(nullptr);
+    ClearTrace();
+
+    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
+
+    EXPECT_TRUE(AwaitIdleThread(pDisplay));
+    EXPECT_FALSE(Contains(ThreadTrace(), "usleep")) << ThreadTrace();
+    Destroy(pDisplay);
+}

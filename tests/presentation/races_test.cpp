@@ -6,6 +6,7 @@
 #include "watchdog.h"
 
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <condition_variable>
 #include <random>
@@ -345,4 +346,93 @@ TEST(FlipThread, EndsInTheMiddleOfBurstsToo)
     }
     DestroyInTime(pDisplay);
     BeforeThreadCall(nullptr);
+}
+
+// ---- a thread that is ending
+
+// Holds the caller that destroys the last context up in its join, until the test's own thread has slept so often.
+static void HoldTheJoinFor(int iSleeps, std::atomic<int> *piJoins)
+{
+    BeforeThreadCall([=](const char *pcCall, const void *) {
+        if (strcmp(pcCall, "pthread_join") != 0) return;
+        ++*piJoins;
+        InTime([=] { return CountOf(TraceOf("usleep 1000\n"), "usleep 1000\n") >= iSleeps; });
+    });
+}
+
+TEST(CreateContext, WaitsForAThreadThatIsEndingAndStartsItsOwn)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    KovaTextContextParam_t param = ContextParam();
+    std::atomic<int> iJoins{0};
+    EXPECT_TRUE(AwaitIdleThread(pDisplay));
+    HoldTheJoinFor(3, &iJoins);
+    std::thread destroyer([=] { Kova_TextDFBDisp_DestroyContext(pDisplay, 0); });
+    ASSERT_TRUE(InTime([&] { return iJoins == 1; }));
+    ClearTrace();
+
+    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
+
+    destroyer.join();
+    BeforeThreadCall(nullptr);
+    // In steps of a millisecond, with the lock given up, and before anything else is done.
+    const std::string trace = Trace();
+    EXPECT_EQ(trace.rfind("enter Kova_TextDFBDisp_CreateContext\nusleep 1000\nusleep 1000\nusleep 1000\n", 0),
+              0u)
+        << trace;
+    const size_t end = trace.rfind("usleep 1000\n") + strlen("usleep 1000\n");
+    EXPECT_EQ(trace.substr(end), "  log Kova_TextDFBDisp_CreateContext: Create context 0\n"
+                                 "  pthread_create\n"
+                                 "exit Kova_TextDFBDisp_CreateContext\n");
+    EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 1u);
+
+    // The thread serves it.
+    EXPECT_TRUE(AwaitIdleThread(pDisplay));
+    HoldSleeps(false);
+    const int iFlips = ThreadFlips();
+    DeferAFlip(pDisplay);
+    EXPECT_TRUE(InTime([=] { return ThreadFlips() == iFlips + 1; })) << ThreadTrace();
+    DestroyInTime(pDisplay);
+}
+
+TEST(CreateContext, DoesNotWaitForAThreadThatHasEndedOrIsInUse)
+{
+    pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
+    KovaTextContextParam_t param = ContextParam();
+    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 1);
+    Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
+    Kova_TextDFBDisp_DestroyContext(pDisplay, 1);
+    EXPECT_EQ(RecordOf(pDisplay)->flip_thread_stop, 1);
+    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
+
+    EXPECT_FALSE(Contains(Trace(), "usleep"));
+    DestroyInTime(pDisplay);
+}
+
+// Another context, whose own thread could not be started, holds nothing that a second caller could join.
+TEST(DestroyContext, IsNotTheLastWhileAnotherCallerEndsTheThread)
+{
+    pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
+    KovaTextContextParam_t param = ContextParam();
+    std::atomic<int> iJoins{0};
+    FailThreadStart(EAGAIN);
+    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), -1);
+    FailThreadStart(0);
+    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 1);
+    EXPECT_TRUE(AwaitIdleThread(pDisplay));
+    Gate_t gate;
+    BeforeThreadCall([&](const char *pcCall, const void *) {
+        if (strcmp(pcCall, "pthread_join") == 0 && ++iJoins == 1) gate.PassThrough();
+    });
+    std::thread destroyer([=] { Kova_TextDFBDisp_DestroyContext(pDisplay, 1); });
+    ASSERT_TRUE(gate.AwaitReached());
+
+    Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
+
+    EXPECT_EQ(iJoins, 1);
+    gate.Open();
+    destroyer.join();
+    BeforeThreadCall(nullptr);
+    EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 0u);
+    DestroyInTime(pDisplay);
 }

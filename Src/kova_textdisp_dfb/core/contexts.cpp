@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "kova/kova_textdisp_dfb.h"
+// First, because it includes directfb.h as C has it.
 #include "operations.h"
 #include "platform/platform.h"
+
+#include "kova/kova_textdisp_dfb.h"
 
 #include <stdio.h>
 
@@ -45,6 +47,7 @@ KEEPS_DISPLAY kova_sint8 Kova_TextDFBDisp_CreateContext(pKovaITextDisplay_t pThi
     if (!pThiz) return TEXTDISP_ERROR("NULL Pointer!"), kova_sint8(-1);
     if (!pParam) return TEXTDISP_ERROR("NULL Pointer!"), kova_sint8(-1);
     Lock(pDisplay);
+    AwaitEndOfFlipThread(pDisplay);
     const int iContext = FirstFreeContext(pDisplay->ucContextMask);
     if (iContext == MAX_CONTEXTS) return TEXTDISP_ERROR("Can't support so much context!"), kova_sint8(-1);
     const bool bPlaneChanges =

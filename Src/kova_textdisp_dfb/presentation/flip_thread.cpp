@@ -26,10 +26,16 @@ static void SetHolds(KovaDFBDisplay_t *pDisplay, kova_uint32 uiHolds)
     __atomic_store_n(&pDisplay->flip_thread_ref, uiHolds, __ATOMIC_RELEASE);
 }
 
+// From the moment when the last release asked the thread to stop until it was joined.
+static bool IsEnding(const KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY
+{
+    return Holds(pDisplay) != 0 && pDisplay->flip_thread_stop;
+}
+
 static void Wake(KovaDFBDisplay_t *pDisplay, kova_bool *pbNote) HOLDS_DISPLAY
 {
     // Without a thread, or with one that is ending, there is no mutex and no condition to be touched.
-    if (Holds(pDisplay) == 0 || pDisplay->flip_thread_stop) return;
+    if (Holds(pDisplay) == 0 || IsEnding(pDisplay)) return;
     Poke(*pbNote, 1);
     pthread_mutex_lock(&pDisplay->flip_thread_mutex);
     pthread_mutex_unlock(&pDisplay->flip_thread_mutex);
@@ -51,6 +57,15 @@ void PostFlip(KovaDFBDisplay_t *pDisplay)
     Wake(pDisplay, &pDisplay->bFlipPosted);
 }
 
+void AwaitEndOfFlipThread(KovaDFBDisplay_t *pDisplay)
+{
+    while (IsEnding(pDisplay)) {
+        Unlock(pDisplay);
+        usleep(1000);
+        Lock(pDisplay);
+    }
+}
+
 int HoldFlipThread(KovaDFBDisplay_t *pDisplay)
 {
     const kova_uint32 uiHolds = Holds(pDisplay);
@@ -64,6 +79,8 @@ bool ReleaseFlipThread(KovaDFBDisplay_t *pDisplay)
 {
     const kova_uint32 uiHolds = Holds(pDisplay);
 
+    // Only one caller joins it.
+    if (IsEnding(pDisplay)) return false;
     if (uiHolds == 1) Wake(pDisplay, &pDisplay->flip_thread_stop);
     // A context whose thread did not start has no hold.
     if (uiHolds > 1) SetHolds(pDisplay, uiHolds - 1);
