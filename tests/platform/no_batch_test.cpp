@@ -16,8 +16,8 @@ static int DrawBatch(pKovaITextDisplay_t pDisplay, kova_uint8 ucCount)
     KovaTextExpand_e aeExpand[] = {KOVA_EXPAND_1X1Y, KOVA_EXPAND_1X2Y, KOVA_EXPAND_2X4Y};
 
     ClearTrace();
-    return pDisplay->BatchDrawPixelExpand(pDisplay, 0, apucData, auiX, auiY, auiWidth, auiHeight, auiRowByte, asiBg,
-                                          asiFg, auiBitOffset, aeExpand, ucCount);
+    return pDisplay->BatchDrawPixelExpand(pDisplay, 0, apucData, auiX, auiY, auiWidth, auiHeight, auiRowByte,
+                                          asiBg, asiFg, auiBitOffset, aeExpand, ucCount);
 }
 
 static const char *const FIRST = "DrawMonoGlyph 8x1 row 3 bit 0 at 1,4 fg 0xd bg 0xa hz 1 vz 1\n";

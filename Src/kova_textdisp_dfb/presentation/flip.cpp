@@ -1,14 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "operations.h"
 
-#include <sys/time.h>
-
 namespace textdisp
 {
 
-// Of the last direct flip on a rate-limited layer; zero at load, so the first flip is never deferred. All
-// displays of the process share it.
-static struct timeval g_last_flip_req_time;
+// The time of the last direct flip on a rate-limited layer; zero at load, so the first flip is never deferred. All
+// displays of the process share it, each under a lock of its own, so it is one word that is read and written whole: the
+// microseconds in its lowest bits, and the seconds above them.
+static int64_t g_last_flip_req_time;
+
+enum { MICROSECOND_BITS = 20 };
+
+static struct timeval LastFlipTime()
+{
+    const int64_t iPacked = Peek(g_last_flip_req_time);
+    struct timeval time;
+
+    time.tv_sec = time_t(iPacked >> MICROSECOND_BITS);
+    time.tv_usec = suseconds_t(iPacked & ((1 << MICROSECOND_BITS) - 1));
+    return time;
+}
+
+static void StoreLastFlipTime(const struct timeval &time)
+{
+    Poke(g_last_flip_req_time, int64_t(time.tv_sec) * (1 << MICROSECOND_BITS) + time.tv_usec);
+}
 
 enum { FRAME_TIME = 16 }; // milliseconds
 
@@ -38,10 +54,11 @@ DFBResult FlipSurface(KovaDFBDisplay_t *pDisplay)
 int FilpInternal(pKovaITextDisplay_t pThiz)
 {
     KovaDFBDisplay_t *const pDisplay = Record(pThiz);
+    const struct timeval last = LastFlipTime();
     struct timeval now;
 
     gettimeofday(&now, nullptr);
-    if (pDisplay->bFlip && compare_time(&now, &g_last_flip_req_time) < FRAME_TIME) {
+    if (pDisplay->bFlip && compare_time(&now, &last) < FRAME_TIME) {
         pDisplay->blast_frame_changed = 0;
         DFB_CHECK(Call(pDisplay->pActiveSurface, &IDirectFBSurface::GetClip, &pDisplay->flip_clip));
         PostFlip(pDisplay);
@@ -49,7 +66,7 @@ int FilpInternal(pKovaITextDisplay_t pThiz)
         if (IsBackBuffered(pDisplay) && pDisplay->bFlip) {
             DFB_CHECK(FlipSurface(pDisplay));
             pDisplay->blast_frame_changed = 1;
-            g_last_flip_req_time = now;
+            StoreLastFlipTime(now);
         }
     } else {
         // The window flips whatever bFlip says, and its flips do not count in the 16 ms rule.

@@ -10,8 +10,8 @@
     struct _##name {                                                                                         \
         void *priv;                                                                                          \
         int magic, refs;                                                                                     \
-        DirectResult (*AddRef)(name *thiz);                                                                  \
-        DirectResult (*Release)(name *thiz);                                                                 \
+        DirectResult (*AddRef)(name * thiz);                                                                 \
+        DirectResult (*Release)(name * thiz);                                                                \
         __VA_ARGS__                                                                                          \
     };
 #define DECLARE_INTERFACE D_DECLARE_INTERFACE
