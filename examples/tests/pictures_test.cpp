@@ -162,7 +162,7 @@ TEST(TeletextPage, EnlargesEachLineByItsOwnFactors)
     EXPECT_EQ(Around(picture, WHITE, {0, 80, 32, 96}).right, 28); // an H of ten pixels, starting at the third
 }
 
-TEST(TwoContexts, ShowsTheActiveOneAlone)
+TEST(TwoContexts, ShowsOnlyTheActiveOne)
 {
     const Picture subtitle = PictureOf("two_contexts", 1);
     const Picture menu = PictureOf("two_contexts", 2);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The layout and the values of everything a caller sees, the same on every machine. Compiling this file is the test.
+// Layout and values of everything a caller sees, the same on every machine. Compiling this file is the test.
 #include "kova/kova_textdisp_dfb.h"
 
 #include <stddef.h>
@@ -133,7 +133,7 @@ FIELD(Surface_OsdScaleInfo, crop_y, int, 28);
 FIELD(Surface_OsdScaleInfo, crop_w, int, 32);
 FIELD(Surface_OsdScaleInfo, crop_h, int, 36);
 
-// The type of the display and 34 operations, nothing else: 140 bytes on the set, 280 on a 64-bit machine.
+// The type of the display and 34 operations, nothing else: 140 bytes on 32-bit machines, 280 on 64-bit ones.
 #define SLOT(number, operation, ...)                                                                         \
     static_assert(                                                                                           \
         offsetof(KovaITextDisplay_t, operation) == (number) * sizeof(void *) &&                              \

@@ -5,7 +5,7 @@ using namespace test;
 
 static const char s_acFacade[] = "Src/kova_textdisp_api";
 
-// ---- creating
+// ---- creation
 
 struct RefusedRow_t {
     kova_uint32 uiWidth, uiHeight;
@@ -32,7 +32,7 @@ static KovaTextInitParam_t ParamOf(const RefusedRow_t &row)
     return param;
 }
 
-TEST(TextDispCreate, RefusesTheFirstBadParameterAndNamesThatAlone)
+TEST(TextDispCreate, RefusesTheFirstBadParameterAndNamesOnlyThat)
 {
     for (const RefusedRow_t &row : s_refused) {
         for (const KovaGraphicType_e eType : {KOVA_GRAPHIC_VGX, KOVA_GRAPHIC_DIRECTFB}) {
@@ -120,7 +120,7 @@ TEST(TextDispCreate, AcceptsTheSmallestPlane)
     Destroy(gpDisplay);
 }
 
-TEST(TextDispCreate, AnswersZeroForATypeWithoutABackendAndKeepsNoDisplay)
+TEST(TextDispCreate, ReturnsZeroForATypeWithoutABackendAndKeepsNoDisplay)
 {
     for (const int iType : {0, 2, 3, -1, 0x101}) {
         SCOPED_TRACE(iType);
@@ -134,9 +134,9 @@ TEST(TextDispCreate, AnswersZeroForATypeWithoutABackendAndKeepsNoDisplay)
     EXPECT_TRUE(Records().empty());
 }
 
-TEST(TextDispCreate, AnswersZeroWhenTheBackendFailsAndKeepsNoDisplay)
+TEST(TextDispCreate, ReturnsZeroWhenTheBackendFailsAndKeepsNoDisplay)
 {
-    const LeaksAreMeant_t leaks; // the backend loses its record
+    const LeaksAreMeant_t leaks; // the backend does not free its record
     pKovaITextDisplay_t pFirst = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     KovaTextInitParam_t param = InitParam(KOVA_GRAPHIC_LAYER2);
     FailLoading("no such file");
@@ -168,7 +168,7 @@ TEST(TextDispCreate, OverwritesTheFirstDisplayWithoutDestroyingIt)
 
 // ---- the debug category
 
-TEST(TextdisplayDebug, IsMadeOnceByTheFirstCreateThatPassesItsChecks)
+TEST(TextdisplayDebug, IsCreatedOnceByTheFirstCreateThatPassesItsChecks)
 {
     static const char s_acMade[] = "kova_debug_category_new \"TextDisplay\" 373 \"textdisplay debug\"\n";
     KovaTextInitParam_t param = InitParam(KOVA_GRAPHIC_LAYER2);
@@ -178,7 +178,7 @@ TEST(TextdisplayDebug, IsMadeOnceByTheFirstCreateThatPassesItsChecks)
     Kova_TextDisp_Create(KOVA_GRAPHIC_DIRECTFB, &bad);
     EXPECT_EQ(textdisplay_debug, nullptr);
 
-    Kova_TextDisp_Create(KOVA_GRAPHIC_VGX, &param); // a type without a backend counts too
+    Kova_TextDisp_Create(KOVA_GRAPHIC_VGX, &param); // so does a type without a backend
     KovaDebugCategory *const pCategory = textdisplay_debug;
     EXPECT_NE(pCategory, nullptr);
     EXPECT_EQ(TraceOf("kova_debug_category_new"), s_acMade);
@@ -193,7 +193,7 @@ TEST(TextdisplayDebug, IsMadeOnceByTheFirstCreateThatPassesItsChecks)
     Kova_TextDisp_Destroy(0);
 }
 
-TEST(TextdisplayDebug, IsMadeBeforeTheBackendIsCalled)
+TEST(TextdisplayDebug, IsCreatedBeforeTheBackendIsCalled)
 {
     KovaTextInitParam_t param = InitParam(KOVA_GRAPHIC_LAYER2);
 
@@ -206,7 +206,7 @@ TEST(TextdisplayDebug, IsMadeBeforeTheBackendIsCalled)
     Kova_TextDisp_Destroy(0);
 }
 
-TEST(TextdisplayDebug, IsNotWhatRecordsAreWrittenTo)
+TEST(TextdisplayDebug, IsNotTheCategoryOfTheRecords)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
 
@@ -219,9 +219,9 @@ TEST(TextdisplayDebug, IsNotWhatRecordsAreWrittenTo)
     for (const Record_t &record : Records()) EXPECT_TRUE(record.bDefaultCategory) << record.text;
 }
 
-// ---- finding
+// ---- queries
 
-TEST(TextDispGetDisplayByID, GivesTheOneDisplayForEveryIdentifier)
+TEST(TextDispGetDisplayByID, ReturnsTheDisplayForEveryIdentifier)
 {
     EXPECT_EQ(Kova_TextDisp_GetDisplayByID(0), nullptr);
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
@@ -234,7 +234,7 @@ TEST(TextDispGetDisplayByID, GivesTheOneDisplayForEveryIdentifier)
     Destroy(pDisplay);
 }
 
-TEST(TextDispGetLayer, GivesWhatTheBackendRecordedAndKeepsItAfterDestruction)
+TEST(TextDispGetLayer, ReturnsWhatTheBackendRecordedAndKeepsItAfterDestruction)
 {
     EXPECT_EQ(Kova_TextDisp_GetLayer(), nullptr);
     EXPECT_EQ(Kova_TextDisp_GetDFB(), nullptr);
@@ -256,7 +256,7 @@ TEST(TextDispGetLayer, GivesWhatTheBackendRecordedAndKeepsItAfterDestruction)
 
 // ---- contexts
 
-TEST(TextDispCreateContext, HandsBackTheBackendsIdentifiersAndItsRefusals)
+TEST(TextDispCreateContext, ReturnsTheBackendsIdentifiersAndItsRefusals)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     KovaTextContextParam_t param = {PLANE_WIDTH, PLANE_HEIGHT, 3, 4, 5, 6, 7, 8};
@@ -272,7 +272,7 @@ TEST(TextDispCreateContext, HandsBackTheBackendsIdentifiersAndItsRefusals)
     Destroy(pDisplay);
 }
 
-TEST(TextDispSetActive, HandsAllThreeArgumentsToTheBackend)
+TEST(TextDispSetActive, PassesAllThreeArgumentsToTheBackend)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, ACTIVE_CONTEXT(1));
     static const struct {
@@ -300,7 +300,7 @@ TEST(TextDispSetActive, HandsAllThreeArgumentsToTheBackend)
     Destroy(pDisplay);
 }
 
-TEST(TextDispDestroyContext, AnswersZeroEvenForAContextThatTheBackendRefuses)
+TEST(TextDispDestroyContext, ReturnsZeroEvenForAContextThatTheBackendRefuses)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2);
 
@@ -311,7 +311,7 @@ TEST(TextDispDestroyContext, AnswersZeroEvenForAContextThatTheBackendRefuses)
     EXPECT_EQ(Kova_TextDisp_DestroyContext(pDisplay, 0), 0);
     EXPECT_EQ(RecordOf(pDisplay)->ucContextMask, 0);
     ClearTrace();
-    EXPECT_EQ(Kova_TextDisp_DestroyContext(pDisplay, 0), 0); // leaves the lock taken
+    EXPECT_EQ(Kova_TextDisp_DestroyContext(pDisplay, 0), 0); // keeps the lock
     EXPECT_EQ(Trace(), "enter Kova_TextDFBDisp_DestroyContext\n"
                        "  ERROR Kova_TextDFBDisp_DestroyContext: Can't destroy this context!\n");
     pthread_mutex_unlock(&RecordOf(pDisplay)->display_mutex);
@@ -343,7 +343,7 @@ TEST(Facade, DoesNothingForADisplayOfAnotherType)
     EXPECT_EQ(LiveObjects(), 0);
 }
 
-// ---- destroying
+// ---- destruction
 
 TEST(TextDispDestroy, ReportsThatThereIsNoDisplay)
 {
@@ -356,7 +356,7 @@ TEST(TextDispDestroy, ReportsThatThereIsNoDisplay)
     }
 }
 
-TEST(TextDispDestroy, DestroysTheOneDisplayWhateverTheIdentifier)
+TEST(TextDispDestroy, DestroysTheDisplayWhateverTheIdentifier)
 {
     for (const int iID : {0, 3, 77, -1}) {
         SCOPED_TRACE(iID);

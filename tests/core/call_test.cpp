@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What every operation has in common: how it speaks, how it prints what DirectFB refused, how it locks.
+// What all operations have in common: logging, reporting failed DirectFB calls, locking.
 #include "expect.h"
 #include "support.h"
 
@@ -215,7 +215,7 @@ TEST(DfbCheck, GivesEachCallItsOwnLine)
     Destroy(pDisplay);
 }
 
-TEST(DfbCheck, PrintsNothingOfWhatSucceeds)
+TEST(DfbCheck, PrintsNothingForACallThatSucceeds)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
 
@@ -225,7 +225,7 @@ TEST(DfbCheck, PrintsNothingOfWhatSucceeds)
     EXPECT_EQ(StandardError(), "");
 }
 
-TEST(DfbCheckBrief, PrintsProcessSourceAndLineAlone)
+TEST(DfbCheckBrief, PrintsProcessSourceAndLineOnly)
 {
     Fail("Layer.SetCooperativeLevel", DFB_ACCESSDENIED);
     KovaTextInitParam_t param = InitParam(KOVA_GRAPHIC_LAYER1);
@@ -288,7 +288,7 @@ TEST(ColorMode, IsThirtyTwoBitBeforePaletteCopyBeforeIndex)
     static const struct {
         kova_bool bColor32, bPalette;
         const char *pcCall;
-    } rows[] = {{0, 0, "SetColorIndex 258"}, {0, 1, "SetColor 0,0,0,0"}, // past the palette
+    } rows[] = {{0, 0, "SetColorIndex 258"}, {0, 1, "SetColor 0,0,0,0"}, // past the end of the palette
                 {0, 2, "SetColor 0,0,0,0"},  {1, 0, "SetColor 0,0,1,2"},
                 {1, 1, "SetColor 0,0,1,2"},  {128, 1, "SetColor 0,0,1,2"}};
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);

@@ -13,7 +13,7 @@ static kova_sint8 CreateContext(pKovaITextDisplay_t pDisplay, kova_uint32 uiWidt
     return Kova_TextDFBDisp_CreateContext(pDisplay, &param);
 }
 
-// What it prints on standard output.
+// Returns what it prints on standard output.
 static std::string SetActive(pKovaITextDisplay_t pDisplay, int iContext, int iActive)
 {
     testing::internal::CaptureStdout();
@@ -39,7 +39,7 @@ TEST(CreateContext, StartsTheThreadWithTheFirstContextOnly)
               "enter Kova_TextDFBDisp_CreateContext\n"
               "  log Kova_TextDFBDisp_CreateContext: Create context 0\n"
               "  pthread_create\n"
-              "exit Kova_TextDFBDisp_CreateContext\n"); // the plane is the display's: no SetPlane
+              "exit Kova_TextDFBDisp_CreateContext\n"); // the plane has the display's size: no SetPlane
     EXPECT_TRUE(AwaitThreadTrace("enter Flip_last_frame_Thread\n"));
     ClearTrace();
     EXPECT_EQ(CreateContext(pDisplay), 1);
@@ -49,7 +49,7 @@ TEST(CreateContext, StartsTheThreadWithTheFirstContextOnly)
 
     EXPECT_EQ(RecordOf(pDisplay)->ucContextMask, 3);
     EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 2u);
-    EXPECT_EQ(RecordOf(pDisplay)->scActiveContextID, -1); // created is not active
+    EXPECT_EQ(RecordOf(pDisplay)->scActiveContextID, -1); // a new context is not active
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
 }
@@ -82,7 +82,7 @@ TEST(CreateContext, DeselectsTheFont)
     EXPECT_EQ(CreateContext(pDisplay), 1);
 
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, -1);
-    EXPECT_NE(RecordOf(pDisplay)->font[0].pFont, nullptr); // which stays open
+    EXPECT_NE(RecordOf(pDisplay)->font[0].pFont, nullptr); // the font stays open
     Destroy(pDisplay);
 }
 
@@ -128,11 +128,11 @@ TEST(CreateContext, SucceedsAlthoughThePlaneIsRefused)
                            "  ERROR SetPlane: Inactive context!\n"
                            "  log Kova_TextDFBDisp_CreateContext: Create context 1\n"
                            "exit Kova_TextDFBDisp_CreateContext\n");
-    EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, 1280u); // all the same
+    EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, 1280u); // stored anyway
     EXPECT_EQ(RecordOf(pDisplay)->uiPlaneHeight, 720u);
     EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 2u);
 
-    SetActive(pDisplay, 0, 0); // and without a layer
+    SetActive(pDisplay, 0, 0); // now without a layer
     ClearTrace();
     EXPECT_EQ(CreateContext(pDisplay), 2);
     EXPECT_TRUE(Contains(Trace(), "  ERROR SetPlane: pLayer is NULL!\n"
@@ -171,7 +171,7 @@ TEST(CreateContext, RefusesAFifthContextAndKeepsTheLock)
     EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 4u);
     EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, PLANE_WIDTH);
     pthread_mutex_unlock(&RecordOf(pDisplay)->display_mutex);
-    EXPECT_TRUE(LockIsFree(pDisplay)); // it was taken once
+    EXPECT_TRUE(LockIsFree(pDisplay)); // it was locked once
     Destroy(pDisplay);
 }
 
@@ -212,7 +212,7 @@ TEST(CreateContext, KeepsAContextWhoseThreadDoesNotStart)
     EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 1u);
     Kova_TextDFBDisp_DestroyContext(pDisplay, 1);
     ClearTrace();
-    Kova_TextDFBDisp_DestroyContext(pDisplay, 0); // which held no reference
+    Kova_TextDFBDisp_DestroyContext(pDisplay, 0); // this context held no reference
     EXPECT_EQ(Trace(), "enter Kova_TextDFBDisp_DestroyContext\nexit Kova_TextDFBDisp_DestroyContext\n");
     EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 0u);
     EXPECT_EQ(RecordOf(pDisplay)->ucContextMask, 0);
@@ -221,7 +221,7 @@ TEST(CreateContext, KeepsAContextWhoseThreadDoesNotStart)
 
 // ---- activation
 
-// Of layer 2, whose calls are all made under the lock. A layer of its own is there or is obtained before.
+// The calls of an activation of layer 2, all under the lock. The layer exists or is obtained before.
 static std::string Configured(const std::string &layer, const std::string &format, const std::string &size)
 {
     return "  " + layer + ".SetCooperativeLevel EXCLUSIVE\n  " + layer + ".GetConfiguration\n  " + layer +
@@ -278,7 +278,7 @@ TEST(SetActive, ConfiguresForTrueColoursWithoutAPaletteInThePaletteCopyMode)
     Destroy(pDisplay);
 }
 
-TEST(SetActive, EndsTheMode32)
+TEST(SetActive, EndsThe32BitMode)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2, PACKED_COLORS);
     EXPECT_EQ(CreateContext(pDisplay), 0);
@@ -286,7 +286,7 @@ TEST(SetActive, EndsTheMode32)
 
     SetActive(pDisplay, 0, 1);
 
-    // The layer becomes an indexed one; the surface of creation is kept and has no palette.
+    // The layer becomes indexed; the surface from the creation is kept and has no palette.
     const std::string check = "  " + CheckLine(DFB_UNSUPPORTED);
     EXPECT_EQ(Tidy(Trace()), Entered(Configured("layer", "LUT8", "720x480") +
                                      "  base.SetDescriptionFlags DESTINATION_LUT8\n"
@@ -330,9 +330,9 @@ TEST(SetActive, TakesThePlaneOfTheContext)
     EXPECT_EQ(RecordOf(pDisplay)->uiPlaneHeight, 720u);
     EXPECT_EQ(RecordOf(pDisplay)->clip.x2, 1279);
     EXPECT_EQ(RecordOf(pDisplay)->clip.y2, 719);
-    EXPECT_EQ(RecordOf(pDisplay)->bShow, 1); // as it was
+    EXPECT_EQ(RecordOf(pDisplay)->bShow, 1); // unchanged
 
-    SetActive(pDisplay, 0, 1); // whose plane is not the one that the display has
+    SetActive(pDisplay, 0, 1); // its plane is not the current one
     EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, 720u);
     EXPECT_EQ(RecordOf(pDisplay)->uiPlaneHeight, 480u);
     EXPECT_EQ(RecordOf(pDisplay)->clip.x2, 719);
@@ -340,12 +340,12 @@ TEST(SetActive, TakesThePlaneOfTheContext)
     Destroy(pDisplay);
 }
 
-TEST(SetActive, KeepsTheSurfaceThatIsThereThoughNoneIsDrawnInto)
+TEST(SetActive, KeepsTheExistingSurfaceThoughNoneIsDrawnInto)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     EXPECT_EQ(CreateContext(pDisplay), 1);
     IDirectFBSurface *const pBase = RecordOf(pDisplay)->pBaseSurface;
-    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is none
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // it does not exist
     EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, nullptr);
     ClearTrace();
 
@@ -357,10 +357,10 @@ TEST(SetActive, KeepsTheSurfaceThatIsThereThoughNoneIsDrawnInto)
     Destroy(pDisplay);
 }
 
-TEST(SetActive, ReleasesTheSurfaceThatIsThereThoughNoneIsDrawnInto)
+TEST(SetActive, ReleasesTheExistingSurfaceThoughNoneIsDrawnInto)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
-    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is none
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // it does not exist
     ClearTrace();
 
     SetActive(pDisplay, 0, 0);
@@ -370,7 +370,7 @@ TEST(SetActive, ReleasesTheSurfaceThatIsThereThoughNoneIsDrawnInto)
     Destroy(pDisplay);
 }
 
-TEST(SetActive, ObtainsTheLayerAndItsSurfaceAnewAfterADeactivation)
+TEST(SetActive, ObtainsTheLayerAndItsSurfaceAgainAfterADeactivation)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER3);
     SetActive(pDisplay, 0, 0);
@@ -428,7 +428,7 @@ TEST(SetActive, ReportsALayerThatIsNull)
     Destroy(pDisplay);
 }
 
-TEST(SetActive, GoesOnWhenACallFails)
+TEST(SetActive, ContinuesWhenACallFails)
 {
     const struct {
         const char *pcMethod, *pcCall;
@@ -465,7 +465,7 @@ TEST(SetActive, GoesOnWhenACallFails)
     }
 }
 
-TEST(SetActive, EndsWithoutASurfaceWhenTheLayerGivesNone)
+TEST(SetActive, EndsWithoutASurfaceWhenTheLayerReturnsNone)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2);
     SetActive(pDisplay, 0, 0);
@@ -498,7 +498,7 @@ TEST(SetActive, CreatesTheFontsAgainAndSelectsTheSelectedOne)
 
     SetActive(pDisplay, 0, 1);
 
-    // Opened with the attributes passed on by number; selecting finds height and attributes as they are.
+    // Opened with numerically passed attributes; for the selection height and attributes then match.
     EXPECT_EQ(Tidy(Trace()),
               Entered(Configured("layer", "LUT8", "720x480") + PaletteLoaded("base") +
                       ClipSet("base", 720, 480) +
@@ -550,7 +550,7 @@ TEST(SetActive, OnlyShowsOrHidesAgainTheContextThatIsActive)
     }
 }
 
-// Of layer 1: the window taken down and made anew.
+// The calls of an activation of layer 1: the window is released and created again.
 static std::string WindowMade(int iNumber, const std::string &format, const std::string &size, int iRight,
                               int iBottom)
 {
@@ -569,9 +569,9 @@ static std::string WindowMade(int iNumber, const std::string &format, const std:
            std::to_string(iBottom) + "\n" + base + ".SetBlittingFlags NOFX\n";
 }
 
-TEST(SetActive, MakesTheWindowOfTheFirstLayerAnew)
+TEST(SetActive, RecreatesTheWindowOfTheFirstLayer)
 {
-    pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER1); // which has made it twice
+    pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER1); // this has created it twice
     GivenFont(pDisplay);
     EXPECT_EQ(CreateContext(pDisplay), 1);
     RecordOf(pDisplay)->scActiveFontID = 0;
@@ -610,7 +610,7 @@ TEST(SetActive, LeavesTheActiveContextWhenTheWindowFails)
                                            "  ERROR CreateOSD1Window: pLayer is NULL!\n  error ") +
                                ACTIVATE + ": Fail to create OSD1 Window!\n"));
     EXPECT_EQ(RecordOf(pDisplay)->scActiveContextID, 0);
-    EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, 1280u); // set before
+    EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, 1280u); // stored before the failure
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, 0);
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
@@ -634,7 +634,7 @@ TEST(SetActive, RefusesPlanesThatAreTooLargeOrEmpty)
 {
     const struct {
         kova_uint32 uiWidth, uiHeight;
-        const char *pcError; // null: accepted
+        const char *pcError; // null if accepted
     } rows[] = {
         {1920, 1080, nullptr},
         {1, 1, nullptr},
@@ -647,7 +647,7 @@ TEST(SetActive, RefusesPlanesThatAreTooLargeOrEmpty)
         {1921, 1081, "Invalid plane width!"},
         {0, 0, "Invalid plane width!"},
     };
-    for (const int iActive : {1, 0}) { // a deactivation too
+    for (const int iActive : {1, 0}) { // a deactivation is refused too
         for (const auto &row : rows) {
             SCOPED_TRACE(testing::Message() << row.uiWidth << "x" << row.uiHeight << " to " << iActive);
             pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2);
@@ -665,7 +665,7 @@ TEST(SetActive, RefusesPlanesThatAreTooLargeOrEmpty)
                 EXPECT_FALSE(Contains(Trace(), "ERROR"));
                 EXPECT_EQ(RecordOf(pDisplay)->scActiveContextID, iActive ? 0 : -2);
             }
-            EXPECT_EQ(RecordOf(pDisplay)->bColor32, 0); // either way
+            EXPECT_EQ(RecordOf(pDisplay)->bColor32, 0); // in both cases
             EXPECT_TRUE(LockIsFree(pDisplay));
             Destroy(pDisplay);
         }
@@ -689,9 +689,9 @@ TEST(SetActive, RefusesAnUnknownDisplayOrContextWithoutATrace)
 
 // ---- deactivation
 
-TEST(SetActive, TakesEverythingDownWhenNotActive)
+TEST(SetActive, ReleasesEverythingWhenDeactivated)
 {
-    for (const int iActive : {0, 2, 255}) { // anything but 1
+    for (const int iActive : {0, 2, 255}) { // any value except 1
         pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
         GivenFont(pDisplay);
         const std::string surface = NameOf(RecordOf(pDisplay)->pBaseSurface);
@@ -715,7 +715,7 @@ TEST(SetActive, TakesEverythingDownWhenNotActive)
         EXPECT_EQ(record.ucContextMask, 1);
         EXPECT_TRUE(LockIsFree(pDisplay));
         ClearTrace();
-        SetActive(pDisplay, 0, 0); // nothing is left to take down
+        SetActive(pDisplay, 0, 0); // nothing is left to release
         EXPECT_EQ(Trace(), Entered(""));
         Destroy(pDisplay);
     }
@@ -798,7 +798,7 @@ TEST(DestroyContext, StopsTheThreadWithTheLastContextOnly)
     Kova_TextDFBDisp_DestroyContext(pDisplay, 1);
     BeforeThreadCall(nullptr);
     EXPECT_EQ(Trace(), "enter Kova_TextDFBDisp_DestroyContext\n"
-                       "  pthread_cond_signal\n" // asked with the lock held, awaited without it
+                       "  pthread_cond_signal\n" // requested with the lock held, joined without it
                        "pthread_join\n"
                        "exit Kova_TextDFBDisp_DestroyContext\n");
     EXPECT_EQ(ThreadTrace(), "exit Flip_last_frame_Thread\n");
@@ -813,7 +813,7 @@ TEST(DestroyContext, HoldsTheThreadUntilItHasEnded)
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2);
     kova_uint32 uiHolders = 0;
     BeforeThreadCall([&](const char *pcCall, const void *) {
-        // Another thread that made a context now would start a second flip thread beside the one that ends.
+        // A context created by another thread now would start a second flip thread next to the ending one.
         if (strcmp(pcCall, "pthread_join") == 0) uiHolders = RecordOf(pDisplay)->flip_thread_ref;
     });
 
@@ -825,7 +825,7 @@ TEST(DestroyContext, HoldsTheThreadUntilItHasEnded)
     Destroy(pDisplay);
 }
 
-TEST(DestroyContext, ForgetsTheGeometryOfThatContextAlone)
+TEST(DestroyContext, ForgetsTheGeometryOfThatContextOnly)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, ACTIVE_CONTEXT(1));
     const KovaDFBContext_t none = {};

@@ -17,7 +17,7 @@ static pKovaITextDisplay_t Create(KovaGraphicLayer_e eLayer, ColorMode_e eMode =
     return Create(InitParam(eLayer, eMode));
 }
 
-// ---- the whole of creation
+// ---- the complete creation
 
 static std::string Said(const std::string &text)
 {
@@ -109,7 +109,7 @@ INSTANTIATE_TEST_SUITE_P(
     LayersAndColors, CreateWhole,
     testing::Values(
         CreateRow_t{KOVA_GRAPHIC_LAYER1, 0, 0, "LUT8"}, CreateRow_t{KOVA_GRAPHIC_LAYER1, 0, 1, "ARGB"},
-        CreateRow_t{KOVA_GRAPHIC_LAYER1, 1, 0, "LUT8"}, // not by its colours
+        CreateRow_t{KOVA_GRAPHIC_LAYER1, 1, 0, "LUT8"}, // independent of the colours
         CreateRow_t{KOVA_GRAPHIC_LAYER1, 1, 1, "ARGB"}, CreateRow_t{KOVA_GRAPHIC_LAYER2, 0, 0, "LUT8"},
         CreateRow_t{KOVA_GRAPHIC_LAYER2, 0, 1, "ARGB"}, CreateRow_t{KOVA_GRAPHIC_LAYER2, 0, 255, "ARGB"},
         CreateRow_t{KOVA_GRAPHIC_LAYER2, 1, 0, "ARGB"}, CreateRow_t{KOVA_GRAPHIC_LAYER2, 2, 0, "ARGB"},
@@ -161,7 +161,7 @@ TEST(Create, LeavesTheRecordLikeThis)
         pKovaITextDisplay_t pDisplay = Create(eLayer);
         const KovaDFBDisplay_t r = *RecordOf(pDisplay);
 
-        EXPECT_EQ(r.sInterface.eType, 0); // the facade's to write
+        EXPECT_EQ(r.sInterface.eType, 0); // the facade sets it
         EXPECT_EQ(r.iPid, 0);
         EXPECT_EQ(r.bUseTextWindow, 0);
         EXPECT_EQ(r.bShow, 0);
@@ -216,7 +216,7 @@ TEST(Create, FillsAllSlotsOfTheTableInTheirOrder)
     Kova_TextDFBDisp_Destroy(pDisplay);
 }
 
-// ---- creation that meets failures
+// ---- creation with failures
 
 enum Gives_e { FAILS, NOTHING };
 
@@ -224,7 +224,7 @@ struct FailureRow_t {
     const char *pcMethod;
     Gives_e eGives;
     int iNth;
-    bool bDisplay; // whether there is one in the end
+    bool bDisplay; // whether a display results
     std::string trace;
 };
 
@@ -260,7 +260,7 @@ static void ExpectTrace(KovaGraphicLayer_e eLayer, const FailureRow_t &row)
     if (pDisplay) Kova_TextDFBDisp_Destroy(pDisplay);
 }
 
-// The trace with something added after a line, and the trace up to a line.
+// The trace with text added after a line, and the trace up to a line.
 static size_t AfterLine(const std::string &trace, const std::string &line)
 {
     const size_t at = ("\n" + trace).find("\n" + line + "\n");
@@ -289,12 +289,12 @@ static std::string Whole1()
     return Begin() + Window("LUT8") + s_end;
 }
 
-// Each failure in a process of its own, for names of objects count up.
+// Each failure runs in a separate process, because object names are numbered.
 class LayerFailure : public testing::TestWithParam<FailureRow_t>
 {
 };
 
-TEST_P(LayerFailure, IsPrintedAndCreationGoesOnOrEndsHere)
+TEST_P(LayerFailure, IsPrintedAndCreationContinuesOrEndsHere)
 {
     ExpectTrace(KOVA_GRAPHIC_LAYER2, GetParam());
 }
@@ -303,7 +303,7 @@ class WindowFailure : public testing::TestWithParam<FailureRow_t>
 {
 };
 
-TEST_P(WindowFailure, IsPrintedAndThereIsADisplayAllTheSame)
+TEST_P(WindowFailure, IsPrintedAndThereIsADisplayAnyway)
 {
     ExpectTrace(KOVA_GRAPHIC_LAYER1, GetParam());
 }
@@ -313,7 +313,7 @@ static FailureRow_t GoesOn(const std::string &whole, const char *pcMethod, const
     return {pcMethod, FAILS, iNth, true, With(whole, pcLine, CheckLine(FAILURE))};
 }
 
-// The second Clear of the window's surface is not the first.
+// The second Clear of the window's surface, separate from the first.
 static std::string SecondClearFails()
 {
     std::string trace = Whole1();
@@ -407,7 +407,7 @@ INSTANTIATE_TEST_SUITE_P(
                     GoesOn(Whole1(), "Surface.SetBlittingFlags", "base.SetBlittingFlags NOFX")),
     NameOfRow);
 
-TEST(Create, SaysThatThereIsNoMemoryAndNothingElse)
+TEST(Create, ReportsOnlyThatThereIsNoMemory)
 {
     FailAllocation();
 
@@ -454,7 +454,7 @@ TEST(Create, KeepsTheRecordWhenItFails)
     }
 }
 
-TEST(Create, TellsTheLayersOfTheLastDisplayThatWasMade)
+TEST(Create, ReportsTheLayersOfTheDisplayCreatedLast)
 {
     const LeaksAreMeant_t leaks;
     EXPECT_EQ(Kova_TextDFBDisp_GetLayer(), nullptr);
@@ -566,7 +566,7 @@ TEST(DestroyDisplay, ReleasesAWindowsDisplayInThisOrder)
     EXPECT_EQ(LiveObjects(), 0);
 }
 
-TEST(DestroyDisplay, OfNothingEntersAndLeaves)
+TEST(DestroyDisplay, OfNoDisplayOnlyTracesEntryAndExit)
 {
     Kova_TextDFBDisp_Destroy(nullptr);
 
@@ -576,12 +576,12 @@ TEST(DestroyDisplay, OfNothingEntersAndLeaves)
 TEST(DestroyDisplay, ReleasesEveryFontFirstAndNamesItsSlot)
 {
     pKovaITextDisplay_t pDisplay = Create(KOVA_GRAPHIC_LAYER2);
-    const std::string longName(100, 'x'); // its font stays without a name
+    const std::string longName(100, 'x'); // its font has no name
     kova_sint32 siFont;
     for (const char *pcName : {"a", "b", longName.c_str(), "d"}) {
         pDisplay->CreateFont(pDisplay, 0, pcName, 10, KOVA_FONTATTR_NONE, &siFont);
     }
-    GiveNothing("Dfb.CreateFont"); // slot 1 opened again at another height, in vain: it is empty now
+    GiveNothing("Dfb.CreateFont"); // opening slot 1 again at another height fails: it is now empty
     pDisplay->CreateFont(pDisplay, 0, "b", 20, KOVA_FONTATTR_NONE, &siFont);
     ASSERT_EQ(LiveObjectNames(), "base dfb font font3 font4 layer");
     ClearTrace();
@@ -600,7 +600,7 @@ TEST(DestroyDisplay, ReleasesABackupSurfaceOfALayerButNotOfTheWindow)
     pKovaITextDisplay_t pDisplay = Create(KOVA_GRAPHIC_LAYER3);
     GivenBackupSurface(pDisplay);
     RecordOf(pDisplay)->pActiveSurface =
-        RecordOf(pDisplay)->pBackupSurface; // borrowed, so not released twice
+        RecordOf(pDisplay)->pBackupSurface; // borrowed, and must not be released twice
     ClearTrace();
     Kova_TextDFBDisp_Destroy(pDisplay);
     EXPECT_EQ(Trace(), "enter Kova_TextDFBDisp_Destroy\n" + DestroySaid("Free surface!") +
@@ -627,7 +627,7 @@ TEST(DestroyDisplay, LeavesTheCharacterSurfaceAlone)
     pChar->Release(pChar);
 }
 
-TEST(DestroyDisplay, PassesOverWhatIsNotThere)
+TEST(DestroyDisplay, SkipsMissingObjects)
 {
     pKovaITextDisplay_t pDisplay = Create(KOVA_GRAPHIC_LAYER2);
     KovaDFBDisplay_t *const pRecord = RecordOf(pDisplay);
@@ -646,9 +646,9 @@ TEST(DestroyDisplay, PassesOverWhatIsNotThere)
                            "exit Kova_TextDFBDisp_Destroy\n");
 }
 
-TEST(DestroyDisplay, PrintsFailuresAndGoesOn)
+TEST(DestroyDisplay, PrintsFailuresAndContinues)
 {
-    const LeaksAreMeant_t leaks; // what fails to be released stays
+    const LeaksAreMeant_t leaks; // objects that cannot be released leak
     pKovaITextDisplay_t pDisplay = Create(KOVA_GRAPHIC_LAYER2);
     kova_sint32 siFont;
     pDisplay->CreateFont(pDisplay, 0, "a", 10, KOVA_FONTATTR_NONE, &siFont);
@@ -683,7 +683,7 @@ TEST(DestroyDisplay, PrintsFailuresOfTheWindowToo)
 
 TEST(DestroyDisplay, DoesNotStopTheFlipThread)
 {
-    // The record must outlive its thread, so the thread is one that the display only believes to have.
+    // The record must outlive its thread, so there is no real thread.
     pKovaITextDisplay_t pDisplay = Create(KOVA_GRAPHIC_LAYER2);
     RecordOf(pDisplay)->flip_thread_ref = 1;
     ClearTrace();

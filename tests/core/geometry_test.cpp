@@ -3,7 +3,7 @@
 
 using namespace test;
 
-// What stands before the first check, with nothing locked.
+// The trace before the first check, without the lock.
 static std::string Begun(const std::string &function, kova_sint32 siWidth, kova_sint32 siHeight)
 {
     return "enter " + function + "\nlog " + function + ": \\n\\n########################### Enter " +
@@ -39,7 +39,7 @@ TEST(SetPlane, RebuildsThePlaneOfAnIndexedLayer)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
 
-    EXPECT_EQ(pDisplay->SetPlane(pDisplay, 0, 11, 22, 1280, 720), 0); // the position means nothing
+    EXPECT_EQ(pDisplay->SetPlane(pDisplay, 0, 11, 22, 1280, 720), 0); // the position is ignored
 
     EXPECT_EQ(Tidy(Trace()), IndexedPlane());
     const KovaDFBDisplay_t &record = *RecordOf(pDisplay);
@@ -64,7 +64,7 @@ TEST(SetPlane, LeavesAHiddenDisplayHidden)
 
     EXPECT_EQ(pDisplay->SetPlane(pDisplay, 0, 0, 0, 1280, 720), 0);
 
-    EXPECT_EQ(Tidy(Trace()), IndexedPlane()); // wiped just the same
+    EXPECT_EQ(Tidy(Trace()), IndexedPlane()); // cleared as well
     EXPECT_EQ(RecordOf(pDisplay)->bShow, 0);
     Destroy(pDisplay);
 }
@@ -75,7 +75,7 @@ TEST(SetPlane, RebuildsThePlaneOfATrueColourLayerWithoutItsPalette)
         pKovaITextDisplay_t pDisplay =
             GivenShownDisplay(eMode == PALETTE_COLORS ? KOVA_GRAPHIC_LAYER2 : KOVA_GRAPHIC_LAYER3, eMode);
         const std::string surface = NameOf(RecordOf(pDisplay)->pBaseSurface);
-        if (surface != "base") { // numbered on from the first display's two
+        if (surface != "base") { // numbered after the two of the first display
             EXPECT_EQ(surface, "base3");
         }
 
@@ -90,7 +90,7 @@ TEST(SetPlane, RebuildsThePlaneOfATrueColourLayerWithoutItsPalette)
                       "BACKVIDEO DOUBLE\n  " +
                       layer + ".GetSurface\n  " + next + ".SetClip 0,0 1279,719\n  " + next +
                       ".SetBlittingFlags NOFX\n" + Wiped(next, eMode, "1280x720") + "exit SetPlane\n");
-        EXPECT_EQ(RecordOf(pDisplay)->bColor32, eMode == PACKED_COLORS); // only activation ends the mode
+        EXPECT_EQ(RecordOf(pDisplay)->bColor32, eMode == PACKED_COLORS); // only an activation ends the mode
         Destroy(pDisplay);
     }
 }
@@ -111,7 +111,7 @@ TEST(SetPlane, LoadsThePaletteOfTheRecordIntoTheNewSurface)
     Destroy(pDisplay);
 }
 
-TEST(SetPlane, MakesTheWindowOfTheFirstLayerAnew)
+TEST(SetPlane, RecreatesTheWindowOfTheFirstLayer)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER1);
 
@@ -170,7 +170,7 @@ TEST(SetPlane, KeepsDrawingOnTheBackupSurfaceButOnTheFirstLayer)
 
         EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, eLayer == KOVA_GRAPHIC_LAYER1 ? nullptr : pBackup);
         EXPECT_NE(RecordOf(pDisplay)->pBaseSurface, nullptr);
-        if (eLayer == KOVA_GRAPHIC_LAYER1) pBackup->Release(pBackup); // its destruction leaves it
+        if (eLayer == KOVA_GRAPHIC_LAYER1) pBackup->Release(pBackup); // destruction does not release it
         Destroy(pDisplay);
     }
 }
@@ -205,7 +205,7 @@ TEST(SetPlane, OpensTheFontsAgainInTheLowestSlots)
 
     EXPECT_EQ(pDisplay->SetPlane(pDisplay, 0, 0, 0, 1280, 720), 0);
 
-    // Slot 2 is selected again, which is the third font now, at the height of the second.
+    // Slot 2 is selected again. It is now the third font, at the height of the second.
     EXPECT_EQ(Tidy(Trace()), Begun("SetPlane", 1280, 720) + PlaneMade("LUT8", "1280x720") + PALETTE_LOADED +
                                  CLIP_SET +
                                  "  font.Release\n"
@@ -243,11 +243,11 @@ TEST(SetPlane, OpensTheOtherFontsWhenOneCannotBeReleased)
                                       "  font2.Release\n"
                                       "  dfb.CreateFont a.ttf "));
     EXPECT_NE(RecordOf(pDisplay)->font[1].pFont, nullptr);
-    EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, -1); // as it was
+    EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, -1); // unchanged
     Destroy(pDisplay, "font");
 }
 
-TEST(SetPlane, GoesOnWhenACallFails)
+TEST(SetPlane, ContinuesWhenACallFails)
 {
     const LeaksAreMeant_t leaks;
     const char *const apcMethods[] = {"Surface.Release",         "Layer.GetConfiguration",
@@ -266,14 +266,14 @@ TEST(SetPlane, GoesOnWhenACallFails)
         EXPECT_TRUE(Contains(trace, "  " + CheckLine(DFB_FAILURE)));
         const size_t call = trace.find(strchr(pcMethod, '.'));
         ASSERT_NE(call, std::string::npos);
-        EXPECT_EQ(trace.find("DFB_CHECK"), trace.find('\n', call) + 3);     // on the very next line
-        EXPECT_EQ(CountOf(trace, "\n"), CountOf(IndexedPlane(), "\n") + 1); // and nothing is left out
+        EXPECT_EQ(trace.find("DFB_CHECK"), trace.find('\n', call) + 3);     // on the next line
+        EXPECT_EQ(CountOf(trace, "\n"), CountOf(IndexedPlane(), "\n") + 1); // and nothing is skipped
         EXPECT_EQ(RecordOf(pDisplay)->uiPlaneWidth, 1280u);
         Destroy(pDisplay, pcMethod == apcMethods[0] ? "base" : "");
     }
 }
 
-TEST(SetPlane, EndsWithoutASurfaceWhenTheLayerGivesNone)
+TEST(SetPlane, EndsWithoutASurfaceWhenTheLayerReturnsNone)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     FailNth("Layer.GetSurface", 1, DFB_FAILURE);
@@ -284,7 +284,7 @@ TEST(SetPlane, EndsWithoutASurfaceWhenTheLayerGivesNone)
     EXPECT_EQ(Tidy(Trace()), Begun("SetPlane", 1280, 720) + PlaneMade("LUT8", "1280x720") + "  " +
                                  CheckLine(DFB_FAILURE) + "  " + check + "  " + check + // flags, GetPalette
                                  "  " + check + "  " + check +  // clip, blitting flags
-                                 "  " + check + check + check + // the wipe
+                                 "  " + check + check + check + // the clear
                                  "exit SetPlane\n");
     EXPECT_EQ(RecordOf(pDisplay)->pBaseSurface, nullptr);
     EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, nullptr);
@@ -338,7 +338,7 @@ TEST(AdjustDisplaySize, DropsTheBackupSurfaceAsTheTarget)
     Destroy(pDisplay);
 }
 
-TEST(AdjustDisplaySize, GoesOnWhenACallFails)
+TEST(AdjustDisplaySize, ContinuesWhenACallFails)
 {
     const LeaksAreMeant_t leaks;
     const char *const apcMethods[] = {"Surface.Release", "Layer.GetConfiguration", "Layer.SetConfiguration"};
@@ -357,7 +357,7 @@ TEST(AdjustDisplaySize, GoesOnWhenACallFails)
     }
 }
 
-TEST(AdjustDisplaySize, EndsWithoutASurfaceWhenTheLayerGivesNone)
+TEST(AdjustDisplaySize, EndsWithoutASurfaceWhenTheLayerReturnsNone)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     FailNth("Layer.GetSurface", 1, DFB_FAILURE);
@@ -371,7 +371,7 @@ TEST(AdjustDisplaySize, EndsWithoutASurfaceWhenTheLayerGivesNone)
     Destroy(pDisplay);
 }
 
-// ---- what both refuse
+// ---- refusals of both operations
 
 struct Resize_t {
     const char *pcName;
@@ -415,7 +415,7 @@ TEST_P(Resizing, IsRefusedInThisOrder)
     pRecord->scActiveContextID = -2;
     EXPECT_EQ(Resize(pDisplay, pDisplay, 2), -1);
     EXPECT_EQ(Trace(), Refused("ERROR ") + "pLayer is NULL!\n");
-    EXPECT_EQ(pRecord->context[2].uiPlaneWidth, 0u); // not even remembered
+    EXPECT_EQ(pRecord->context[2].uiPlaneWidth, 0u); // not even stored
     pRecord->scActiveContextID = 1;
     pRecord->pLayer = pLayer;
     for (const int iContext : {4, 127, -128, -1}) {
@@ -432,13 +432,13 @@ TEST_P(Resizing, IsRefusedInThisOrder)
     Destroy(pDisplay);
 }
 
-TEST_P(Resizing, IsRememberedForLaterWhileThereIsNoLayerState)
+TEST_P(Resizing, IsStoredForLaterWhileThereIsNoLayerState)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2);
     KovaDFBDisplay_t *const pRecord = RecordOf(pDisplay);
     pRecord->scActiveContextID = -2;
 
-    for (const int iContext : {0, 3}) { // existing or not
+    for (const int iContext : {0, 3}) { // whether it exists or not
         EXPECT_EQ(Resize(pDisplay, pDisplay, iContext), -1);
 
         EXPECT_EQ(Trace(), Refused("  ERROR ") + "Inactive context!\n");
@@ -451,7 +451,7 @@ TEST_P(Resizing, IsRememberedForLaterWhileThereIsNoLayerState)
     Destroy(pDisplay);
 }
 
-TEST_P(Resizing, ServesEveryContextWhileNoneIsActive)
+TEST_P(Resizing, AcceptsEveryContextWhileNoneIsActive)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
 
@@ -478,9 +478,9 @@ INSTANTIATE_TEST_SUITE_P(Of, Resizing,
                                                   &KovaITextDisplay_t::AdjustDisplaySize}),
                          [](const auto &row) { return std::string(row.param.pcName); });
 
-// ---- what is only recorded
+// ---- values that are only stored
 
-TEST(SetDisplayWindow, RecordsTheWindowOfItsContext)
+TEST(SetDisplayWindow, StoresTheWindowOfItsContext)
 {
     for (const bool bShown : {true, false}) {
         pKovaITextDisplay_t pDisplay = bShown ? GivenShownDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, 1)
@@ -494,14 +494,14 @@ TEST(SetDisplayWindow, RecordsTheWindowOfItsContext)
         EXPECT_EQ(context.uiDisplayWindowY, 2u);
         EXPECT_EQ(context.uiDisplayWindowWidth, 3u);
         EXPECT_EQ(context.uiDisplayWindowHeight, 4u);
-        EXPECT_EQ(RecordOf(pDisplay)->context[0].uiDisplayWindowX, 10u); // as it was created
+        EXPECT_EQ(RecordOf(pDisplay)->context[0].uiDisplayWindowX, 10u); // as at creation
         EXPECT_EQ(RecordOf(pDisplay)->bUseTextWindow, 0);
         EXPECT_TRUE(LockIsFree(pDisplay));
         Destroy(pDisplay);
     }
 }
 
-TEST(SetDisplayWindow, RecordsEachOfTheFourValuesAlone)
+TEST(SetDisplayWindow, StoresEachOfTheFourValuesSeparately)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2);
     const kova_uint32 rows[][4] = {
@@ -517,7 +517,7 @@ TEST(SetDisplayWindow, RecordsEachOfTheFourValuesAlone)
     Destroy(pDisplay);
 }
 
-TEST(SetDisplayWindow, HasNothingToRefuseWhenNothingChanges)
+TEST(SetDisplayWindow, RefusesNothingWhenNothingChanges)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, ACTIVE_CONTEXT(1));
     std::string locked;
@@ -525,7 +525,7 @@ TEST(SetDisplayWindow, HasNothingToRefuseWhenNothingChanges)
         if (pObject == &RecordOf(pDisplay)->display_mutex) locked += pcCall;
     });
 
-    EXPECT_EQ(pDisplay->SetDisplayWindow(pDisplay, 0, 10, 20, 320, 240), 0); // context 1 is active
+    EXPECT_EQ(pDisplay->SetDisplayWindow(pDisplay, 0, 10, 20, 320, 240), 0); // although context 1 is active
     EXPECT_EQ(Trace(), "enter SetDisplayWindow\nexit SetDisplayWindow\n");
     EXPECT_EQ(locked, "");
 
@@ -538,7 +538,7 @@ TEST(SetDisplayWindow, HasNothingToRefuseWhenNothingChanges)
     Destroy(pDisplay);
 }
 
-TEST(SetTextWindowSize, RecordsTheSizeOfItsContext)
+TEST(SetTextWindowSize, StoresTheSizeOfItsContext)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, ACTIVE_CONTEXT(1));
     const kova_uint32 rows[][2] = {{301, 200}, {301, 201}, {301, 201}, {1, 2}};
@@ -584,7 +584,7 @@ TEST(WindowOperations, RefuseAnUnknownDisplayOrContext)
     Destroy(pDisplay);
 }
 
-// ---- the scaling of the plane
+// ---- scaling of the plane
 
 static Surface_OsdScaleInfo Scaling()
 {
@@ -649,7 +649,7 @@ TEST(SetSurfaceOsdScaleInfo, DoesNothingWithoutADisplayASurfaceOrADescription)
     pDisplay->SetSurface_OsdScaleInfo(pDisplay, nullptr);
     EXPECT_EQ(Trace(), "enter SetSurface_OsdScaleInfo Plane:(0x0)(0x0) Crop:(0x0)(0x0)\n"
                        "exit SetSurface_OsdScaleInfo\n");
-    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is none, so no surface is active
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // it does not exist, so no surface is active
     ClearTrace();
     pDisplay->SetSurface_OsdScaleInfo(pDisplay, &info);
     EXPECT_EQ(Trace(), nothing);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Obtaining a layer again, and what its configuration keeps. Creation has its own tests of both.
+// Obtaining a layer again, and the values that its configuration keeps. display_test.cpp tests both for
+// creation.
 #include "expect.h"
 #include "support.h"
 
@@ -28,7 +29,7 @@ static std::string Waited(const std::string &operation, int iTimes, const std::s
     return trace;
 }
 
-// The two operations that obtain a layer that is gone, and how each begins.
+// The two operations that obtain a released layer, and how each begins.
 struct Regainer_t {
     const char *pcName;
     void (*regain)(pKovaITextDisplay_t pDisplay);
@@ -151,7 +152,7 @@ TEST(RegainLayer, FailsWithoutTheMainInterfaceAsADestroyedOneWould)
     }
 }
 
-TEST(RegainLayer, LeavesALayerThatIsThereAlone)
+TEST(RegainLayer, LeavesAnExistingLayerAlone)
 {
     for (const Regainer_t &regainer : s_regainers) {
         pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2);
@@ -164,7 +165,7 @@ TEST(RegainLayer, LeavesALayerThatIsThereAlone)
     }
 }
 
-TEST(DescribePlane, KeepsWhatTheLayerSaidOfItselfOtherwise)
+TEST(DescribePlane, KeepsTheOtherValuesThatTheLayerReported)
 {
     DFBDisplayLayerConfig config = {};
     config.flags = DFBDisplayLayerConfigFlags(DLCONF_OPTIONS | DLCONF_SOURCE | DLCONF_WIDTH);
@@ -192,7 +193,7 @@ TEST(DescribePlane, KeepsWhatTheLayerSaidOfItselfOtherwise)
     Destroy(pDisplay);
 }
 
-TEST(DescribePlane, StartsFromNothingWhereTheLayerSaysNothing)
+TEST(DescribePlane, StartsFromZeroWhereTheLayerReportsNothing)
 {
     Fail("Layer.GetConfiguration", DFB_FAILURE);
 
@@ -211,7 +212,7 @@ TEST(Configure, RemembersHowLargeTheSurfaceIs)
     EXPECT_EQ(RecordOf(pDisplay)->sLayerSize.uiHeight, 480u);
     Destroy(pDisplay);
 
-    Reset(); // the layer is 1920 by 1080 again, and stays so
+    Reset(); // the layer is 1920 by 1080 again and keeps that size
     Fail("Layer.SetConfiguration", DFB_UNSUPPORTED);
     pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     EXPECT_EQ(RecordOf(pDisplay)->sLayerSize.uiWidth, 1920u);

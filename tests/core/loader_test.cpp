@@ -40,7 +40,7 @@ TEST(LoadLibrary, OpensDirectFBByNameAndResolvesItsThreeFunctionsInOrder)
 
 TEST(LoadLibrary, ReportsThatDirectFBIsNotThere)
 {
-    const LeaksAreMeant_t leaks; // the record is kept
+    const LeaksAreMeant_t leaks; // the record is not freed
     FailLoading("libdirectfb.so: cannot open shared object file");
 
     EXPECT_EQ(Create(), nullptr);
@@ -94,7 +94,7 @@ TEST(LoadLibrary, ReportsTheFirstFunctionThatIsMissingAndClosesTheLibrary)
 TEST(LoadLibrary, ForgetsAnErrorThatWasThereBefore)
 {
     FailSymbol("DirectFBInit", "an old error");
-    // cppcheck-suppress ignoredReturnValue ; the error it leaves behind is what counts
+    // cppcheck-suppress ignoredReturnValue ; only the error that it leaves matters
     (void)dlsym(RTLD_DEFAULT, "DirectFBInit");
     FailSymbol("", "");
 
@@ -109,7 +109,7 @@ TEST(LoadLibrary, KeepsTheRecordOfADisplayThatItCouldNotMake)
 {
     const LeaksAreMeant_t leaks;
     const int iTimes = 100;
-    for (int i = 0; i < 10; i++) { // until what the double keeps has its size
+    for (int i = 0; i < 10; i++) { // until the double's own memory stops growing
         FailLoading("gone");
         Create();
         ClearTrace();
@@ -125,7 +125,7 @@ TEST(LoadLibrary, KeepsTheRecordOfADisplayThatItCouldNotMake)
     EXPECT_GE(mallinfo2().uordblks - uiBefore, iTimes * sizeof(KovaDFBDisplay_t));
 }
 
-TEST(LoadLibrary, SaysNothingOfItsErrorBelowTheThreshold)
+TEST(LoadLibrary, ReportsNoErrorBelowTheThreshold)
 {
     const LeaksAreMeant_t leaks;
     FailLoading("gone");

@@ -46,7 +46,7 @@ static std::string Made(const std::string &number, const std::string &size,
 
 static const std::string s_released = "  base.Release\n  window.Release\n  layer.Release\n";
 
-TEST(CreateOSD1Window, ReleasesSurfaceWindowAndLayerBeforeItMakesThemAnew)
+TEST(CreateOSD1Window, ReleasesSurfaceWindowAndLayerBeforeItRecreatesThem)
 {
     pKovaITextDisplay_t pDisplay = GivenWindow();
 
@@ -141,7 +141,7 @@ TEST(CreateOSD1Window, ReportsAMissingLayerButNotWhyItIsMissing)
                            "  ERROR CreateOSD1Window: pLayer is NULL!\n"
                            "  error Kova_TextDFBDisp_SetActive: Fail to create OSD1 Window!\n"
                            "exit Kova_TextDFBDisp_SetActive\n");
-    EXPECT_EQ(RecordOf(pDisplay)->scActiveContextID, -1); // as it was
+    EXPECT_EQ(RecordOf(pDisplay)->scActiveContextID, -1); // unchanged
     EXPECT_EQ(RecordOf(pDisplay)->pLayer, nullptr);
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
@@ -159,7 +159,7 @@ TEST(CreateOSD1Window, NeedsTheMainInterface)
                        "  ERROR CreateOSD1Window: NULL Pointer!\n"
                        "  error Kova_TextDFBDisp_SetActive: Fail to create OSD1 Window!\n"
                        "exit Kova_TextDFBDisp_SetActive\n");
-    EXPECT_EQ(LiveObjectNames(), "base dfb layer window"); // looked at before anything is released
+    EXPECT_EQ(LiveObjectNames(), "base dfb layer window"); // checked before anything is released
     RecordOf(pDisplay)->pDfb = pDfb;
     Destroy(pDisplay);
 }
@@ -221,7 +221,7 @@ TEST(ReleaseOSD1Window, ChangesNothingWhereThereIsNoWindow)
     Activate(pDisplay, 0);
     EXPECT_EQ(CallsOnly(Trace()), "");
 
-    Activate(pDisplay, 1); // and the next is made without releasing anything
+    Activate(pDisplay, 1); // and the next one is created without releasing anything
     EXPECT_EQ(Trace().find("Release"), Trace().find("palette.Release") + 8);
     EXPECT_NE(RecordOf(pDisplay)->pActiveSurface, nullptr);
     Destroy(pDisplay);

@@ -9,7 +9,7 @@ static std::string Configured(const std::string &layer, const std::string &size)
            ".SetConfiguration WIDTH|HEIGHT|PIXELFORMAT " + size + " ARGB\n";
 }
 
-// The clip of the new plane, and its wipe in 32-bit colours.
+// The clip of the new plane, and clearing it in 32-bit colours.
 static std::string MadeReady(const std::string &surface)
 {
     return "  " + surface + ".SetClip 0,0 1279,719\n  " + surface + ".SetBlittingFlags NOFX\n";
@@ -25,7 +25,7 @@ static std::string Released(const std::string &body)
     return "enter Release32BitPanle\n" + body + "exit Release32BitPanle\n";
 }
 
-TEST(Create32BitPlane, KeepsTheSurfaceThatIsThere)
+TEST(Create32BitPlane, KeepsTheExistingSurface)
 {
     for (const bool bShown : {true, false}) {
         pKovaITextDisplay_t pDisplay =
@@ -42,7 +42,7 @@ TEST(Create32BitPlane, KeepsTheSurfaceThatIsThere)
         EXPECT_EQ(record.scActiveContextID, 0);
         EXPECT_EQ(record.uiPlaneWidth, 1280u);
         EXPECT_EQ(record.uiPlaneHeight, 720u);
-        EXPECT_EQ(record.context[0].uiPlaneWidth, PLANE_WIDTH); // the context keeps its own
+        EXPECT_EQ(record.context[0].uiPlaneWidth, PLANE_WIDTH); // the context keeps its size
         EXPECT_EQ(record.context[0].uiPlaneHeight, PLANE_HEIGHT);
         EXPECT_EQ(record.clip.x1, 0);
         EXPECT_EQ(record.clip.y1, 0);
@@ -55,11 +55,11 @@ TEST(Create32BitPlane, KeepsTheSurfaceThatIsThere)
     }
 }
 
-TEST(Create32BitPlane, KeepsTheSurfaceThatIsThereThoughNoneIsDrawnInto)
+TEST(Create32BitPlane, KeepsTheExistingSurfaceThoughNoneIsDrawnInto)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     IDirectFBSurface *const pBase = RecordOf(pDisplay)->pBaseSurface;
-    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is none
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // it does not exist
     ClearTrace();
 
     EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 720, 480), 0);
@@ -80,7 +80,7 @@ TEST(Create32BitPlane, DropsAllFonts)
 
     EXPECT_EQ(Trace(), Created(Configured("layer", "1280x720") + MadeReady("base") +
                                "  font.Release\n"
-                               "  font2.Release\n" + // and none is opened again
+                               "  font2.Release\n" + // and no font is opened again
                                Wiped("base", PACKED_COLORS, "1280x720")));
     EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, -1);
     for (const KovaDFBFont_t &font : RecordOf(pDisplay)->font) {
@@ -94,7 +94,7 @@ TEST(Create32BitPlane, DropsAllFonts)
 
 TEST(Create32BitPlane, MakesAnyContextTheActiveOne)
 {
-    for (const int iContext : {3, 0, 4, -1, 100}) { // even one that cannot be
+    for (const int iContext : {3, 0, 4, -1, 100}) { // even an invalid one
         pKovaITextDisplay_t pDisplay =
             GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, ACTIVE_CONTEXT(1));
 
@@ -157,13 +157,13 @@ TEST(Create32BitPlane, FailsWhenTheLayerIsNotObtained)
         EXPECT_EQ(CountOf(Trace(), "\n"), 4) << Trace();
         EXPECT_TRUE(Contains(Trace(), "\nexit Create32BitPlane\n"));
         EXPECT_EQ(RecordOf(pDisplay)->scActiveContextID, -2);
-        EXPECT_EQ(RecordOf(pDisplay)->bColor32, 1); // already
+        EXPECT_EQ(RecordOf(pDisplay)->bColor32, 1); // set already
         EXPECT_TRUE(LockIsFree(pDisplay));
         Destroy(pDisplay);
     }
 }
 
-TEST(Create32BitPlane, GoesOnWhenACallFails)
+TEST(Create32BitPlane, ContinuesWhenACallFails)
 {
     const struct {
         const char *pcMethod;
@@ -206,7 +206,7 @@ TEST(Create32BitPlane, ReportsAFontThatCannotBeReleasedAndForgetsIt)
     Destroy(pDisplay, "font");
 }
 
-TEST(Create32BitPlane, EndsWithoutASurfaceWhenTheLayerGivesNone)
+TEST(Create32BitPlane, EndsWithoutASurfaceWhenTheLayerReturnsNone)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     testing::internal::CaptureStdout();
@@ -217,14 +217,14 @@ TEST(Create32BitPlane, EndsWithoutASurfaceWhenTheLayerGivesNone)
 
     EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 1280, 720), 0);
 
-    const std::string check = CheckLine(DFB_DESTROYED); // of clip, blitting flags, colour and rectangle
+    const std::string check = CheckLine(DFB_DESTROYED); // clip, blitting flags, colour and rectangle
     EXPECT_EQ(Trace(), Created("  dfb.GetDisplayLayer 1\n" + Configured("layer2", "1280x720") +
                                "  layer2.GetSurface\nDFB_CHECK_BRIEF\n" + check + check + check + check));
     EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, nullptr);
     Destroy(pDisplay);
 }
 
-TEST(Create32BitPlane, AnswersANullDisplayWithoutAnErrorMessage)
+TEST(Create32BitPlane, RefusesANullDisplayWithoutAnErrorMessage)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
 
@@ -234,7 +234,7 @@ TEST(Create32BitPlane, AnswersANullDisplayWithoutAnErrorMessage)
     Destroy(pDisplay);
 }
 
-TEST(Release32BitPlane, GivesEverythingBackAndStaysInTheMode)
+TEST(Release32BitPlane, ReleasesEverythingAndStaysInTheMode)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     IDirectFBSurface *const pBackup = GivenBackupSurface(pDisplay);
@@ -258,7 +258,7 @@ TEST(Release32BitPlane, GivesEverythingBackAndStaysInTheMode)
     EXPECT_EQ(record.bColor32, 1);
     EXPECT_TRUE(LockIsFree(pDisplay));
     ClearTrace();
-    EXPECT_EQ(pDisplay->Release32BitPlane(pDisplay), 0); // again: there is nothing left
+    EXPECT_EQ(pDisplay->Release32BitPlane(pDisplay), 0); // again: nothing is left to release
     EXPECT_EQ(Trace(), Released(""));
     Destroy(pDisplay);
 }
@@ -315,7 +315,7 @@ TEST(Release32BitPlane, RefusesADisplayInAnotherMode)
     }
 }
 
-TEST(Release32BitPlane, AnswersANullDisplayOnStandardOutput)
+TEST(Release32BitPlane, ReportsANullDisplayOnStandardOutput)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
 

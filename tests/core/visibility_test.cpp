@@ -7,7 +7,7 @@
 
 using namespace test;
 
-// ---- the wipe
+// ---- clearing the plane
 
 static const char s_acIndexed[] = "  base.GetPalette\n"
                                   "  log SetPaletteInternal: colors[0].a:0\n"
@@ -36,7 +36,7 @@ class Wipe : public testing::TestWithParam<WipeRow_t>
 TEST_P(Wipe, IsWhatShowDoesAndNothingElse)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(GetParam().eLayer, GetParam().eMode);
-    RecordOf(pDisplay)->blast_frame_changed = 0; // as if a flip were deferred: the wipe supersedes it
+    RecordOf(pDisplay)->blast_frame_changed = 0; // as if a flip were deferred: clearing supersedes it
 
     pDisplay->Show(pDisplay, 0);
 
@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(Of, Wipe,
                                     s_apcModes[row.param.eMode];
                          });
 
-// ---- hiding what is hidden
+// ---- hiding a hidden display
 
 TEST(Hide, LeavesAHiddenDisplayAlone)
 {
@@ -111,7 +111,7 @@ TEST(Hide, DoesNotWaitForTheLockOfAHiddenDisplay)
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     pthread_mutex_lock(&RecordOf(pDisplay)->display_mutex);
 
-    std::thread([&] { pDisplay->Hide(pDisplay, 0); }).join(); // for ever, if it locked
+    std::thread([&] { pDisplay->Hide(pDisplay, 0); }).join(); // would block for ever if it locked
 
     pthread_mutex_unlock(&RecordOf(pDisplay)->display_mutex);
     EXPECT_EQ(ThreadTrace(), "enter Hide\nexit Hide\n");
@@ -191,9 +191,9 @@ TEST(Show, LeavesThePaletteAloneInThirtyTwoBitMode)
     }
 }
 
-// ---- what is wiped
+// ---- the surface that is cleared
 
-TEST(Show, WipesTheActiveSurfaceAndGivesItsPaletteToTheBase)
+TEST(Show, WipesTheActiveSurfaceAndSetsItsPaletteOnTheBase)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     RecordOf(pDisplay)->pActiveSurface = GivenBackupSurface(pDisplay);
@@ -213,7 +213,7 @@ TEST(Show, WipesThePlaneAsLargeAsItIsNow)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     EXPECT_EQ(pDisplay->SetPlane(pDisplay, 0, 5, 6, 100, 50), 0);
-    RecordOf(pDisplay)->clip = {10, 10, 20, 20}; // which plays no part
+    RecordOf(pDisplay)->clip = {10, 10, 20, 20}; // has no effect
     ClearTrace();
 
     pDisplay->Show(pDisplay, 0);
@@ -225,7 +225,7 @@ TEST(Show, WipesThePlaneAsLargeAsItIsNow)
 
 // ---- failures
 
-TEST(Show, PrintsFailuresAndCountsAsShownAllTheSame)
+TEST(Show, PrintsFailuresAndCountsAsShownAnyway)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     Fail("Palette.SetEntries", DFB_BUSY);
@@ -244,7 +244,7 @@ TEST(Show, PrintsFailuresAndCountsAsShownAllTheSame)
     Destroy(pDisplay);
 }
 
-TEST(Show, LeavesThePaletteStepsOutWhenThereIsNoPalette)
+TEST(Show, SkipsThePaletteStepsWhenThereIsNoPalette)
 {
     for (const bool bFails : {true, false}) {
         Reset();
@@ -299,7 +299,7 @@ TEST(ShowAndHide, ChangeNothingWhenTheyRefuse)
             pRecord->blast_frame_changed = 0;
             ClearTrace();
             pDisplay->Show(pDisplay, kova_sint8(row.iContext));
-            pRecord->bShow = 1; // or Hide would not look further
+            pRecord->bShow = 1; // otherwise Hide would return early
             pDisplay->Hide(pDisplay, kova_sint8(row.iContext));
             EXPECT_EQ(pRecord->bShow, 1);
             EXPECT_EQ(pRecord->blast_frame_changed, 0);

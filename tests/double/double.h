@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-// A DirectFB, a logging library and a clock that do what the test plans and record every call.
+// A DirectFB, a logging library and a clock that behave as the test plans and record every call.
 //
 // The trace is text, one line an event, in order; a line is indented by two spaces while the calling thread
 // holds the display's lock. Lines of other threads than the test's own (the flip thread's) are kept apart.
 // What a line looks like:
 //
-//     enter DrawLine                      an entry trace; text of the operation's own follows the name
+//     enter DrawLine                      an entry trace; the operation's own text follows the name
 //     exit DrawLine                       an exit trace, likewise
 //     ERROR DrawLine: NULL Pointer!       the three records of one error, when they agree with each other
 //     error SetPaletteInternal: invalide  a single record at level ERROR
@@ -33,7 +33,7 @@
 namespace fake
 {
 
-// One record as the logging library was given it.
+// One record as passed to the logging library.
 struct Record_t {
     bool bDefaultCategory;
     int iLevel;
@@ -43,81 +43,81 @@ struct Record_t {
     bool bMainThread;
 };
 
-// One line of the trace with what it is about.
+// One line of the trace with its details.
 struct Line_t {
     std::string text; // without indentation
     bool bMainThread;
     bool bLocked;
-    std::string method; // of a DirectFB call, as it is named below; else empty
-    std::string made;   // the name of the object that the call gave
+    std::string method; // of a DirectFB call, in the notation below; otherwise empty
+    std::string made;   // the name of the object that the call returned
 };
 
 // ---- what happened
 
 std::string Trace();                            // the test's own thread, since the last ClearTrace
 std::string ThreadTrace();                      // all other threads
-std::string TraceOf(const std::string &prefix); // the lines of Trace() that begin so, indentation aside
-std::vector<Line_t> Lines();                    // those of all threads
+std::string TraceOf(const std::string &prefix); // the lines of Trace() with this prefix, ignoring indentation
+std::vector<Line_t> Lines();                    // of all threads
 std::vector<Record_t> Records();
-std::string StandardError(); // everything the library wrote there, as it wrote it
+std::string StandardError(); // everything the library wrote there, unchanged
 void ClearTrace();
-void Note(const std::string &line);      // a line of the test's own
+void Note(const std::string &line);      // adds a line of the test itself
 bool HoldsLock();                        // whether the calling thread holds the watched lock
 void WatchLock(pthread_mutex_t *pMutex); // null: none
 int LiveObjects();                       // DirectFB objects not yet released
 std::string LiveObjectNames();
-void DropObjects(); // frees what is left of them; none may be used any more
-int CallCount();    // DirectFB calls since the last Reset, those of all threads
+void DropObjects(); // frees the remaining ones, which must not be used any more
+int CallCount();    // DirectFB calls of all threads since the last Reset
 
-// ---- what is planned; methods have names like "Surface.SetClip", "Layer.GetSurface", "DirectFBInit"
+// ---- what to simulate; methods have names like "Surface.SetClip", "Layer.GetSurface", "DirectFBInit"
 
-void Fail(const std::string &method, DFBResult eResult);              // every time, out pointers untouched
-void FailNth(const std::string &method, int iNth, DFBResult eResult); // the n-th call from now, 1 the next
-void GiveNothing(const std::string &method); // says OK, and the out pointer becomes null
-// The call that raises CallCount() to this number, whatever it is.
+void Fail(const std::string &method, DFBResult eResult); // every call fails; output pointers are not written
+void FailNth(const std::string &method, int iNth, DFBResult eResult); // the n-th call from now fails
+void GiveNothing(const std::string &method); // returns DFB_OK, and the output pointer becomes null
+// Affects the call that raises CallCount() to this number, whichever it is.
 void FailCall(int iIndex, DFBResult eResult);
 void GiveNothingAtCall(int iIndex);
-void TemporarilyUnavailable(int iTimes); // answers of GetDisplayLayer before it does as it should
-// A null name is passed on. The default has UTF8 last.
+void TemporarilyUnavailable(int iTimes); // GetDisplayLayer fails so many times before it succeeds
+// A null name is passed on. By default UTF8 is last.
 void SetEncodings(std::vector<std::pair<unsigned, const char *>> encodings);
 void EnumerateWithoutContext(); // the callback gets a null context
 void SetFontMetrics(int iHeight, int iUnderlinePosition, int iUnderlineThickness, int iWidthPerByte);
-void SetLayerConfig(const DFBDisplayLayerConfig &config); // what GetConfiguration says until it is set anew
+void SetLayerConfig(const DFBDisplayLayerConfig &config); // the result of GetConfiguration from now on
 void ForceBufferMode(DFBDisplayLayerBufferMode eMode, bool bReported); // whatever was configured
-void FailAllocation();                                                 // the library's next calloc
+void FailAllocation();                                                 // the library's next calloc fails
 void FailThreadStart(int iError);
-// Of mutexes and conditions, which are then left as they were; 0 ends it.
+// Initialisation of mutexes and conditions fails and leaves them unchanged; 0 ends it.
 void FailInitialization(int iError);
 void FailLoading(const std::string &error);                         // dlopen
 void FailSymbol(const std::string &name, const std::string &error); // dlsym
-void Reset(); // all of the above, and the trace; objects stay alive, and names begin anew if there are none
+void Reset(); // resets all of the above and the trace; objects stay alive
 
-// ---- the objects themselves
+// ---- the objects
 
 IDirectFBSurface *MakeSurface(const std::string &name, int iWidth, int iHeight,
                               DFBSurfacePixelFormat eFormat);
 // The memory of a surface. A byte written outside of its pixels ends the process, at once or when it is unlocked.
 const unsigned char *Pixels(IDirectFBSurface *pSurface, int *piPitch);
 void SizeOf(IDirectFBSurface *pSurface, int *piWidth, int *piHeight);
-std::vector<unsigned char> Memory(IDirectFBSurface *pSurface); // rows without their padding
+std::vector<unsigned char> Memory(IDirectFBSurface *pSurface); // rows without padding
 DFBRegion ClipOf(IDirectFBSurface *pSurface);
 std::vector<DFBColor> PaletteOf(IDirectFBSurface *pSurface); // 256 entries
 std::vector<DFBColor> LastEntries();                         // the colours of the last SetEntries
 std::string NameOf(IDirectFBSurface *pSurface);
-DFBDisplayLayerConfig LastConfiguration(); // the last that SetConfiguration was given, every member of it
-DFBWindowDescription LastWindow();         // the last that CreateWindow was given
+DFBDisplayLayerConfig LastConfiguration(); // the last argument of SetConfiguration, with every member
+DFBWindowDescription LastWindow();         // the last argument of CreateWindow
 
-// ---- the clock, which stands still until it is turned; sleeping turns it by as much
+// ---- the clock, which stands still until it is advanced; sleeping advances it
 
 void SetClock(long lSeconds, long lMicroseconds);
 void TurnClock(long lMicroseconds);
 struct timeval Now();
 
-// Sleeps of other threads than the test's own are held until they are let go, one at a time; on by default.
+// Sleeps of threads other than the test's are held until released, one at a time; on by default.
 void HoldSleeps(bool bHold);
-bool AwaitSleeper(); // until another thread sleeps; false after a minute
-void LetSleeperGo(); // and turns the clock by as much as it asked for
-// The clock of the machine and sleeps that last, for what only time can show; off after Reset.
+bool AwaitSleeper(); // waits until another thread sleeps; false after a minute
+void LetSleeperGo(); // and advances the clock by the requested time
+// Uses the real clock and real sleeps, for what only time can show; off after Reset.
 void UseRealClock(bool bReal);
 void SetThreshold(int iLevel); // __kova_debug_min; 5 after Reset
 

@@ -5,7 +5,7 @@ using namespace test;
 
 static kova_uint8 s_aucBits[64];
 
-// What is drawn when a test says nothing else: 8 by 10 pixels at 100,50, background 3, foreground 7.
+// The default bitmap of a test: 8 by 10 pixels at 100,50, background 3, foreground 7.
 struct Glyph_t {
     kova_uint8 *pucPixel = s_aucBits;
     kova_uint32 uiX = 100, uiY = 50, uiWidth = 8, uiHeight = 10, uiRowByte = 2;
@@ -20,7 +20,7 @@ static int Draw(pKovaITextDisplay_t pTable, pKovaITextDisplay_t pDisplay, int iC
                                    g.uiHeight, g.uiRowByte, g.siBg, g.siFg, g.uiBitOffset, g.eExpand);
 }
 
-// A batch, with a place for one more than is allowed.
+// A batch with space for one bitmap more than allowed.
 struct Batch_t {
     kova_uint8 *apucPixel[101];
     kova_uint32 auiX[101], auiY[101], auiWidth[101], auiHeight[101], auiRowByte[101], auiBitOffset[101];
@@ -64,7 +64,7 @@ static std::string Batch(const std::string &call)
     return "enter BatchDrawPixelExpand\n" + call + "exit BatchDrawPixelExpand\n";
 }
 
-TEST(DrawPixelExpand, HandsTheBitmapOnAndLeavesTheFlipToTheCaller)
+TEST(DrawPixelExpand, PassesTheBitmapOnAndLeavesTheFlipToTheCaller)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     RecordOf(pDisplay)->blast_frame_changed = 0;
@@ -111,7 +111,7 @@ TEST(DrawPixelExpand, ReadsTheFactorsFromTheCode)
     Destroy(pDisplay);
 }
 
-TEST(DrawPixelExpand, LooksColoursUpInThePaletteCopyModeAlone)
+TEST(DrawPixelExpand, LooksColoursUpOnlyInThePaletteCopyMode)
 {
     const struct {
         bool bColor32, bPalette;
@@ -121,9 +121,9 @@ TEST(DrawPixelExpand, LooksColoursUpInThePaletteCopyModeAlone)
         {false, false, 7, "fg 0x7 bg 0x3 "},
         {false, false, -2, "fg 0xfffffffe bg 0x3 "},
         {true, false, 7, "fg 0x7 bg 0x3 "},
-        {true, true, 7, "fg 0x7 bg 0x3 "}, // the 32-bit mode wins
+        {true, true, 7, "fg 0x7 bg 0x3 "}, // 32-bit mode wins
         {false, true, 7, "fg 0x44112233 bg 0xfffefdfc "},
-        {false, true, 256, "fg 0 bg 0xfffefdfc "}, // past the palette
+        {false, true, 256, "fg 0 bg 0xfffefdfc "}, // past the end of the palette
         {false, true, -1, "fg 0 bg 0xfffefdfc "},
     };
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2, PALETTE_COLORS);
@@ -164,7 +164,7 @@ TEST(DrawPixelExpand, ReportsASurfaceThatIsNotThereAsDestroyed)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     Batch_t batch;
-    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is none
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // it does not exist
     ClearTrace();
 
     EXPECT_EQ(Draw(pDisplay, pDisplay, 0), 0);
@@ -180,10 +180,10 @@ TEST(DrawPixelExpand, AcceptsBitmapsOfUpToFortyEightPixels)
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     const struct {
         kova_uint32 uiWidth, uiHeight;
-        const char *pcError; // null: accepted
+        const char *pcError; // null if accepted
     } rows[] = {{48, 48, nullptr}, {0, 0, nullptr},          {49, 48, "width"},        {48, 49, "height"},
                 {49, 49, "width"}, {0x80000000, 1, "width"}, {1, 0xFFFFFFFF, "height"}};
-    for (const bool bShown : {true, false}) { // refused while hidden too
+    for (const bool bShown : {true, false}) { // also refused while hidden
         if (!bShown) pDisplay->Hide(pDisplay, 0);
         for (const auto &row : rows) {
             SCOPED_TRACE(testing::Message() << row.uiWidth << "x" << row.uiHeight);
@@ -239,12 +239,12 @@ TEST(DrawPixelExpand, IsRefusedInThisOrder)
     Destroy(pDisplay);
 }
 
-TEST(BatchDrawPixelExpand, HandsAllBitmapsOnInOneCall)
+TEST(BatchDrawPixelExpand, PassesAllBitmapsInOneCall)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     Batch_t batch;
     Glyph_t other;
-    other.pucPixel = nullptr; // the elements are the caller's business
+    other.pucPixel = nullptr; // elements are not checked
     other.uiX = 0xFFFFFFF0;
     other.uiY = 2;
     other.uiWidth = 3;
@@ -268,14 +268,14 @@ TEST(BatchDrawPixelExpand, HandsAllBitmapsOnInOneCall)
     Destroy(pDisplay);
 }
 
-TEST(BatchDrawPixelExpand, TakesFromNoneToAHundred)
+TEST(BatchDrawPixelExpand, AcceptsFromNoneToAHundred)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     Batch_t batch;
 
     RecordOf(pDisplay)->blast_frame_changed = 0;
     EXPECT_EQ(Draw(pDisplay, pDisplay, 0, batch, 0), 0);
-    EXPECT_EQ(Trace(), Batch("  base.BatchDrawMonoGlyph 0\n")); // called all the same
+    EXPECT_EQ(Trace(), Batch("  base.BatchDrawMonoGlyph 0\n")); // called anyway
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 1);
     ClearTrace();
     EXPECT_EQ(Draw(pDisplay, pDisplay, 0, batch, 100), 0);
@@ -290,7 +290,7 @@ TEST(BatchDrawPixelExpand, TakesFromNoneToAHundred)
     Destroy(pDisplay);
 }
 
-TEST(BatchDrawPixelExpand, LooksAtTheBitmapsOneAfterTheOther)
+TEST(BatchDrawPixelExpand, ChecksTheBitmapsOneAfterTheOther)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     Batch_t batch;
@@ -301,7 +301,7 @@ TEST(BatchDrawPixelExpand, LooksAtTheBitmapsOneAfterTheOther)
     EXPECT_EQ(Draw(pDisplay, pDisplay, 0, batch, 3), -1);
     EXPECT_EQ(Trace(), error + "Can't support DrawPixelExpand with this height!\n");
     ClearTrace();
-    EXPECT_EQ(Draw(pDisplay, pDisplay, 0, batch, 1), 0); // the bad ones lie outside of it
+    EXPECT_EQ(Draw(pDisplay, pDisplay, 0, batch, 1), 0); // the invalid ones are outside the batch
     EXPECT_TRUE(Contains(Trace(), "BatchDrawMonoGlyph 1: "));
     Destroy(pDisplay);
 }

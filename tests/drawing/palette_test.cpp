@@ -7,7 +7,7 @@
 
 using namespace test;
 
-// Colour i is told apart from its neighbours in every byte.
+// Colour i differs from its neighbours in every byte.
 static KovaTextColor_t Color(int i)
 {
     return {kova_uint8(i), kova_uint8(i + 64), kova_uint8(i + 128), kova_uint8(255 - i)};
@@ -30,13 +30,13 @@ static bool Agree(const DFBColor &a, const KovaTextColor_t &b)
     return a.r == b.r && a.g == b.g && a.b == b.b && a.a == b.a;
 }
 
-// Every change of visibility takes a palette too: their numbers say nothing here.
+// Every change of visibility gets a palette too, so palette numbers are not compared.
 static std::string Unnumbered(const std::string &trace)
 {
     return std::regex_replace(trace, std::regex("palette[0-9]+"), "palette");
 }
 
-// The record's palette before a test, none of whose entries is a colour above.
+// The record's palette before a test; no entry equals a colour above.
 static void MarkRecord(pKovaITextDisplay_t pDisplay)
 {
     for (KovaTextColor_t &color : RecordOf(pDisplay)->palette) color = {9, 9, 9, 9};
@@ -88,7 +88,7 @@ TEST(SetPalette, RefusesInOrder)
     Destroy(pDisplay);
 }
 
-TEST(SetPalette, JudgesTheContextAsAnUnsignedByteAndTheCountUnsigned)
+TEST(SetPalette, ChecksTheContextAsAnUnsignedByteAndTheCountUnsigned)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     std::vector<KovaTextColor_t> colors = Colors(1);
@@ -180,7 +180,7 @@ TEST(SetPalette, LoadsAll256Colours)
     Destroy(pDisplay);
 }
 
-TEST(SetPalette, TakesNoColourAtAll)
+TEST(SetPalette, AcceptsNoColourAtAll)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     std::vector<KovaTextColor_t> colors = Colors(1);
@@ -197,7 +197,7 @@ TEST(SetPalette, TakesNoColourAtAll)
     Destroy(pDisplay);
 }
 
-TEST(SetPalette, HandsAnOverrunToDirectFBAndCopiesWhatFits)
+TEST(SetPalette, PassesAnOverrunToDirectFBAndCopiesWhatFits)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     std::vector<KovaTextColor_t> colors = Colors(256);
@@ -221,14 +221,14 @@ TEST(SetPalette, HandsAnOverrunToDirectFBAndCopiesWhatFits)
                   std::string("base.GetPalette\n") + row.pcCall + "palette.Release\n");
         EXPECT_EQ(MarkedEntries(pDisplay), row.ucOffset);
         EXPECT_TRUE(RecordOf(pDisplay)->palette[255] == Color(255 - row.ucOffset));
-        // Nothing behind the last entry is touched.
+        // Nothing behind the last entry is written.
         EXPECT_EQ(RecordOf(pDisplay)->pFnDirectFBCreate, pfnCreate);
         EXPECT_EQ(flags, (std::string{char(RecordOf(pDisplay)->bColor32), char(RecordOf(pDisplay)->bFlip)}));
     }
     Destroy(pDisplay);
 }
 
-TEST(SetPalette, GivesThePaletteToTheBaseSurfaceWhenAnotherIsInUse)
+TEST(SetPalette, SetsThePaletteOfTheBaseSurfaceWhenAnotherIsInUse)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     std::vector<KovaTextColor_t> colors = Colors(1);
@@ -247,7 +247,7 @@ TEST(SetPalette, GivesThePaletteToTheBaseSurfaceWhenAnotherIsInUse)
     Destroy(pDisplay);
 }
 
-TEST(SetPalette, PrintsEachFailureAndGoesOn)
+TEST(SetPalette, PrintsEachFailureAndContinues)
 {
     static const struct {
         const char *pcMethod;
@@ -265,7 +265,7 @@ TEST(SetPalette, PrintsEachFailureAndGoesOn)
          "palette\npalette.Release\n",
          ""},
     };
-    const LeaksAreMeant_t leaks; // of the palette that says it cannot be released
+    const LeaksAreMeant_t leaks; // the palette whose release fails
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     std::vector<KovaTextColor_t> colors = Colors(1);
     RecordOf(pDisplay)->pActiveSurface = GivenBackupSurface(pDisplay);
@@ -285,7 +285,7 @@ TEST(SetPalette, PrintsEachFailureAndGoesOn)
     Destroy(pDisplay, "palette3");
 }
 
-TEST(SetPalette, LeavesOutWhatNeedsAPaletteWhenThereIsNone)
+TEST(SetPalette, SkipsWhatNeedsAPaletteWhenThereIsNone)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     std::vector<KovaTextColor_t> colors = Colors(2);
@@ -321,7 +321,7 @@ TEST(SetPalette, PrintsAFailureWithoutABaseSurface)
 
 // ---- palette-copy mode
 
-TEST(SetPalette, LoadsTheRecordsCopyAloneInPaletteCopyMode)
+TEST(SetPalette, LoadsOnlyTheRecordsCopyInPaletteCopyMode)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2, PALETTE_COLORS);
     std::vector<KovaTextColor_t> colors = Colors(256);

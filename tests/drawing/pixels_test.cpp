@@ -5,7 +5,7 @@
 
 using namespace test;
 
-// Rows of 16 bytes, each byte its own number.
+// Rows of 16 bytes; each byte holds its own index.
 static std::vector<kova_uint8> Bitmap(int iRows)
 {
     std::vector<kova_uint8> bytes(size_t(iRows) * 16);
@@ -25,7 +25,7 @@ static kova_uint8 ByteAt(pKovaITextDisplay_t pDisplay, int x, int y)
     return pucPixels[size_t(y) * size_t(iPitch) + size_t(x)];
 }
 
-// How many bytes of the surface, its padding included, are not 0.
+// The number of bytes of the surface, including its padding, that are not 0.
 static int BytesWritten(pKovaITextDisplay_t pDisplay)
 {
     int iPitch = 0, iCount = 0;
@@ -40,7 +40,7 @@ static std::string Drawn(const std::string &surface, const std::string &layer)
            ".GetConfiguration\n  " + surface + ".Flip all WAIT|BLIT|ONSYNC\nexit DrawPixel\n";
 }
 
-static const char *const NOTHING_DRAWN = "enter DrawPixel\n"; // without an exit trace
+static const char *const NOTHING_DRAWN = "enter DrawPixel\n"; // no exit trace
 
 TEST(DrawPixel, CopiesRowsIntoTheSurfaceAndFlips)
 {
@@ -75,7 +75,7 @@ TEST(DrawPixel, MarksTheFrameAndDefersAFlipThatComesTooSoon)
                        "exit DrawPixel\n");
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 0);
 
-    EXPECT_EQ(pDisplay->SetFlip(pDisplay, 0), 0); // where nothing is flipped the mark shows
+    EXPECT_EQ(pDisplay->SetFlip(pDisplay, 0), 0); // without a flip the flag stays visible
     EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 0, 0, 1, 1, 16), 0);
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 1);
     Destroy(pDisplay);
@@ -85,10 +85,10 @@ struct Cut_t {
     const char *pcName;
     int clip[4];
     kova_uint32 uiX, uiY, uiWidth, uiHeight;
-    int left, top, width, height; // what is copied; a width of 0: nothing, and nothing is locked
+    int left, top, width, height; // the part copied; with width 0 nothing is copied or locked
 };
 
-// A source row is 16 bytes, and there are 16 of them.
+// The source has 16 rows of 16 bytes.
 static const Cut_t CUTS[] = {
     {"Inside", {0, 0, 719, 479}, 5, 6, 7, 8, 5, 6, 7, 8},
     {"CutLeft", {10, 20, 109, 69}, 6, 20, 10, 2, 10, 20, 6, 2},
@@ -132,7 +132,7 @@ TEST_P(DrawPixelClipped, CopiesTheCommonPartFromTheBitmapsOwnCorner)
     EXPECT_EQ(
         pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), cut.uiX, cut.uiY, cut.uiWidth, cut.uiHeight, 16), 0);
 
-    // Where the clip reaches past the surface it is locked, and not a byte is written.
+    // If the clip extends past the surface, the surface is locked, but no byte is written.
     EXPECT_EQ(Trace(), cut.width == 0 ? NOTHING_DRAWN : Drawn("base", "layer"));
     int iExpected = 0;
     for (int y = 0; y < cut.height; y++) {
@@ -149,17 +149,17 @@ TEST_P(DrawPixelClipped, CopiesTheCommonPartFromTheBitmapsOwnCorner)
 INSTANTIATE_TEST_SUITE_P(Cuts, DrawPixelClipped, testing::ValuesIn(CUTS),
                          [](const auto &row) { return std::string(row.param.pcName); });
 
-TEST(DrawPixel, CopiesAsMuchOfAHugeWidthAsTheSurfaceHolds)
+TEST(DrawPixel, CopiesOnlyTheSurfaceWidthOfAHugeBitmap)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     std::vector<kova_uint8> bitmap = Bitmap(1);
-    Clip(pDisplay, 0, 0, -1, -1); // as unsigned numbers the largest there are
+    Clip(pDisplay, 0, 0, -1, -1); // the largest unsigned numbers
 
-    // The right edge is the largest number less one.
+    // The right edge is the largest number minus one.
     std::vector<kova_uint8> wide(PLANE_WIDTH, 9);
     EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, wide.data(), 0, 0, 0xFFFFFFFF, 1, 0), 0);
     EXPECT_EQ(Trace(), Drawn("base", "layer"));
-    EXPECT_EQ(BytesWritten(pDisplay), int(PLANE_WIDTH)); // what the surface holds
+    EXPECT_EQ(BytesWritten(pDisplay), int(PLANE_WIDTH)); // the width of the surface
     TurnClock(16000);
     ClearTrace();
     EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 0, 0, 0, 1, 16), 0);
@@ -187,7 +187,7 @@ TEST(DrawPixel, StaysWithinTheSurfaceThatWasMadeWhenThePlaneSizeRunsAhead)
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     KovaTextContextParam_t param = ContextParam(1280, 720);
     std::vector<kova_uint8> bitmap = Bitmap(1);
-    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 1); // its plane is refused, its size kept
+    EXPECT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 1); // refused, but its size is stored
     Clip(pDisplay, 0, 0, 1279, 719);
     ClearTrace();
 
@@ -201,7 +201,7 @@ TEST(DrawPixel, WritesNothingRightOfOrBelowTheSurfaceThatWasMade)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     std::vector<kova_uint8> bitmap = Bitmap(20);
-    RecordOf(pDisplay)->sLayerSize.uiWidth = 300; // there is more memory, so that too much is seen
+    RecordOf(pDisplay)->sLayerSize.uiWidth = 300; // the memory is larger, so that excess bytes are visible
     RecordOf(pDisplay)->sLayerSize.uiHeight = 100;
 
     EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 0, 90, 10, 20, 16), 0);
@@ -288,7 +288,7 @@ TEST(DrawPixel, FailsSilentlyWithoutASurface)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     std::vector<kova_uint8> bitmap = Bitmap(1);
-    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is none
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // it does not exist
     ClearTrace();
 
     EXPECT_EQ(pDisplay->DrawPixel(pDisplay, 0, bitmap.data(), 0, 0, 1, 1, 16), -1);
@@ -332,13 +332,13 @@ TEST(DrawPixel, IsRefusedInThisOrder)
         EXPECT_EQ(draw(pDisplay, iContext, pucPixel, 0),
                   "-1 enter DrawPixel\nERROR DrawPixel: Invalid context ID!\n");
     }
-    EXPECT_EQ(draw(pDisplay, 0, pucPixel, 0), "0 enter DrawPixel\n"); // empty, before who is active
+    EXPECT_EQ(draw(pDisplay, 0, pucPixel, 0), "0 enter DrawPixel\n"); // checked before the context
     EXPECT_EQ(draw(pDisplay, 0, pucPixel, 1), "-1 enter DrawPixel\n  ERROR DrawPixel: Inactive context!\n");
     EXPECT_TRUE(LockIsFree(pDisplay));
     pDisplay->Hide(pDisplay, 1);
     EXPECT_EQ(draw(pDisplay, 0, pucPixel, 1), "0 enter DrawPixel\nexit DrawPixel\n");
     EXPECT_EQ(draw(pDisplay, 1, pucPixel, 0),
-              "0 enter DrawPixel\nexit DrawPixel\n"); // before it is found empty
+              "0 enter DrawPixel\nexit DrawPixel\n"); // checked before it is found empty
     EXPECT_EQ(draw(pDisplay, 1, nullptr, 1), "-1 enter DrawPixel\nERROR DrawPixel: NULL Pointer!\n");
     Destroy(pDisplay);
 }
@@ -350,7 +350,7 @@ TEST(Blit, CopiesWithinTheSurfaceAndFlips)
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     KovaTextRect_t rect = {10, 20, 100, 50};
 
-    EXPECT_EQ(pDisplay->Blit(pDisplay, 0, &rect, 15, 25), 0); // overlapping, as it is
+    EXPECT_EQ(pDisplay->Blit(pDisplay, 0, &rect, 15, 25), 0); // overlapping, passed on unchanged
 
     EXPECT_EQ(Trace(), "enter Blit\n"
                        "  base.Blit base 10,20 100x50 to 15,25\n"
@@ -428,7 +428,7 @@ TEST(Blit, WaitsInStepsForAPendingFlip)
     EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0);
     ASSERT_TRUE(AwaitSleeper());
     ClearTrace();
-    // The thread's sleep is ended once the blit has slept three times.
+    // The thread's sleep ends once the blit has slept three times.
     std::thread waker([] {
         while (CountOf(Trace(), "usleep 16000\n") < 3)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));

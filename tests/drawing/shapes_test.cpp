@@ -9,7 +9,7 @@ using namespace test;
 
 static KovaTextRect_t s_rect = {10, 20, 100, 50};
 
-// ---- the colour, chosen alike by both
+// ---- the colour, for both operations
 
 struct ColorRow_t {
     ColorMode_e eMode;
@@ -61,17 +61,17 @@ static int Draw(pKovaITextDisplay_t pDisplay, kova_uint32 color)
     return pDisplay->DrawLine(pDisplay, 0, 1, 2, 3, 4, color);
 }
 
-TEST(FillRect, TakesItsColourByTheDisplaysMode)
+TEST(FillRect, ConvertsItsColourByTheDisplaysMode)
 {
     ForEveryColor(Fill);
 }
 
-TEST(DrawLine, TakesItsColourByTheDisplaysMode)
+TEST(DrawLine, ConvertsItsColourByTheDisplaysMode)
 {
     ForEveryColor(Draw);
 }
 
-TEST(Shapes, TakeAPackedColourWhenBothModesAreSet)
+TEST(Shapes, UseAPackedColourWhenBothModesAreSet)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2, PALETTE_COLORS);
     RecordOf(pDisplay)->bColor32 = 1;
@@ -109,7 +109,7 @@ TEST(FillRect, FillsAndLeavesTheFlipToTheCaller)
     }
 }
 
-TEST(FillRect, HandsEveryRectangleToDirectFBAsSignedNumbers)
+TEST(FillRect, PassesEveryRectangleToDirectFBAsSignedNumbers)
 {
     static const struct {
         KovaTextRect_t rect;
@@ -189,7 +189,7 @@ TEST(FillRect, RefusesInOrder)
     Destroy(pDisplay);
 }
 
-TEST(FillRect, PrintsFailuresAndGoesOn)
+TEST(FillRect, PrintsFailuresAndContinues)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     Fail("Surface.SetColorIndex", DFB_INVARG);
@@ -229,7 +229,7 @@ TEST(FillRect, PrintsFailuresWithoutASurface)
     Destroy(pDisplay);
 }
 
-TEST(FillRect, ServesEveryContextWhileNoneIsActive)
+TEST(FillRect, AcceptsEveryContextWhileNoneIsActive)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, NO_CONTEXT);
 
@@ -291,7 +291,7 @@ TEST(DrawLine, FlipsTheWindowWithoutAskingItsLayer)
     Destroy(pDisplay);
 }
 
-TEST(DrawLine, HandsTheFlipToTheThreadWhenTheLastIsTooRecent)
+TEST(DrawLine, DefersTheFlipToTheThreadWhenTheLastIsTooRecent)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     Draw(pDisplay, 7);
@@ -345,7 +345,7 @@ TEST(DrawLine, RefusesANullDisplayAndThenABadContext)
     Destroy(pDisplay);
 }
 
-TEST(DrawLine, PrintsFailuresAndGoesOn)
+TEST(DrawLine, PrintsFailuresAndContinues)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     Fail("Surface.SetColorIndex", DFB_INVARG);
@@ -376,7 +376,7 @@ TEST(DrawLine, PrintsFailuresWithoutASurface)
     Destroy(pDisplay);
 }
 
-// Whether a call made while another thread holds the display's lock comes back before the lock is free.
+// Whether a call returns while another thread holds the display's lock.
 static bool ComesBackWhileLocked(pKovaITextDisplay_t pDisplay, const std::function<void()> &call)
 {
     bool bBack = false;

@@ -10,13 +10,13 @@ static bool operator==(const DFBRegion &a, const DFBRegion &b)
     return a.x1 == b.x1 && a.y1 == b.y1 && a.x2 == b.x2 && a.y2 == b.y2;
 }
 
-// ---- the frame that all four share
+// ---- what all four setters have in common
 
 struct Setter_t {
     const char *pcName;
     const char *pcEntryText;
     const char *pcMethod;
-    const char *pcLog, *pcCall; // of the call below on a shown display in index mode
+    const char *pcLog, *pcCall; // the trace of the call below on a shown display in index mode
     std::function<int(pKovaITextDisplay_t pTable, pKovaITextDisplay_t pThiz, kova_sint8 scContextID)> call;
 };
 
@@ -78,7 +78,7 @@ TEST_P(StateSetter, RefusesANullDisplayBeforeAllElse)
     Destroy(pDisplay);
 }
 
-TEST_P(StateSetter, RefusesAContextThatIsNoneShownOrHidden)
+TEST_P(StateSetter, RefusesAnInvalidContextShownOrHidden)
 {
     for (const bool bShown : {true, false}) {
         pKovaITextDisplay_t pDisplay =
@@ -130,7 +130,7 @@ TEST_P(StateSetter, RefusesAnInactiveContextUnderTheLock)
     Destroy(pDisplay);
 }
 
-TEST_P(StateSetter, ServesEveryContextWhileNoneIsActive)
+TEST_P(StateSetter, AcceptsEveryContextWhileNoneIsActive)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, NO_CONTEXT);
 
@@ -305,7 +305,7 @@ TEST(SetClip, KeepsTheRecordsClipThoughTheSurfaceRefusesIt)
 
 // ---- the colour key
 
-TEST(SetDstColorKey, TakesItsColourByTheDisplaysMode)
+TEST(SetDstColorKey, ConvertsItsColourByTheDisplaysMode)
 {
     static const struct {
         ColorMode_e eMode;
@@ -345,7 +345,7 @@ TEST(SetDstColorKey, TakesItsColourByTheDisplaysMode)
     }
 }
 
-TEST(SetDstColorKey, TakesAPackedColourWhenBothModesAreSet)
+TEST(SetDstColorKey, UsesAPackedColourWhenBothModesAreSet)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2, PALETTE_COLORS);
     RecordOf(pDisplay)->bColor32 = 1;
@@ -380,7 +380,7 @@ TEST(SetDrawingFlags, TranslatesTheColourKeyAndDropsTheRest)
         {KOVA_DSDRAW_DST_COLORKEY, "0x2", "DST_COLORKEY"},
         {KOVA_DSDRAW_STRING_SHARP, "0x0", "NOFX"},
         {KOVA_DSDRAW_DST_COLORKEY | KOVA_DSDRAW_STRING_SHARP, "0x2", "DST_COLORKEY"},
-        {2, "0x0", "NOFX"}, // DirectFB's own value means nothing here
+        {2, "0x0", "NOFX"}, // DirectFB's own value has no meaning here
         {0xEF, "0x0", "NOFX"},
         {0xFF, "0x2", "DST_COLORKEY"},
         {-1, "0x2", "DST_COLORKEY"},

@@ -79,7 +79,7 @@ struct Case_t {
     Given_t given;
     When_t when;
     const char *pcUnchanged = "";
-    bool bThread = false; // the calls are the flip thread's
+    bool bThread = false; // the calls are made by the flip thread
 
     friend void PrintTo(const Case_t &one, std::ostream *pOut)
     {
@@ -121,7 +121,7 @@ template <KovaTextEdgeType_e eEdge> pKovaITextDisplay_t WithEdge(KovaGraphicLaye
     return pDisplay;
 }
 
-// With a font and colours to carry over.
+// Has a font and colours to carry over.
 pKovaITextDisplay_t WithBackup(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
 {
     pKovaITextDisplay_t pDisplay = WithFont(eLayer, eMode);
@@ -140,7 +140,7 @@ pKovaITextDisplay_t OnBackup(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
     return pDisplay;
 }
 
-// Contexts 0 and 1, and a font; the flip thread waits.
+// Has contexts 0 and 1, and a font; the flip thread waits.
 template <int iActive> pKovaITextDisplay_t WithContexts(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
 {
     pKovaITextDisplay_t pDisplay = WithFont(eLayer, eMode);
@@ -200,7 +200,7 @@ pKovaITextDisplay_t FlippingOff(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
     return pDisplay;
 }
 
-// A flip has just been made; the clock stands still. On layer 1 no display but another one stamps the time.
+// A flip has just been made, and the clock stands still. On layer 1 only another display stores the time.
 pKovaITextDisplay_t JustFlipped(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
 {
     pKovaITextDisplay_t pDisplay = Shown(eLayer, eMode);
@@ -209,7 +209,7 @@ pKovaITextDisplay_t JustFlipped(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
     return pDisplay;
 }
 
-// The thread sleeps before the flip that was left to it.
+// The thread sleeps before a deferred flip.
 pKovaITextDisplay_t Deferred(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
 {
     pKovaITextDisplay_t pDisplay = WithContexts<0>(eLayer, eMode);
@@ -217,7 +217,7 @@ pKovaITextDisplay_t Deferred(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
     pDisplay->Flip(pDisplay, 0);
     pDisplay->Flip(pDisplay, 0);
     EXPECT_TRUE(AwaitSleeper());
-    RecordOf(pDisplay)->flip_clip = {0, 0, 9, 9}; // to tell it from the clip that is restored
+    RecordOf(pDisplay)->flip_clip = {0, 0, 9, 9}; // to distinguish it from the clip that is restored
     ClearTrace();
     return pDisplay;
 }
@@ -228,7 +228,7 @@ pKovaITextDisplay_t NoDisplay(KovaGraphicLayer_e, ColorMode_e)
     return nullptr;
 }
 
-// ---- operations; what they answer, as text
+// ---- operations; their results as text
 
 std::string Text(int iResult)
 {
@@ -244,7 +244,7 @@ KovaTextRect_t s_rect = {10, 20, 30, 40};
 KovaTextColor_t s_colors[] = {{1, 2, 3, 4}, {5, 6, 7, 8}};
 kova_uint8 s_pixels[64] = {1, 2, 3};
 const unsigned short s_abc[] = {'a', 'b', 'c'};
-KovaGraphicLayer_e s_eLayer; // of the display at hand, for its creation
+KovaGraphicLayer_e s_eLayer; // the layer of the display to create
 ColorMode_e s_eMode;
 
 std::string CreateDisplay(pKovaITextDisplay_t)
@@ -397,7 +397,7 @@ const Case_t CASES[] = {
     {"AdjustDisplaySize", "", WithFont,
      [](pKovaITextDisplay_t p) { return Text(p->AdjustDisplaySize(p, 0, 0, 0, 640, 400)); }},
 
-    // The life of a display.
+    // Creation, contexts and destruction.
     {"Create", "", NoDisplay, CreateDisplay},
     {"CreateContext", "", WithFont,
      [](pKovaITextDisplay_t p) {
@@ -416,7 +416,7 @@ const Case_t CASES[] = {
 
 // ---- the sweep
 
-// The banners of activation are none of the report's.
+// The banners of activations are not part of the report.
 class QuietOutput_t
 {
 public:
@@ -467,7 +467,7 @@ class PrintTallies_t : public testing::Environment
 
 testing::Environment *const s_pTallies = testing::AddGlobalTestEnvironment(new PrintTallies_t);
 
-// A clock that never goes back: the time of the last flip is the process's.
+// The clock never goes back: the time of the last flip belongs to the process.
 void BeginAgain()
 {
     static long s_lSeconds = 1000000;
@@ -477,7 +477,7 @@ void BeginAgain()
     HoldSleeps(true);
 }
 
-// What the record says of the plane, the contexts and the way things are drawn.
+// The plane, the contexts and the drawing state in the record.
 std::string StateOf(const KovaDFBDisplay_t &r)
 {
     std::string state = "shown " + Text(r.bShow) + " mask " + Text(r.ucContextMask) + " active " +
@@ -533,7 +533,7 @@ public:
           m_eMode(eMode), m_name(std::string(one.pcOperation) + (*one.pcVariant ? "." : "") + one.pcVariant +
                                  " on layer " + Text(eLayer + 1) + ", colour mode " + Text(eMode))
     {
-        // A display on layer 1 does not release its backup surface, which no operation makes.
+        // A display on layer 1 does not release its backup surface, which no operation creates.
         if (eLayer == KOVA_GRAPHIC_LAYER1 && (one.given == WithBackup || one.given == OnBackup))
             m_kept = "backup";
     }
@@ -556,7 +556,7 @@ public:
         Book();
     }
 
-    // The operation on a display that lacks something from the start.
+    // The operation on a display with a missing object.
     void GoWithout(const std::set<std::string> &absent, void (*take)(KovaDFBDisplay_t *))
     {
         Clean();
@@ -592,7 +592,7 @@ private:
             if (bOurs || line.text.compare(0, 9, "DFB_CHECK") == 0) m_lines.push_back(line);
         }
         run.trace = Comparable(m_lines);
-        // One of the faults at each site is followed by all other operations; after the others, objects are counted.
+        // After one of the faults at each call all other operations follow; after the others objects are counted.
         pKovaITextDisplay_t pDisplay = Kova_TextDisp_GetDisplayByID(0);
         m_bPlayed = pDisplay && fault.iCall && fault.eResult == DFB_FAILURE;
         if (m_bPlayed) run.keepers += Played(pDisplay);
@@ -672,17 +672,17 @@ private:
     Tally_t m_tally;
     void (*m_take)(KovaDFBDisplay_t *) = nullptr;
     bool m_bPlayed = false;
-    enum { ENOUGH = 5 }; // to be reported in full
+    enum { ENOUGH = 5 }; // reported in full
     static inline int s_iWrong = 0;
     Watchdog_t m_watchdog{std::chrono::seconds(60)};
 };
 
-// One test for each case, so that each has a process of its own.
+// One test per case, so that each runs in a separate process.
 class EachCall : public testing::TestWithParam<Case_t>
 {
 };
 
-// The category of the log is made once a process, by the first display.
+// The first display of a process creates the log category.
 void MakeFirstDisplay()
 {
     CreateDisplay(nullptr);
@@ -696,7 +696,7 @@ TEST_P(EachCall, FailsOnceWithEveryResult)
     MakeFirstDisplay();
     for (const KovaGraphicLayer_e eLayer : LAYERS) {
         for (const ColorMode_e eMode : MODES) {
-            // On layer 1 nothing is left to the thread but after the flips of another display.
+            // On layer 1 flips are deferred only after a flip of another display.
             if (one.bThread && eLayer == KOVA_GRAPHIC_LAYER1) continue;
             const bool bAll = eLayer == KOVA_GRAPHIC_LAYER2 && eMode == INDEX_COLORS;
             Sweep_t(one, eLayer, eMode).Go(bAll ? ALL_RESULTS : FEW_RESULTS);
@@ -708,7 +708,7 @@ INSTANTIATE_TEST_SUITE_P(Operation, EachCall, testing::ValuesIn(CASES), [](const
     return std::string(one.param.pcOperation) + one.param.pcVariant;
 });
 
-// ---- displays that lack something from the start: every call on it counts as one on what was destroyed
+// ---- displays with a missing object: every call on it counts as a call on a destroyed object
 
 void TakeSurface(KovaDFBDisplay_t *pRecord)
 {
@@ -726,7 +726,7 @@ void TakeMainInterface(KovaDFBDisplay_t *pRecord)
     Take(pRecord->pDfb);
 }
 
-// Whether the operation does the same steps without the object. The others begin by obtaining one.
+// Whether the operation makes the same steps without the object. The others obtain one first.
 bool IsSameWithout(const Case_t &one, const std::string &object)
 {
     const std::string operation = one.pcOperation, variant = one.pcVariant;
@@ -742,7 +742,7 @@ class EachOperation : public testing::TestWithParam<const char *>
 {
 };
 
-TEST_P(EachOperation, TakesAnAbsentObjectForAFailedCall)
+TEST_P(EachOperation, TreatsAnAbsentObjectAsAFailedCall)
 {
     const std::string object = GetParam();
     void (*const take)(KovaDFBDisplay_t *) = object == "base"    ? TakeSurface
@@ -760,9 +760,9 @@ TEST_P(EachOperation, TakesAnAbsentObjectForAFailedCall)
 INSTANTIATE_TEST_SUITE_P(Without, EachOperation, testing::Values("base", "layer", "dfb"),
                          [](const auto &one) { return std::string(one.param); });
 
-// ---- services: memory, the loader, threads
+// ---- services: memory, dynamic loader, threads
 
-// A display in this state works: contexts, a flip that is left to the thread, and its end.
+// Expects a working display: contexts, a deferred flip, destruction.
 void ExpectWorkingDisplay(KovaGraphicLayer_e eLayer)
 {
     const QuietOutput_t quiet;
@@ -778,7 +778,7 @@ void ExpectWorkingDisplay(KovaGraphicLayer_e eLayer)
 struct Service_t {
     const char *pcName;
     void (*fail)();
-    const char *pcTrace; // what is seen between the creation's entry trace and its end
+    const char *pcTrace; // the trace between entry and exit of the creation
     bool bEntered;
 };
 
@@ -821,7 +821,7 @@ TEST(Service, ThatFailsLeavesNoDisplayAndTheNextOneWorks)
             s_eLayer = eLayer;
             service.fail();
             {
-                std::optional<LeaksAreMeant_t> leaks; // the record is not freed once the library is asked for
+                std::optional<LeaksAreMeant_t> leaks; // the record is not freed after this failure
                 if (service.bEntered) leaks.emplace();
                 EXPECT_EQ(CreateDisplay(nullptr), "null");
             }
@@ -859,12 +859,12 @@ TEST(Service, ThatStartsNoThreadLeavesAContextThatDrawsAndFlips)
             EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 0u);
             ClearTrace();
             EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0);
-            EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0); // deferred, and nobody is there to be woken
+            EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0); // deferred, but there is no thread to wake
             EXPECT_EQ(CallsOnly(Trace()), "layer.GetConfiguration\n"
                                           "base.Flip all WAIT|BLIT|ONSYNC\n"
                                           "base.GetClip\n");
             FailThreadStart(0);
-            EXPECT_EQ(Kova_TextDisp_CreateContext(pDisplay, &param), 1); // and this one starts it
+            EXPECT_EQ(Kova_TextDisp_CreateContext(pDisplay, &param), 1); // this one starts it
             EXPECT_EQ(RecordOf(pDisplay)->flip_thread_ref, 1u);
             End(pDisplay);
             EXPECT_EQ(LiveObjectNames(), "");

@@ -8,7 +8,7 @@
 namespace test
 {
 
-// How a result that is not DFB_OK shows on standard error.
+// How a result other than DFB_OK is reported on standard error.
 enum Form_e {
     CHECK, // DFB_CHECK, with the result
     BRIEF, // DFB_CHECK_BRIEF, without it
@@ -21,24 +21,24 @@ enum { LAYER_1 = 1, LAYERS_2_3 = 2, ANY_LAYER = 3 };
 // else, save that the calls on an object that was not given are not made: on a palette or a font they are
 // left out, as is a Release; on anything else they count as failed with DFB_DESTROYED.
 struct Rule_t {
-    const char *pcOperations; // each between bars, or null: any; "UseBackupSurface.Off" is a variant
+    const char *pcOperations; // each between bars; null means any; "UseBackupSurface.Off" is a variant
     int iLayers;
     const char *pcCall; // "Surface.Clear", or "base.Clear" to name the object
     Form_e eForm;
-    const char *pcReport = nullptr;     // the line of the log that follows; %d is the result
-    const char *pcNullReport = nullptr; // the same for a call that gives nothing, if it differs
+    const char *pcReport = nullptr;     // the log line that follows; %d is the result
+    const char *pcNullReport = nullptr; // the same for a call that returns no object, if it differs
     const char *pcGone =
-        nullptr; // what is then left out: everything up to and with this call, or ALL, or END
-    const char *pcAnswer = nullptr;  // null: as without the failure
-    const char *pcLeft = "";         // objects that nobody releases any more
-    bool bRecordLost = false;        // and the record with them
-    const char *pcOther = nullptr;   // a text of later lines ...
+        nullptr; // the steps skipped: everything up to and including this call, or ALL, or END
+    const char *pcAnswer = nullptr;  // null: the same as without the failure
+    const char *pcLeft = "";         // objects that are never released
+    bool bRecordLost = false;        // and the record too
+    const char *pcOther = nullptr;   // text of later lines ...
     const char *pcBecomes = nullptr; // ... that changes, to several lines if need be
     const char *pcAbsentReport =
-        nullptr; // the report where the object of the call itself is absent, if it differs
+        nullptr; // the report if the object of the call itself is missing, if it differs
 };
 
-static const char ALL[] = "all"; // but for the exit trace
+static const char ALL[] = "all"; // except for the exit trace
 static const char END[] = "end"; // the exit trace too
 
 #define OSD1 "|Create|CreateContext|SetActive|SetPlane|"
@@ -50,7 +50,7 @@ static const char END[] = "end"; // the exit trace too
 #define LAYER_NULL "Display layer = NULL after GetDisplayLayer"
 
 static const Rule_t s_rules[] = {
-    // A layer is asked for again while it is temporarily unavailable (below), and the log alone reports it.
+    // A layer is requested again while it is temporarily unavailable (below); only the log reports it.
     {"|Create|", LAYERS_2_3, "Dfb.GetDisplayLayer", SILENT,
      "error Kova_TextDFBDisp_Create: GetDisplayLayer(layer:%L) failed.", nullptr, ALL, "null", "dfb", true},
     {OSD1, LAYER_1, "Dfb.GetDisplayLayer", SILENT, "ERROR CreateOSD1Window: pLayer is NULL!", nullptr,
@@ -61,7 +61,7 @@ static const Rule_t s_rules[] = {
     {"|Create32BitPlane|", ANY_LAYER, "Dfb.GetDisplayLayer", SILENT, "error Create32BitPlane: " LAYER_RESULT,
      "error Create32BitPlane: " LAYER_NULL, ALL, "-1 active -2"},
 
-    // The window of layer 1. Its size is the layer's, which a failed question leaves at nothing.
+    // The window of layer 1. Its size is the layer's, which is 0 if it cannot be read.
     {"|Create|SetActive|SetPlane|CreateContext|", LAYER_1, "Layer.SetCooperativeLevel", BRIEF},
     {OSD1, LAYER_1, "Layer.GetConfiguration", CHECK, nullptr, nullptr, nullptr, nullptr, "", false,
      "SetBounds 0,0 1920x1080", "SetBounds 0,0 0x0"},
@@ -70,12 +70,12 @@ static const Rule_t s_rules[] = {
     {OSD1, LAYER_1, "Window.GetSurface", CHECK, "ERROR CreateOSD1Window: Fail to get surface from window!",
      nullptr, OSD1_END},
 
-    // Creation of layers 2 and 3 ends without a surface, and releases nothing.
+    // Creation of layers 2 and 3 ends without a surface and releases nothing.
     {"|Create|", LAYERS_2_3, "Layer.GetSurface", CHECK,
      "ERROR Kova_TextDFBDisp_Create: Fail to get surface from layer!", nullptr, END, "null", "dfb layer",
      true},
 
-    // A plane built anew says less than one created, and so does what is taken down.
+    // Rebuilding and releasing a plane report less than its creation.
     {"|SetActive|", LAYERS_2_3, "Layer.SetCooperativeLevel", BRIEF},
     {"|SetActive|", LAYERS_2_3, "Layer.GetConfiguration", BRIEF},
     {"|SetActive|", LAYERS_2_3, "Layer.SetConfiguration", BRIEF},
@@ -89,13 +89,13 @@ static const Rule_t s_rules[] = {
     {"|Release32BitPlane|", ANY_LAYER, "Surface.Release", BRIEF},
     {"|Release32BitPlane|", ANY_LAYER, "Layer.Release", BRIEF},
 
-    // What is not known to be back-buffered is not flipped. The thread's pass restores the clip that it read.
+    // There is no flip unless a back buffer is reported. The thread restores the clip that it read.
     {FLIPPING, LAYERS_2_3, "Layer.GetConfiguration", CHECK, nullptr, nullptr, "Surface.Flip"},
     {"|Flip_last_frame_Thread|", LAYERS_2_3, "Layer.GetConfiguration", CHECK, nullptr, nullptr, ALL},
     {"|Flip_last_frame_Thread|", LAYERS_2_3, "Surface.GetClip", CHECK, nullptr, nullptr, nullptr, nullptr, "",
      false, "SetClip 0,0 719,479", "SetClip 0,0 0,0"},
 
-    // Pixels: no surface memory, no result.
+    // Pixels: without surface memory the operation fails.
     {"|DrawPixel|", ANY_LAYER, "Surface.Lock", SILENT, nullptr, nullptr, ALL, "-1"},
     {"|DrawPixel|", ANY_LAYER, "Surface.Unlock", SILENT, nullptr, nullptr, ALL, "-1"},
 
@@ -113,7 +113,7 @@ static const Rule_t s_rules[] = {
     {"|GetStringWidth|", ANY_LAYER, "Font.GetStringWidth", CHECK, nullptr, nullptr, nullptr, "0 width 0", "",
      false, "return width:30", "return width:0"},
 
-    // The colours go over from one palette to the other, or not at all.
+    // The colours are copied from one palette to the other, or not at all.
     {"|UseBackupSurface.On|", ANY_LAYER, "base.GetPalette", CHECK, nullptr, nullptr, nullptr, nullptr, "",
      false, "backup.GetPalette", ""},
     {"|UseBackupSurface.Off|", ANY_LAYER, "backup.GetPalette", CHECK, nullptr, nullptr, nullptr, nullptr, "",
@@ -122,17 +122,17 @@ static const Rule_t s_rules[] = {
      false, ": 1,2,3,4 1,2,3,4 1,2,3,4 1,2,3,4", ": 0,0,0,0 0,0,0,0 0,0,0,0 0,0,0,0"},
 };
 
-// What an operation answers at once because of what the display lacks, before it calls anything.
+// The early return of an operation on a display with a missing object, before any call.
 static const struct {
     const char *pcOperation, *pcAbsent;
-    const char *pcReport; // null: it ends as if it were done
-    bool bLocked;         // whether the report is made under the lock
+    const char *pcReport; // null: it returns as if successful
+    bool bLocked;         // whether it reports under the lock
 } s_refusals[] = {
     {"|SetPalette|", "base", "ERROR SetPalette: Inactive context!", true},
     {"|DrawString|", "base", "ERROR DrawString: NULL Pointer!", true},
     {"|SetSurface_OsdScaleInfo|", "base", nullptr, false},
     {"|BlitBackupSurface|", "base", "ERROR BlitBackupSurface: NULL Pointer!", false},
-    {"|UseBackupSurface|", "base", nullptr, false}, // there is nothing to carry over
+    {"|UseBackupSurface|", "base", nullptr, false}, // nothing to carry over
     {"|SetPlane|", "layer", "ERROR SetPlane: pLayer is NULL!", false},
     {"|AdjustDisplaySize|", "layer", "ERROR AdjustDisplaySize: pLayer is NULL!", false},
 };
@@ -217,7 +217,7 @@ static std::string Formatted(const char *pcReport, const Scenario_t &scenario, D
     return text;
 }
 
-// The operation as it goes, line by line.
+// The operation, line by line.
 class Walk_t
 {
 public:
@@ -249,7 +249,7 @@ public:
     }
 
 private:
-    // What the display lacks from the start is known by its kind; what was not given, by its name.
+    // Objects missing from the start are identified by kind, objects that were not returned by name.
     bool IsAbsent(const std::string &object) const
     {
         return m_absent.count(object) || (m_scenario.absent.count(KindOf(object)) && !m_made.count(object));
@@ -273,13 +273,13 @@ private:
         m_lines.push_back(changed);
     }
 
-    // An operation that ends because of what the display lacks.
+    // An operation that ends because of a missing object.
     void Refuse()
     {
         for (const auto &refusal : s_refusals) {
             if (!Names(refusal.pcOperation, m_scenario) || !m_scenario.absent.count(refusal.pcAbsent))
                 continue;
-            // A banner comes first.
+            // After a banner.
             for (; m_at + 1 < m_clean.size() && m_clean[m_at + 1].text.compare(0, 4, "log ") == 0; m_at++) {
                 Emit(m_clean[m_at + 1]);
             }
@@ -325,7 +325,7 @@ private:
                                      : bOnAbsent && rule.pcAbsentReport     ? rule.pcAbsentReport
                                                                             : rule.pcReport;
         if (pcReport) m_lines.push_back(LineOf(Formatted(pcReport, m_scenario, eResult), line.bLocked));
-        // Without a palette the record has the colours all the same.
+        // Without a palette the record still has the colours.
         if (pcReport || rule.pcGone || rule.pcAnswer ||
             (!line.made.empty() && KindOf(line.made) != "palette"))
             m_run.bSameState = false;
@@ -334,7 +334,7 @@ private:
         if (rule.bRecordLost) m_run.bRecordLost = true;
         if (*rule.pcLeft) m_run.left = bOnAbsent ? "" : rule.pcLeft;
         if (rule.pcOther) m_other = rule.pcOther, m_becomes = rule.pcBecomes;
-        // An activation without the window's layer is no activation.
+        // Without the window's layer the activation fails.
         if (line.method == "Dfb.GetDisplayLayer" && m_scenario.eLayer == KOVA_GRAPHIC_LAYER1 &&
             strcmp(m_scenario.pcOperation, "SetActive") == 0) {
             m_lines.push_back(
@@ -344,7 +344,7 @@ private:
         }
     }
 
-    // The failure that the operation meets without ours, and that ours replaces.
+    // The operation already has this failure; the injected one replaces it.
     void DropCheck()
     {
         if (m_at + 1 < m_clean.size() && IsCheck(m_clean[m_at + 1])) m_at++;
@@ -373,7 +373,7 @@ private:
 
     void Forget(const Line_t &line)
     {
-        // Destruction announces what it releases.
+        // Destruction logs what it releases.
         if (!m_lines.empty() &&
             m_lines.back().text == "log Kova_TextDFBDisp_Destroy: Free " + ObjectOf(line) + "!")
             m_lines.pop_back();

@@ -12,35 +12,35 @@
 namespace test
 {
 
-// A call that fails, or one that says OK and gives nothing.
+// A call that fails, or one that returns DFB_OK without an object.
 struct Fault_t {
     int iCall;         // 1 the first; 0 none
-    DFBResult eResult; // DFB_OK: it gives nothing
+    DFBResult eResult; // DFB_OK: it returns no object
 };
 
-// What was seen, or is expected to be.
+// The observed or expected behaviour.
 struct Run_t {
     std::string trace;
-    std::string answer;  // the result, and what else the scenario tells of
-    std::string left;    // names of the objects that stay when the display is gone
+    std::string answer;  // the result and other output of the scenario
+    std::string left;    // names of the objects that remain after destruction
     std::string keepers; // operations that kept the lock
     bool bRecordLost = false;
-    std::string state;      // what the record says afterwards
-    bool bSameState = true; // whether that is what it says without the failure
+    std::string state;      // the record afterwards
+    bool bSameState = true; // whether it is the same without the failure
 };
 
 struct Scenario_t {
-    const char *pcOperation;      // of the table, or of the life of a display
-    const char *pcVariant;        // "" for the plain one
+    const char *pcOperation;      // of the table, or creation, contexts, destruction
+    const char *pcVariant;        // "" for the default
     KovaGraphicLayer_e eLayer;    // of the display
-    std::string unchanged;        // the answer where an activation is given up
-    std::set<std::string> absent; // kinds of objects that the display lacks: "base", "layer", "dfb"
+    std::string unchanged;        // the result if an activation is abandoned
+    std::set<std::string> absent; // kinds of missing objects: "base", "layer", "dfb"
 };
 
 // The text that is compared: without the records of single colours and encodings, palettes under one name,
 // and lines of DFB_CHECK without indentation, for they are noticed at the next event only.
 std::string Comparable(const std::vector<Line_t> &lines);
-// Without the numbers of palettes and fonts: each fetching of one makes an object.
+// Without the numbers of palettes and fonts: each request creates an object.
 std::string Unnumbered(const std::string &names);
 
 Run_t Expected(const Scenario_t &scenario, const std::vector<Line_t> &clean, const std::string &answer,

@@ -12,37 +12,37 @@
 
 using namespace test;
 
-// ---- what can be wrong
+// ---- faults
 
 enum Fault_e : unsigned {
     NULL_DISPLAY = 1 << 0,
     BAD_CONTEXT = 1 << 1,
     HIDDEN = 1 << 2,
-    INACTIVE = 1 << 3,      // another context is active, or none is because the layer is gone
-    NO_FONT = 1 << 4,       // none is selected
-    EMPTY_SLOT = 1 << 5,    // the selected slot holds no font
+    INACTIVE = 1 << 3,      // another context is active, or none because the layer was released
+    NO_FONT = 1 << 4,       // no font is selected
+    EMPTY_SLOT = 1 << 5,    // the selected slot is empty
     NULL_POINTER = 1 << 6,  // the first pointer argument
     NULL_POINTER2 = 1 << 7, // the second
-    LIMIT = 1 << 8,         // the first argument that has one is past its limit
+    LIMIT = 1 << 8,         // the first limited argument is past its limit
     LIMIT2 = 1 << 9,
     LIMIT3 = 1 << 10,
     NO_LAYER = 1 << 11,
     NO_SURFACE = 1 << 12, // no active surface
     NO_BASE = 1 << 13,
     NO_BACKUP = 1 << 14,
-    UNCHANGED = 1 << 15, // what is asked for is so already
+    UNCHANGED = 1 << 15, // the requested values are already set
     NOT_PACKED = 1 << 16,
     ALL_FAULTS = 17
 };
 
-// ---- what an operation does before it acts
+// ---- the steps of an operation before it acts
 
 struct Step_t {
     enum { ENTER, TRACE, LOCK, REFUSE, ANSWER, SAY } eKind;
     unsigned uiFault;
-    std::string text;         // of the entry trace, of the message, or whole lines
+    std::string text;         // the entry trace, the message, or whole lines
     bool bExit = false;       // whether the exit trace follows
-    int iResult = 0;          // of an answer
+    int iResult = 0;          // for a return
     unsigned uiOtherwise = 0; // faults that change the entry trace
     std::string otherwise;
 };
@@ -62,7 +62,7 @@ static Step_t Locks()
     return {Step_t::LOCK, 0, "", false, 0, 0, ""};
 }
 
-// The three records of an error and -1; the exit trace never follows.
+// The three records of an error, and -1; no exit trace follows.
 static Step_t Refuses(unsigned uiFault, const std::string &message)
 {
     return {Step_t::REFUSE, uiFault, message, false, -1, 0, ""};
@@ -70,7 +70,7 @@ static Step_t Refuses(unsigned uiFault, const std::string &message)
 
 enum Exit_e { WITHOUT_EXIT, WITH_EXIT };
 
-// The end of the call without the three records. Lines that come before the exit trace are given whole.
+// The end of the call without the three records. Lines before the exit trace are given in full.
 static Step_t Answers(unsigned uiFault, int iResult, Exit_e eExit = WITH_EXIT, const std::string &lines = "")
 {
     return {Step_t::ANSWER, uiFault, lines, eExit == WITH_EXIT, iResult, 0, ""};
@@ -144,14 +144,14 @@ static void ResetArguments(unsigned uiFaults)
         s_auiWidth[i] = s_auiHeight[i] = 8;
     }
     if (uiFaults & LIMIT2) s_auiWidth[1] = 49;
-    if (uiFaults & LIMIT3) s_auiHeight[0] = 49; // an earlier bitmap's height would be found first
+    if (uiFaults & LIMIT3) s_auiHeight[0] = 49; // the height of an earlier bitmap would be found first
     if (uiFaults & LIMIT3 && uiFaults & LIMIT2) s_auiHeight[0] = 8, s_auiHeight[1] = 49;
 }
 
 // ---- the operations
 
 struct Call_t {
-    pKovaITextDisplay_t p, pThiz; // whose table, and what is handed over
+    pKovaITextDisplay_t p, pThiz; // the table's display, and the argument
     kova_sint8 sc;
     unsigned uiFaults;
 
@@ -169,7 +169,7 @@ struct Operation_t {
     const char *pcName; // in the records
     bool bVoid;
     std::vector<Step_t> steps;
-    const char *pcActs; // what the trace of a call that acts contains; null: it changes the record alone
+    const char *pcActs; // text in the trace of a call that acts; null if it only changes the record
     int (*call)(const Call_t &c);
 };
 
@@ -417,7 +417,7 @@ static const std::vector<Operation_t> &Operations()
     return operations;
 }
 
-// The row of this name; a test that asks for one that is not there fails.
+// Returns the row of this name; fails if there is none.
 static const Operation_t &OperationNamed(const char *pcName)
 {
     for (const Operation_t &operation : Operations()) {
@@ -426,7 +426,7 @@ static const Operation_t &OperationNamed(const char *pcName)
     throw std::out_of_range(std::string("no operation ") + pcName);
 }
 
-// ---- what is expected
+// ---- expectations
 
 struct Expected_t {
     bool bEnds;      // before the operation acts
@@ -482,9 +482,9 @@ static unsigned FaultsOf(const Operation_t &operation)
     return uiFaults;
 }
 
-// ---- a display with these faults
+// ---- a display with faults
 
-// Shown, on layer 2, without a thread to disturb it; a font is selected and a backup surface is there.
+// Shown, on layer 2, without a flip thread, with a selected font and a backup surface.
 static pKovaITextDisplay_t GivenReadyDisplay(const Operation_t &operation)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, NO_CONTEXT);
@@ -521,7 +521,7 @@ static void Spoil(KovaDFBDisplay_t *pRecord, unsigned uiFaults, const Variant_t 
     if (uiFaults & NOT_PACKED) pRecord->bColor32 = 0;
 }
 
-// The record as bytes, its lock aside.
+// The record as bytes, without its lock.
 static std::string BytesOf(const KovaDFBDisplay_t *pRecord)
 {
     std::string bytes(reinterpret_cast<const char *>(pRecord), sizeof *pRecord);
@@ -556,7 +556,7 @@ protected:
     std::map<std::pair<unsigned, bool>, int> m_lines;
 };
 
-// Of the last error, or of the last record where there is none.
+// The line of the last error, or of the last record if there is none.
 static int LineOfReport()
 {
     int iLine = 0, iErrorLine = 0;
@@ -595,7 +595,7 @@ void Guards::Refuse(pKovaITextDisplay_t pDisplay, unsigned uiFaults, const Varia
     EXPECT_EQ(s_siOut, strcmp(operation.pcName, "GetFontHeight") == 0 ? 0 : UNTOUCHED);
     EXPECT_EQ(s_siOut2, UNTOUCHED);
     EXPECT_EQ(s_uiOut, kova_uint32(UNTOUCHED));
-    // Without a layer the size is remembered for a later activation, though the call is refused.
+    // Without a layer the size is stored for a later activation, although the call is refused.
     if (strstr("SetPlane AdjustDisplaySize", operation.pcName) && variant.scActive == -2) {
         if (Contains(expected.trace, "Inactive context!")) {
             EXPECT_EQ(pRecord->context[0].uiPlaneWidth, 720u);
@@ -629,7 +629,7 @@ TEST_P(Guards, RefuseInTheirOrderWithTheirWords)
                 if (!(uiFaults & INACTIVE) && scActive != 1) continue;
                 for (const kova_sint8 scFont : s_ascFont) {
                     if (!(uiFaults & NO_FONT) && scFont != -1) continue;
-                    // The lone faults in every variant; of the sets, each variant once is enough.
+                    // Single faults in every variant; for sets of faults each variant once is enough.
                     if (uiFaults & (uiFaults - 1) && scBad != 4 && scFont != -1) continue;
                     Refuse(pDisplay, uiFaults, {scBad, scActive, scFont});
                     iCases++;
@@ -643,7 +643,7 @@ TEST_P(Guards, RefuseInTheirOrderWithTheirWords)
     Destroy(pDisplay);
 }
 
-// ---- what is not refused
+// ---- valid calls
 
 static void ExpectActs(const Operation_t &operation, unsigned uiFaults, kova_sint8 scActive,
                        kova_sint8 scContext)
@@ -689,7 +689,7 @@ TEST_P(Guards, LetEveryContextActWhileNoneIsActive)
     for (const kova_sint8 sc : s_ascContexts) ExpectActs(operation, 0, -1, sc);
 }
 
-TEST_P(Guards, LookAtNothingElse)
+TEST_P(Guards, CheckNothingElse)
 {
     static const unsigned s_auiLookedAtBySome[] = {BAD_CONTEXT, HIDDEN, INACTIVE, NO_FONT, EMPTY_SLOT};
     bool bAny = false;
@@ -707,7 +707,7 @@ INSTANTIATE_TEST_SUITE_P(Of, Guards, testing::Range<size_t>(0, 34), [](const aut
     return std::to_string(row.param + 1) + "_" + Operations()[row.param].pcName;
 });
 
-// ---- what the table above cannot say
+// ---- rules that the table cannot express
 
 TEST(GuardTable, HasOneRowForEachSlot)
 {
@@ -720,7 +720,7 @@ TEST(GuardSetClip, TakesNoRectangleForTheWholeSurface)
     ExpectActs(OperationNamed("SetClip"), NULL_POINTER, 0, 0);
 }
 
-TEST(GuardDrawString, DrawsNothingOfANullStringAndGoesOn)
+TEST(GuardDrawString, DrawsNothingForANullStringAndContinues)
 {
     pKovaITextDisplay_t pDisplay = GivenReadyDisplay(OperationNamed("DrawString"));
 
@@ -732,7 +732,7 @@ TEST(GuardDrawString, DrawsNothingOfANullStringAndGoesOn)
     Destroy(pDisplay);
 }
 
-TEST(GuardRelease32BitPlane, SaysOnStandardOutputThatThereIsNoDisplay)
+TEST(GuardRelease32BitPlane, ReportsOnStandardOutputThatThereIsNoDisplay)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
 
@@ -743,7 +743,7 @@ TEST(GuardRelease32BitPlane, SaysOnStandardOutputThatThereIsNoDisplay)
     Destroy(pDisplay);
 }
 
-// Negative numbers are as far past the limits as large ones.
+// Negative numbers exceed the limits like large ones.
 TEST(GuardLimits, CompareWithoutSigns)
 {
     pKovaITextDisplay_t pDisplay = GivenReadyDisplay(Operations()[0]);
@@ -772,11 +772,11 @@ TEST(GuardLimits, CompareWithoutSigns)
     Destroy(pDisplay);
 }
 
-// The sizes of one bitmap after the other are looked at, the width of each before its height.
+// Sizes are checked bitmap by bitmap, the width of each before its height.
 TEST(GuardBatchDrawPixelExpand, StopsAtTheFirstBitmapThatIsTooLarge)
 {
     static const struct {
-        int iWide, iHigh; // the bitmap that is too wide, and the one that is too high
+        int iWide, iHigh; // the index of the bitmap that is too wide, and of the one that is too high
         const char *pcMessage;
     } rows[] = {{0, 1, "width"}, {1, 0, "height"}, {5, 5, "width"}, {99, 98, "height"}, {98, 99, "width"}};
     pKovaITextDisplay_t pDisplay = GivenReadyDisplay(Operations()[0]);

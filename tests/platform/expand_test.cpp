@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Bit-expanded drawing where the platform's calls are missing: the library draws into the surface itself.
-// What it draws is compared with the plainest loop there is, pixel by pixel.
+// Bit-expanded drawing without the platform's calls: the library draws into the surface itself.
+// The result is compared with a plain loop, pixel by pixel.
 #include "expect.h"
 
 #include <memory>
@@ -12,7 +12,7 @@ using namespace test;
 
 static const int WIDTH = 200, HEIGHT = 150;
 
-// One bitmap, in memory that ends with its last pixel: whoever reads on is caught by the address sanitizer.
+// One bitmap, in memory that ends with its last pixel, so that the address sanitizer detects reads beyond it.
 struct Glyph_t {
     int iX, iY, iWidth, iHeight, iRowByte, iBitOffset, iCode;
     kova_uint32 uiBg, uiFg;
@@ -33,7 +33,7 @@ struct Glyph_t {
     }
 };
 
-// What a surface should look like, kept in step with it.
+// The expected contents of a surface.
 class Reference_t
 {
 public:
@@ -60,7 +60,7 @@ public:
             }
         }
     }
-    // Also the padding of the rows, which nobody may touch.
+    // Includes the padding of the rows, which must not change.
     void Compare() const
     {
         int iPitch = 0;
@@ -259,7 +259,7 @@ TEST_P(ExpandGlyphs, DrawsABatchInItsOrderUnderOneLock)
     Destroy(pDisplay);
 }
 
-// Neighbours often share a colour, and what was made ready for one must not be taken for the other.
+// Neighbours often share a colour, and a table prepared for one must not be used for the other.
 TEST_P(ExpandGlyphs, DrawsNeighboursInABatchEachInItsOwnColors)
 {
     pKovaITextDisplay_t pDisplay = GivenSmallPlane(GetParam());
@@ -291,7 +291,7 @@ TEST(ExpandGlyphsIn, NoByteBeforeOrBehindTheBitmapIsRead)
     ASSERT_NE(pPages, MAP_FAILED);
     kova_uint8 *const pucBegin = static_cast<kova_uint8 *>(pPages) + uiPage, *const pucEnd =
                                                                                  pucBegin + uiPage;
-    ASSERT_EQ(mprotect(pucBegin, uiPage, PROT_READ | PROT_WRITE), 0); // a read on either side ends the test
+    ASSERT_EQ(mprotect(pucBegin, uiPage, PROT_READ | PROT_WRITE), 0); // a read on either side crashes
     pKovaITextDisplay_t pDisplay = GivenSmallPlane(INDEX_COLORS);
     const kova_uint32 uiRowByte = 7;
 
@@ -353,7 +353,7 @@ TEST(ExpandGlyphsIn, TheSurfaceIsLockedAndNotFlipped)
 
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 1);
     ClearTrace();
-    EXPECT_EQ(DrawAll(pDisplay, {}), 0); // a batch of none is one too
+    EXPECT_EQ(DrawAll(pDisplay, {}), 0); // an empty batch locks too
     EXPECT_TRUE(Contains(Trace(), "  base.Lock WRITE\n  base.Unlock\n"));
     Destroy(pDisplay);
 }
@@ -404,7 +404,7 @@ TEST(ExpandGlyphsIn, AnotherFormatIsUnsupported)
 TEST(ExpandGlyphsIn, AMissingSurfaceIsReportedAsDestroyed)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
-    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is none
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // it does not exist
 
     EXPECT_EQ(DrawOne(pDisplay), CheckLine(DFB_DESTROYED));
     ClearTrace();

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// The library built against the published header, which lacks the OSD extensions.
+// The library built against the published header, which has no OSD extensions.
 #include "expect.h"
 
 using namespace test;
 
-TEST(PublishedPlatform, IsNotToldOfAnIndexedPlane)
+TEST(PublishedPlatform, GetsNoFlagsForAnIndexedPlane)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2);
 
@@ -12,12 +12,12 @@ TEST(PublishedPlatform, IsNotToldOfAnIndexedPlane)
 
     EXPECT_TRUE(Contains(Trace(), "1280x720 LUT8 BACKVIDEO DOUBLE\n"
                                   "  layer.GetSurface\n"
-                                  "  base3.GetPalette\n")); // nothing called in between, nothing reported
+                                  "  base3.GetPalette\n")); // no call in between, no report
     EXPECT_EQ(StandardError(), "");
     Destroy(pDisplay);
 }
 
-// What an activation or a 32-bit plane does with a surface that it kept: between the configuration and the clip.
+// The calls of an activation or a 32-bit plane for a kept surface: between the configuration and the clip.
 static std::string BetweenConfigurationAndClip()
 {
     const std::string trace = CallsOnly(Trace());
@@ -32,7 +32,7 @@ static void GivenOtherContext(pKovaITextDisplay_t pDisplay)
     ClearTrace();
 }
 
-TEST(PublishedPlatform, TakesTheKeptSurfaceAnewDirectlyAfterAnActivationConfiguredTheLayer)
+TEST(PublishedPlatform, TakesTheKeptSurfaceAgainDirectlyAfterAnActivationConfiguredTheLayer)
 {
     for (const KovaGraphicLayer_e eLayer : {KOVA_GRAPHIC_LAYER2, KOVA_GRAPHIC_LAYER3}) {
         pKovaITextDisplay_t pDisplay = GivenShownDisplay(eLayer);
@@ -51,7 +51,7 @@ TEST(PublishedPlatform, TakesTheKeptSurfaceAnewDirectlyAfterAnActivationConfigur
     }
 }
 
-TEST(PublishedPlatform, TakesTheKeptSurfaceAnewForA32BitPlane)
+TEST(PublishedPlatform, TakesTheKeptSurfaceAgainForA32BitPlane)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
 
@@ -99,7 +99,7 @@ TEST(PublishedPlatform, LeavesTheSurfaceOfAWindowAlone)
     Destroy(pDisplay);
 }
 
-TEST(PublishedPlatform, KeepsTheOldSurfaceWhenTheLayerGivesNoNewOne)
+TEST(PublishedPlatform, KeepsTheOldSurfaceWhenTheLayerReturnsNoNewOne)
 {
     for (const bool bFails : {true, false}) {
         for (const bool bPlane32 : {true, false}) {
@@ -143,7 +143,7 @@ TEST(PublishedPlatform, ReportsThatTheOldSurfaceCouldNotBeReleased)
     Destroy(pDisplay, kept);
 }
 
-// As the published DirectFB does it by nature: the layer shows a part of its surface in a part of the screen.
+// In published DirectFB a layer shows a part of its surface in a part of the screen.
 TEST(PublishedPlatform, ScalesThePlaneByTheLayersRectangles)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
@@ -171,8 +171,8 @@ TEST(PublishedPlatform, NeverFailsToScaleSilently)
 
         pDisplay->SetSurface_OsdScaleInfo(pDisplay, &info);
 
-        EXPECT_EQ(CountOf(Trace(), "Rectangle"), 2);                 // both are tried
-        EXPECT_EQ(TraceOf("DFB_CHECK"), CheckLine(DFB_UNSUPPORTED)); // and the first failure is told
+        EXPECT_EQ(CountOf(Trace(), "Rectangle"), 2);                 // both calls are made
+        EXPECT_EQ(TraceOf("DFB_CHECK"), CheckLine(DFB_UNSUPPORTED)); // and the first failure is reported
         Destroy(pDisplay);
     }
 }
@@ -191,7 +191,7 @@ TEST(PublishedPlatform, CannotScaleWithoutALayer)
     Destroy(pDisplay);
 }
 
-// The value that slants elsewhere means something else here.
+// The value of the platform's slanted style means something else here.
 TEST(PublishedPlatform, SlantsGlyphsByItsOwnAttribute)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);

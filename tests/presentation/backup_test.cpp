@@ -81,7 +81,7 @@ TEST(UseBackupSurface, CarriesThePaletteOverWhenTheSelectedSlotIsEmpty)
     GivenBackupSurface(pDisplay);
     RecordOf(pDisplay)->scActiveFontID = 7;
 
-    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 255), 0); // any value but 0 is true
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 255), 0); // any value except 0 is true
 
     EXPECT_FALSE(Contains(Trace(), "SetFont"));
     EXPECT_TRUE(Contains(Trace(), ".SetEntries 256 at 0"));
@@ -94,7 +94,7 @@ TEST(UseBackupSurface, ReturnsAtOnceWhenTheTargetIsInUse)
     GivenBackupSurface(pDisplay);
 
     EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 0), 0);
-    EXPECT_EQ(Trace(), Used("")); // and no exit trace
+    EXPECT_EQ(Trace(), Used("")); // no exit trace
     EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0);
     ClearTrace();
     EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0);
@@ -117,7 +117,7 @@ TEST(UseBackupSurface, LeavesNoActiveSurfaceWhereThereIsNoBackup)
     EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, nullptr);
 
     ClearTrace();
-    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // nothing is the target still
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is still no target
     EXPECT_EQ(Trace(), Used(""));
 
     ClearTrace();
@@ -145,7 +145,7 @@ TEST(UseBackupSurface, SkipsThePaletteOfATrueColourSurface)
     }
 }
 
-TEST(UseBackupSurface, GoesOnWhenACallFails)
+TEST(UseBackupSurface, ContinuesWhenACallFails)
 {
     const struct {
         const char *pcMethod, *pcCall;
@@ -169,7 +169,7 @@ TEST(UseBackupSurface, GoesOnWhenACallFails)
     }
 }
 
-TEST(UseBackupSurface, ReportsThatTheTargetGivesNoPalette)
+TEST(UseBackupSurface, ReportsThatTheTargetHasNoPalette)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay);
@@ -187,7 +187,7 @@ TEST(UseBackupSurface, ReportsThatTheTargetGivesNoPalette)
     Destroy(pDisplay);
 }
 
-TEST(UseBackupSurface, LocksBeforeItLooksAtTheContext)
+TEST(UseBackupSurface, LocksBeforeItChecksTheContext)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, ACTIVE_CONTEXT(1));
 
@@ -203,12 +203,12 @@ TEST(UseBackupSurface, LocksBeforeItLooksAtTheContext)
     EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 0), -1); // although the target is in use
     EXPECT_EQ(Trace(), Used("  ERROR UseBackupSurface: Inactive context!\n"));
     EXPECT_TRUE(LockIsFree(pDisplay));
-    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 1, 1), 0); // hidden or not
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 1, 1), 0); // whether hidden or not
     EXPECT_EQ(RecordOf(pDisplay)->pActiveSurface, nullptr);
     Destroy(pDisplay);
 }
 
-// ---- copying back
+// ---- copying from the backup surface
 
 static KovaTextRect_t Rect()
 {
@@ -272,17 +272,17 @@ TEST(BlitBackupSurface, IsRefusedInThisOrder)
         EXPECT_EQ(blit(pDisplay, iContext, nullptr), "-1 ERROR BlitBackupSurface: Invalid context ID!\n");
     }
     EXPECT_EQ(blit(pDisplay, 0, nullptr), null);
-    for (const int iFont : {-1, 8, 127}) { // no font, which is asked for before the surfaces
+    for (const int iFont : {-1, 8, 127}) { // no font, which is checked before the surfaces
         pRecord->scActiveFontID = kova_sint8(iFont);
         EXPECT_EQ(blit(pDisplay, 0, &rect), "-1 ERROR BlitBackupSurface: Only can support max 8 fonts!\n");
     }
     pRecord->scActiveFontID = 7;
-    EXPECT_EQ(blit(pDisplay, 0, &rect), null); // no backup surface, as on every display so far
+    EXPECT_EQ(blit(pDisplay, 0, &rect), null); // no backup surface, as on every display
     IDirectFBSurface *const pBackup = GivenBackupSurface(pDisplay), *const pBase = pRecord->pBaseSurface;
     pRecord->pBaseSurface = nullptr;
     EXPECT_EQ(blit(pDisplay, 0, &rect), null);
     pRecord->pBaseSurface = pBase;
-    EXPECT_EQ(blit(pDisplay, 0, &rect), "0 exit BlitBackupSurface\n"); // hidden, before who is active
+    EXPECT_EQ(blit(pDisplay, 0, &rect), "0 exit BlitBackupSurface\n"); // hidden: before the context
     pDisplay->Show(pDisplay, 1);
     EXPECT_EQ(blit(pDisplay, 0, &rect), "-1   ERROR BlitBackupSurface: Inactive context!\n");
     EXPECT_TRUE(LockIsFree(pDisplay));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Two displays at once, for what all displays of a process share.
+// Two displays, for state that all displays of a process share.
 #ifndef TESTS_DISPLAYS_H
 #define TESTS_DISPLAYS_H
 
@@ -8,7 +8,7 @@
 namespace test
 {
 
-// A second display beside the facade's one, with context 0 active and shown; the lock watched is its own.
+// A second display next to the facade's, shown, with context 0 active; its own lock is watched.
 inline pKovaITextDisplay_t GivenSecondDisplay(KovaGraphicLayer_e eLayer)
 {
     KovaTextInitParam_t param = InitParam(eLayer);

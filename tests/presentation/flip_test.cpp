@@ -17,7 +17,7 @@ static const char *const NOT_FLIPPED = "enter Flip\n"
                                        "  layer.GetConfiguration\n"
                                        "exit Flip\n";
 
-// The trace of one Flip of context 0, which succeeds.
+// The trace of a successful Flip of context 0.
 static std::string TraceOfFlip(pKovaITextDisplay_t pDisplay)
 {
     ClearTrace();
@@ -74,7 +74,7 @@ static const Gap_t GAPS[] = {
     {"ExactlySixteenMilliseconds", 2000000, 500000, 2000000, 516000, false},
     {"AcrossASecondFifteenMilliseconds", 2000000, 990000, 2000001, 5000, true},
     {"AcrossASecondSixteenMilliseconds", 2000000, 990000, 2000001, 6000, false},
-    // The difference of the microseconds, -984001, is divided on its own and loses its fraction towards zero.
+    // The difference of the microseconds, -984001, is divided separately and truncated towards zero.
     {"AcrossASecondCutTowardsZero", 2000000, 990000, 2000001, 5999, false},
     {"ASecondLater", 2000000, 500000, 2000001, 500000, false},
     {"ClockSetBackUnderAMillisecond", 2000000, 500000, 2000000, 499001, true},
@@ -117,11 +117,11 @@ TEST(Flip, IsNeverDeferredTheFirstTimeAfterLoading)
 
     EXPECT_EQ(TraceOfFlip(pDisplay), FLIPPED);
     EXPECT_EQ(TraceOfFlip(pDisplay),
-              DEFERRED); // and stamped the time, which is the proof that it was the first
+              DEFERRED); // and stored the time, which proves that it was the first
     Destroy(pDisplay);
 }
 
-// With a clock that has barely begun the zero at load shows: the first flip is measured from it.
+// With a clock close to zero the initial value 0 matters: the first flip is measured from it.
 TEST(Flip, MeasuresTheFirstFlipFromTheBeginningOfTheClock)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
@@ -174,16 +174,16 @@ TEST(Flip, DefersAlthoughTheClipCannotBeRead)
 
     TraceOfFlip(pDisplay);
 
-    // The thread that this wakes may be the first to see the report.
+    // The thread that this wakes may be the first to print the report.
     EXPECT_EQ(CallsOnly(Trace()).rfind("base.GetClip\n", 0), 0u);
     EXPECT_EQ(CountOf(Trace() + ThreadTrace(), CheckLine(DFB_FAILURE)), 1);
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 0);
     EXPECT_EQ(RecordOf(pDisplay)->flip_clip.x2, 3);
-    EXPECT_TRUE(AwaitSleeper()); // the thread was woken all the same
+    EXPECT_TRUE(AwaitSleeper()); // the thread was woken anyway
     Destroy(pDisplay);
 }
 
-TEST(Flip, SignalsTheThreadUnderTheDisplaysLockAlone)
+TEST(Flip, SignalsTheThreadUnderTheDisplaysLockOnly)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     KovaDFBDisplay_t *const pRecord = RecordOf(pDisplay);
@@ -224,7 +224,7 @@ TEST(Flip, TouchesNoThreadThatHasEnded)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     Kova_TextDisp_DestroyContext(pDisplay, 0);
-    EXPECT_EQ(TraceOfFlip(pDisplay), FLIPPED); // the context's layer stays, and draws
+    EXPECT_EQ(TraceOfFlip(pDisplay), FLIPPED); // the context's layer remains and draws
     BeforeThreadCall([&](const char *pcCall, const void *pObject) {
         if (pObject != &RecordOf(pDisplay)->display_mutex) Note(pcCall);
     });
@@ -269,7 +269,7 @@ TEST_P(FlipOfALayer, IsMadeOnlyWhereABackBufferIsReported)
     EXPECT_EQ(TraceOfFlip(pDisplay), GetParam().bFlips ? FLIPPED : NOT_FLIPPED);
 
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, GetParam().bFlips ? 1 : 0);
-    ForceBufferMode(DLBM_BACKVIDEO, true); // where nothing was flipped no time was stamped
+    ForceBufferMode(DLBM_BACKVIDEO, true); // without a flip no time was stored
     EXPECT_EQ(TraceOfFlip(pDisplay), GetParam().bFlips ? DEFERRED : FLIPPED);
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
@@ -286,7 +286,7 @@ TEST(Flip, FlipsNothingWhenTheConfigurationCannotBeRead)
     EXPECT_EQ(TraceOfFlip(pDisplay), "enter Flip\n"
                                      "  layer.GetConfiguration\n" +
                                          CheckLine(DFB_IO) + "exit Flip\n");
-    EXPECT_EQ(TraceOfFlip(pDisplay), FLIPPED); // nothing was stamped
+    EXPECT_EQ(TraceOfFlip(pDisplay), FLIPPED); // no time was stored
     Destroy(pDisplay);
 }
 
@@ -316,7 +316,7 @@ TEST(Flip, ReportsASurfaceThatIsNotThereAsDestroyed)
                                      "  layer.GetConfiguration\n" +
                                          CheckLine(DFB_DESTROYED) + "exit Flip\n");
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 1);
-    TraceOfFlip(pDisplay); // deferred; the thread that this wakes may be the first to see the report
+    TraceOfFlip(pDisplay); // deferred; the thread that this wakes may be the first to print the report
     EXPECT_EQ(CountOf(Trace() + ThreadTrace(), CheckLine(DFB_DESTROYED)), 1);
     EXPECT_FALSE(Contains(Trace(), "layer.GetConfiguration"));
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 0);
@@ -350,7 +350,7 @@ TEST(Flip, FlipsTheWindowOfTheFirstLayerEveryTime)
             RecordOf(pDisplay)->blast_frame_changed = bChanged;
 
             EXPECT_EQ(TraceOfFlip(pDisplay), flipped);
-            EXPECT_EQ(TraceOfFlip(pDisplay), flipped); // at the same moment: nothing was stamped
+            EXPECT_EQ(TraceOfFlip(pDisplay), flipped); // at the same time: no time was stored
             EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, bChanged);
             Destroy(pDisplay);
         }
@@ -395,7 +395,7 @@ TEST(Flip, DefersTheFirstLayerOnlyAfterAFlipOfAnotherDisplay)
     EXPECT_EQ(pSecond->Flip(pSecond, 0), 0);
 
     EXPECT_EQ(TraceOfFlip(pFirst), "enter Flip\n  " + window + ".GetClip\nexit Flip\n");
-    RecordOf(pFirst)->bFlip = 0; // with flipping off nothing is deferred, and the window flips
+    RecordOf(pFirst)->bFlip = 0; // with flipping off nothing is deferred, but the window flips
     EXPECT_EQ(TraceOfFlip(pFirst), flipped);
     TurnClock(16000);
     RecordOf(pFirst)->bFlip = 1;
@@ -409,7 +409,7 @@ TEST(Flip, LeavesAHiddenDisplayAlone)
     for (const KovaGraphicLayer_e eLayer : {KOVA_GRAPHIC_LAYER1, KOVA_GRAPHIC_LAYER2}) {
         pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(eLayer, INDEX_COLORS, ACTIVE_CONTEXT(1));
 
-        EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0); // before it is asked who is active
+        EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0); // checked before the active context
         EXPECT_EQ(pDisplay->Flip(pDisplay, 1), 0);
 
         EXPECT_EQ(Trace(), "enter Flip\nexit Flip\nenter Flip\nexit Flip\n");
@@ -417,7 +417,7 @@ TEST(Flip, LeavesAHiddenDisplayAlone)
     }
 }
 
-TEST(Flip, RefusesWhatItCannotActOn)
+TEST(Flip, RefusesInvalidArguments)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, ACTIVE_CONTEXT(1));
     const struct {
@@ -441,14 +441,14 @@ TEST(Flip, RefusesWhatItCannotActOn)
         EXPECT_EQ(Trace(), row.pcTrace);
         EXPECT_TRUE(LockIsFree(pDisplay));
     }
-    pDisplay->Hide(pDisplay, 1); // a bad identifier is found before the display is found hidden
+    pDisplay->Hide(pDisplay, 1); // the identifier is checked before the shown state
     ClearTrace();
     EXPECT_EQ(pDisplay->Flip(pDisplay, 4), -1);
     EXPECT_EQ(Trace(), "enter Flip\nERROR Flip: Invalid context ID!\n");
     Destroy(pDisplay);
 }
 
-TEST(Flip, ServesEveryContextWhileNoneIsActiveAndNoneOnceTheLayerIsGone)
+TEST(Flip, AcceptsEveryContextWhileNoneIsActiveAndNoneOnceTheLayerIsGone)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, NO_CONTEXT);
     for (const kova_sint8 scContext : {kova_sint8(0), kova_sint8(1), kova_sint8(2), kova_sint8(3)}) {
@@ -501,7 +501,7 @@ TEST(SetFlip, NeverDefersWhileFlippingIsOff)
     Destroy(pDisplay);
 }
 
-TEST(SetFlip, KeepsToTheSixteenMillisecondsWhenItFlips)
+TEST(SetFlip, ObeysTheSixteenMillisecondsWhenItFlips)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     EXPECT_EQ(TraceOfFlip(pDisplay), FLIPPED);
@@ -536,13 +536,13 @@ TEST(SetFlip, FlipsOnlyWhenSwitchedOnWithAChangedFrame)
                                                  ".Flip all WAIT|BLIT|ONSYNC\n"
                                            : "") +
                                "exit SetFlip\n");
-        EXPECT_EQ(RecordOf(pDisplay)->bFlip, row.bFlip); // the byte as it was given
+        EXPECT_EQ(RecordOf(pDisplay)->bFlip, row.bFlip); // the byte as passed
         EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, row.bChanged);
         Destroy(pDisplay);
     }
 }
 
-TEST(SetFlip, AsksNeitherForAContextNorWhetherTheDisplayIsShown)
+TEST(SetFlip, ChecksNeitherTheContextNorWhetherTheDisplayIsShown)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2);
     RecordOf(pDisplay)->scActiveContextID = -2;
@@ -557,7 +557,7 @@ TEST(SetFlip, AsksNeitherForAContextNorWhetherTheDisplayIsShown)
     Destroy(pDisplay);
 }
 
-TEST(SetFlip, AnswersANullDisplayWithoutAnErrorMessage)
+TEST(SetFlip, RefusesANullDisplayWithoutAnErrorMessage)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
 

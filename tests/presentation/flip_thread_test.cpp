@@ -14,7 +14,7 @@ static std::string RegionText(const DFBRegion &region)
            "," + std::to_string(region.y2);
 }
 
-// A direct flip, and five milliseconds later one that is deferred; the thread sleeps for it.
+// Makes a direct flip and, 5 ms later, a deferred one; the thread then sleeps.
 static void GivenDeferredFlip(pKovaITextDisplay_t pDisplay)
 {
     KovaTextRect_t rect = RECT;
@@ -27,7 +27,7 @@ static void GivenDeferredFlip(pKovaITextDisplay_t pDisplay)
     EXPECT_TRUE(AwaitSleeper());
 }
 
-// Ends the thread's sleep and waits until it waits again. The next event records its failures.
+// Ends the thread's sleep and waits until the thread waits again. The next event records its failures.
 static void EndSleep(pKovaITextDisplay_t pDisplay)
 {
     LetSleeperGo();
@@ -46,7 +46,7 @@ TEST(FlipThread, FlipsTheLastFrameUnderItsClipAndRestoresTheClipInForce)
     GivenDeferredFlip(pDisplay);
     const std::string deferred = RegionText(ClipOf(pSurface));
     const DFBRegion other = {1, 2, 3, 4};
-    pSurface->SetClip(pSurface, &other); // past the library, for SetClip would supersede the frame
+    pSurface->SetClip(pSurface, &other); // directly, because the library's SetClip would supersede the frame
 
     EndSleep(pDisplay);
 
@@ -69,7 +69,7 @@ static bool IsAtWork(pKovaITextDisplay_t pDisplay)
     return __atomic_load_n(&RecordOf(pDisplay)->has_flipping_req, __ATOMIC_RELAXED) != 0;
 }
 
-TEST(FlipThread, SaysThatItIsAtWorkFromItsWakingUntilItWaitsAgain)
+TEST(FlipThread, ReportsThatItIsBusyFromItsWakingUntilItWaitsAgain)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     EXPECT_FALSE(IsAtWork(pDisplay));
@@ -86,7 +86,7 @@ TEST(FlipThread, LeavesTheMarkAndTheStampAsTheyWere)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenDeferredFlip(pDisplay);
-    EndSleep(pDisplay); // 21 milliseconds after the direct flip
+    EndSleep(pDisplay); // 21 ms after the direct flip
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 0);
     ClearTrace();
 
@@ -95,14 +95,14 @@ TEST(FlipThread, LeavesTheMarkAndTheStampAsTheyWere)
     EXPECT_EQ(Trace(), "enter Flip\n"
                        "  layer.GetConfiguration\n"
                        "  base.Flip all WAIT|BLIT|ONSYNC\n"
-                       "exit Flip\n"); // at once, although the thread has only just flipped
+                       "exit Flip\n"); // at once, although the thread has just flipped
     Destroy(pDisplay);
 }
 
 struct Meanwhile_t {
     const char *pcName;
     std::function<void(pKovaITextDisplay_t)> act;
-    bool bFlips; // whether the thread flips after it
+    bool bFlips; // whether the thread flips afterwards
 };
 
 static void PrintTo(const Meanwhile_t &row, std::ostream *pStream)
@@ -152,13 +152,13 @@ static const Meanwhile_t MEANWHILE[] = {
     {"Hide", [](pKovaITextDisplay_t p) { p->Hide(p, 0); }, false},
     {"DrawPixelExpand", ExpandOne, false},
     {"BatchDrawPixelExpand", ExpandBatch, false},
-    // These flip by themselves, which within 16 ms defers the newer frame: that one is flipped.
+    // These flip by themselves. Within 16 ms this defers the newer frame, which the thread then flips.
     {"DrawLineWithinTheTime", [](pKovaITextDisplay_t p) { p->DrawLine(p, 0, 0, 0, 9, 9, 1); }, true},
     {"DrawPixelWithinTheTime", [](pKovaITextDisplay_t p) { p->DrawPixel(p, 0, s_aucPixels, 0, 0, 4, 4, 4); },
      true},
     {"FlipWithinTheTime", [](pKovaITextDisplay_t p) { p->Flip(p, 0); }, true},
     {"DrawStringWithinTheTime", DrawText, true},
-    // Later they flip directly, and there is nothing left for the thread.
+    // Later they flip directly, and nothing is left for the thread.
     {"DrawLineLater",
      [](pKovaITextDisplay_t p) {
          TurnClock(11000);
@@ -177,7 +177,7 @@ static const Meanwhile_t MEANWHILE[] = {
          DrawText(p);
      },
      false},
-    // Switched off, flipping stops no flip that was deferred before.
+    // Switching flipping off does not stop a flip that is already deferred.
     {"SetFlipOff", [](pKovaITextDisplay_t p) { p->SetFlip(p, 0); }, true},
     {"SetFlipOn", [](pKovaITextDisplay_t p) { p->SetFlip(p, 1); }, true},
     {"DrawLineWithFlippingOff",
@@ -189,7 +189,7 @@ static const Meanwhile_t MEANWHILE[] = {
     {"DrawStringWithFlippingOff",
      [](pKovaITextDisplay_t p) {
          p->SetFlip(p, 0);
-         DrawText(p); // draws, but does not mark the frame
+         DrawText(p); // draws, but does not set the flag
      },
      true},
     {"SetPalette",
@@ -242,12 +242,12 @@ TEST(FlipThread, ServesARequestMadeDuringItsSleepInTheSamePass)
     GivenDeferredFlip(pDisplay);
     TurnClock(5000);
     EXPECT_EQ(pDisplay->SetClip(pDisplay, 0, &newer), 0);
-    EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0); // deferred too
+    EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0); // also deferred
     const std::string clip = RegionText(ClipOf(pSurface));
 
     EndSleep(pDisplay);
 
-    // Once, under the newer clip; and no further pass, which would sleep first.
+    // Once, with the newer clip, and without a further pass, which would sleep first.
     EXPECT_EQ(ThreadTrace(), "usleep 16000\n"
                              "  layer.GetConfiguration\n"
                              "  base.GetClip\n"
@@ -274,7 +274,7 @@ TEST(FlipThread, ServesEachOfTwoRequestsThatComeOneAfterTheOther)
     Destroy(pDisplay);
 }
 
-TEST(FlipThread, MakesOnePassForAWakeUpWithoutAReason)
+TEST(FlipThread, MakesOnePassForASpuriousWakeUp)
 {
     for (const kova_bool bChanged : {kova_bool(1), kova_bool(0)}) {
         pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
@@ -284,7 +284,7 @@ TEST(FlipThread, MakesOnePassForAWakeUpWithoutAReason)
         EndSleep(pDisplay);
         ClearTrace();
         pRecord->blast_frame_changed = bChanged;
-        // The thread holds its mutex but while it waits. Until it says so it may not wait yet.
+        // The thread holds its mutex except while it waits. Until the flag shows it, it may not wait yet.
         for (int i = 0; i < 1000 && !IsAtWork(pDisplay); i++) {
             pthread_mutex_lock(&pRecord->flip_thread_mutex);
             pthread_cond_signal(&pRecord->flip_thread_cond);
@@ -340,8 +340,8 @@ TEST(FlipThread, FlipsNothingWhenTheConfigurationCannotBeRead)
     Destroy(pDisplay);
 }
 
-// Each call of the flip fails once; the others are made all the same.
-TEST(FlipThread, GoesOnWhenTheClipCannotBeRead)
+// Each call of the flip fails once; the others are made anyway.
+TEST(FlipThread, ContinuesWhenTheClipCannotBeRead)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenDeferredFlip(pDisplay);
@@ -357,7 +357,7 @@ TEST(FlipThread, GoesOnWhenTheClipCannotBeRead)
                                  CheckLine(DFB_FAILURE) + "  base.SetClip " + clip +
                                  "\n"
                                  "  base.Flip all WAIT|BLIT|ONSYNC\n"
-                                 "  base.SetClip 0,0 0,0\n"); // what the failed call left
+                                 "  base.SetClip 0,0 0,0\n"); // the result of the failed call
     Destroy(pDisplay);
 }
 
@@ -429,7 +429,7 @@ TEST(FlipThread, FlipsTheWindowOfTheFirstLayerWithoutTouchingItsClip)
     pKovaITextDisplay_t pOther = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     pKovaITextDisplay_t pDisplay = GivenSecondDisplay(KOVA_GRAPHIC_LAYER1);
     const std::string surface = NameOf(RecordOf(pDisplay)->pActiveSurface);
-    EXPECT_EQ(pOther->Flip(pOther, 0), 0); // stamps the time, without which this layer never defers
+    EXPECT_EQ(pOther->Flip(pOther, 0), 0); // stores the time, without which this layer never defers
     EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0);
     EXPECT_TRUE(AwaitSleeper());
 
@@ -490,7 +490,7 @@ TEST(FlipThread, ReportsASurfaceThatIsNotThereAsDestroyed)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenDeferredFlip(pDisplay);
-    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // there is none
+    EXPECT_EQ(pDisplay->UseBackupSurface(pDisplay, 0, 1), 0); // it does not exist
     ASSERT_EQ(RecordOf(pDisplay)->pActiveSurface, nullptr);
     ClearTrace();
 
@@ -498,7 +498,7 @@ TEST(FlipThread, ReportsASurfaceThatIsNotThereAsDestroyed)
 
     const std::string line = "  " + CheckLine(DFB_DESTROYED);
     EXPECT_EQ(ThreadTrace(),
-              "  layer.GetConfiguration\n" + line + line + line + line); // read, set, flip, set back
+              "  layer.GetConfiguration\n" + line + line + line + line); // read, set, flip, restore
     EXPECT_EQ(Trace(), "");
     Destroy(pDisplay);
 }
@@ -570,7 +570,7 @@ TEST(FlipThread, EndsAfterItsSleepWithoutFlipping)
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenDeferredFlip(pDisplay);
     ClearTrace();
-    // Whoever stops it waits for it meanwhile, so its sleep is ended from a third thread.
+    // The stopping thread waits for it meanwhile, so a third thread ends its sleep.
     std::thread waker([&] {
         while (!__atomic_load_n(&RecordOf(pDisplay)->flip_thread_stop, __ATOMIC_RELAXED)) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -588,7 +588,7 @@ TEST(FlipThread, EndsAfterItsSleepWithoutFlipping)
     Destroy(pDisplay);
 }
 
-TEST(FlipThread, IsStartedAnewByTheNextContext)
+TEST(FlipThread, IsStartedAgainByTheNextContext)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     Kova_TextDFBDisp_DestroyContext(pDisplay, 0);

@@ -16,7 +16,7 @@ using namespace test;
 using std::chrono::milliseconds;
 using Clock = std::chrono::steady_clock;
 
-// A lost wake-up is lost for good, so a long patience costs nothing but where the library is wrong.
+// A lost wake-up never arrives, so a long timeout costs time only if the library is wrong.
 static const milliseconds PATIENCE(60000), STRESS(2500);
 
 template <typename Condition> static bool InTime(Condition condition)
@@ -34,7 +34,7 @@ static void DestroyInTime(pKovaITextDisplay_t pDisplay)
     Destroy(pDisplay);
 }
 
-// Where a thread is held up.
+// A point at which a thread is stopped.
 class Gate_t
 {
 public:
@@ -63,13 +63,13 @@ static bool IsFlipThread()
     return !pthread_equal(pthread_self(), s_main);
 }
 
-// The thread waits for something else than the mutex of its wait here, so the mutex is free.
+// At this point the thread has not locked the mutex of its wait yet.
 static bool IsBeforeItsLock(const KovaDFBDisplay_t *pRecord, const void *pObject)
 {
     return IsFlipThread() && pObject == &pRecord->flip_thread_mutex;
 }
 
-// Here it has decided to wait, and holds the mutex.
+// At this point it has decided to wait and holds the mutex.
 static bool IsBeforeItsWait(const KovaDFBDisplay_t *pRecord, const void *pObject)
 {
     return IsFlipThread() && pObject == &pRecord->flip_thread_cond;
@@ -83,7 +83,7 @@ static void DeferAFlip(pKovaITextDisplay_t pDisplay)
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 0);
 }
 
-// How often the thread has flipped.
+// The number of flips of the thread.
 static int ThreadFlips()
 {
     return CountOf(ThreadTrace(), ".Flip all");
@@ -119,7 +119,7 @@ TEST(FlipThread, ServesARequestMadeBetweenItsDecisionToWaitAndItsWait)
     BeforeThreadCall([&](const char *, const void *pObject) {
         if (!IsBeforeItsWait(RecordOf(pDisplay), pObject)) return;
         bDecided = true;
-        std::this_thread::sleep_for(milliseconds(100)); // whoever posts in time waits for the mutex meanwhile
+        std::this_thread::sleep_for(milliseconds(100)); // meanwhile the requester waits for the mutex
     });
     DeferAFlip(pDisplay);
     ASSERT_TRUE(InTime([&] { return bDecided.load(); }));
@@ -132,7 +132,7 @@ TEST(FlipThread, ServesARequestMadeBetweenItsDecisionToWaitAndItsWait)
     BeforeThreadCall(nullptr);
 }
 
-TEST(FlipThread, IsToldWhatForBeforeItIsWoken)
+TEST(FlipThread, GetsItsReasonBeforeItIsWoken)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     const KovaDFBDisplay_t *const pRecord = RecordOf(pDisplay);
@@ -171,7 +171,7 @@ TEST(FlipThread, MakesNoPassOfItsOwnForARequestThatItHasJustServed)
 
     LetSleeperGo();
 
-    EXPECT_TRUE(gate.AwaitReached()); // it waits, instead of sleeping again
+    EXPECT_TRUE(gate.AwaitReached()); // it waits instead of sleeping again
     EXPECT_EQ(CountOf(ThreadTrace(), "usleep"), 1);
     EXPECT_EQ(ThreadFlips(), 1);
     gate.Open();
@@ -179,7 +179,7 @@ TEST(FlipThread, MakesNoPassOfItsOwnForARequestThatItHasJustServed)
     BeforeThreadCall(nullptr);
 }
 
-TEST(FlipThread, EndsWhenAskedBeforeItHasEvenBegunToWait)
+TEST(FlipThread, EndsWhenRequestedBeforeItHasEvenBegunToWait)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     KovaTextContextParam_t param = ContextParam();
@@ -203,7 +203,7 @@ TEST(FlipThread, EndsWhenAskedBeforeItHasEvenBegunToWait)
     DestroyInTime(pDisplay);
 }
 
-TEST(FlipThread, EndsWhenAskedBetweenItsDecisionToWaitAndItsWait)
+TEST(FlipThread, EndsWhenRequestedBetweenItsDecisionToWaitAndItsWait)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     KovaTextContextParam_t param = ContextParam();
@@ -228,7 +228,7 @@ TEST(FlipThread, EndsWhenAskedBetweenItsDecisionToWaitAndItsWait)
 
 static std::atomic<int> s_iDrawn, s_iShown, s_iFlips, s_iThreadFlips;
 
-// The surface counts instead of recording; it is drawn on and flipped under the display's lock alone.
+// The surface counts instead of recording; all calls on it are made under the display's lock.
 static void CountFramesOf(IDirectFBSurface *pSurface)
 {
     s_iDrawn = s_iShown = s_iFlips = s_iThreadFlips = 0;
@@ -252,7 +252,7 @@ static void SleepUpTo(int iMicroseconds)
         std::chrono::microseconds(std::uniform_int_distribution<int>(0, iMicroseconds)(s_random)));
 }
 
-// Delays the thread before it locks and before it waits, which prolongs the moments that can lose a wake-up.
+// Delays the thread before it locks and before it waits, to enlarge the windows that can lose a wake-up.
 static void SlowTheThreadDown(const KovaDFBDisplay_t *pRecord, int iMicroseconds)
 {
     BeforeThreadCall([=](const char *, const void *pObject) {
@@ -277,14 +277,14 @@ TEST(FlipThread, BringsTheLastFrameOfEveryBurstToTheScreen)
     CountFramesOf(RecordOf(pDisplay)->pActiveSurface);
     SlowTheThreadDown(RecordOf(pDisplay), 500);
 
-    // At least so many, however busy the machine, and until frames took both ways to the screen: without that this
-    // proves nothing.
+    // At least this many, however busy the machine is, and until both kinds of flip have occurred: otherwise this proves
+    // nothing.
     const auto tookBothWays = [] { return s_iThreadFlips > 0 && s_iFlips > s_iThreadFlips; };
     for (const auto end = Clock::now() + STRESS; Clock::now() < end || iBursts <= 10 || !tookBothWays();
          iBursts++) {
         DrawAFrame(pDisplay);
         DrawAFrame(pDisplay);
-        // The thread is through with the second of the two about now.
+        // About now the thread has finished the second of the two.
         std::this_thread::sleep_for(std::chrono::microseconds(16000));
         SleepUpTo(1000);
         DrawAFrame(pDisplay);
@@ -298,7 +298,7 @@ TEST(FlipThread, BringsTheLastFrameOfEveryBurstToTheScreen)
     BeforeThreadCall(nullptr);
 }
 
-TEST(FlipThread, EndsEveryTimeItIsAsked)
+TEST(FlipThread, EndsWheneverItIsRequested)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     KovaTextContextParam_t param = ContextParam();
@@ -339,7 +339,7 @@ TEST(FlipThread, EndsInTheMiddleOfBurstsToo)
             if (iCycles % 2) SleepUpTo(17000);
             Kova_TextDFBDisp_DestroyContext(pDisplay, 0);
             watchdog.Progress("cycle " + std::to_string(iCycles));
-            DrawAFrame(pDisplay); // without a thread, which nobody may touch
+            DrawAFrame(pDisplay); // without a thread, which must not be used
             ASSERT_EQ(Kova_TextDFBDisp_CreateContext(pDisplay, &param), 0);
             ClearTrace();
         }

@@ -70,7 +70,7 @@ static Usage_t Usage()
         fclose(pFile);
     }
     const struct mallinfo2 heap = mallinfo2();
-    // The folder that is read is open meanwhile.
+    // The folder that is being read is open too.
     const auto descriptors =
         std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()) - 1;
     return {lPages * (sysconf(_SC_PAGESIZE) / 1024), long((heap.uordblks + heap.hblkhd) / 1024),
@@ -118,7 +118,7 @@ public:
     Soak(const Soak &) = delete;
     Soak &operator=(const Soak &) = delete;
 
-    // Burst i of a round; the contexts and planes change at its start.
+    // Burst i of a round; contexts and planes change at the start of the round.
     void Burst(int i)
     {
         switch (i) {
@@ -194,7 +194,7 @@ private:
                                                    KOVA_TEXT_ELEFTDROPSHADOW, KOVA_TEXT_ERIGTHDROPSHADOW};
         const void *const pText = text.data();
         const auto *const pusText =
-            static_cast<const unsigned short *>(pText); // UTF-8 travels in the same argument
+            static_cast<const unsigned short *>(pText); // the same parameter takes UTF-8
         const auto ucBytes = kova_uint8(text.size());
         kova_uint32 uiWidth = 0;
 
@@ -208,7 +208,7 @@ private:
         if (uiWidth == 0) m_uiRefused++;
     }
 
-    // Twenty operations, the last of them a line.
+    // Twenty operations; the last is a line.
     void Caption()
     {
         static kova_uint8 s_aucBits[8] = {0x3C, 0x42, 0xA5, 0x81, 0xA5, 0x99, 0x42, 0x3C},
@@ -226,7 +226,7 @@ private:
         Expect(m_p->SetDrawingFlags(m_p, m_scContext, KOVA_DSDRAW_NOFX));
         Expect(m_p->SetBlittingFlags(m_p, m_scContext, KOVA_DSBLIT_NOFX));
         Expect(m_p->Flip(m_p, m_scContext));
-        Expect(m_p->DrawLine(m_p, m_scContext, 20, 270, 320, 270, 5)); // flips, or asks for it
+        Expect(m_p->DrawLine(m_p, m_scContext, 20, 270, 320, 270, 5)); // flips, or defers the flip
     }
 
     pKovaITextDisplay_t m_p = nullptr;
@@ -245,7 +245,7 @@ static bool PrintGrowth(FILE *pTable, const char *pcWhat, long lStart, long lEnd
 
 static int Run(FILE *pTable, KovaGraphicLayer_e eLayer, bool bPalette, int iSeconds)
 {
-    // A quarter of the time, at most a minute, and whole rounds.
+    // A quarter of the time, at most a minute, in whole rounds.
     const int iRounds = std::max(2, int(iSeconds * milliseconds(1000) / BURST_TIME / ROUND));
     const int iWarmUp = std::clamp(iRounds / 4, 1, 30);
     Usage_t start = {}, end = {};

@@ -2,7 +2,7 @@
 #include "watch.h"
 
 #ifndef DIRECTFBPP_H
-#define DIRECTFBPP_H // keeps the C++ wrapper classes out of directfb.h
+#define DIRECTFBPP_H // excludes the C++ wrapper classes of directfb.h
 #endif
 #include <directfb.h>
 
@@ -16,10 +16,10 @@ namespace soak
 
 static std::atomic<bool> s_bMeasuring, s_bPending;
 static std::atomic<uint64_t> s_uiFlips;
-static Clock::time_point s_drawn;                          // of the oldest line not yet flipped
+static Clock::time_point s_drawn;                          // time of the oldest line not yet flipped
 static std::vector<std::chrono::microseconds> s_latencies; // both under the display's lock
 
-// What DirectFB had put there. All objects of a kind that one run meets have the same.
+// The original methods. All objects of a kind have the same within a run.
 static decltype(IDirectFB::GetDisplayLayer) s_pGetDisplayLayer;
 static decltype(IDirectFBDisplayLayer::GetSurface) s_pGetLayerSurface;
 static decltype(IDirectFBDisplayLayer::CreateWindow) s_pCreateWindow;
@@ -29,7 +29,7 @@ static decltype(IDirectFBSurface::Flip) s_pFlip;
 
 template <typename Method> static void Replace(Method &method, Method &kept, Method ours)
 {
-    if (method == ours) return; // an object may be handed out more than once
+    if (method == ours) return; // an object can be returned more than once
     kept = method;
     method = ours;
 }
@@ -112,7 +112,7 @@ bool WatchDirectFB()
 
 void StartMeasuring(size_t uiLatencies)
 {
-    s_latencies.reserve(uiLatencies); // before anybody else touches it
+    s_latencies.reserve(uiLatencies); // before other threads use it
     s_bMeasuring = true;
 }
 

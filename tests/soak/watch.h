@@ -29,7 +29,7 @@ uint64_t Flips();
 // To be read when no flip can come any more.
 const std::vector<std::chrono::microseconds> &Latencies();
 
-// Whether a line still waits for its flip.
+// Whether a line is not flipped yet.
 bool IsFramePending();
 
 } // namespace soak

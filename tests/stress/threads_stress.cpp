@@ -22,20 +22,20 @@ namespace
 const kova_uint32 WIDTH = 720, HEIGHT = 480;
 
 std::atomic<long> s_lDrawn{0}, s_lShown{0}, s_lDirect{0}, s_lByThread{0}, s_lTooSoon{0}, s_lRefused{0};
-struct timeval s_last; // of a direct flip; written under the display's lock
+struct timeval s_last; // time of the last direct flip; written under the display's lock
 
 void CountFrame()
 {
     s_lDrawn++;
 }
 
-// As callers are promised it: whole milliseconds, each part cut off for itself.
+// As documented: whole milliseconds, each part truncated separately.
 long Milliseconds(const struct timeval &to, const struct timeval &from)
 {
     return (to.tv_sec - from.tv_sec) * 1000 + (to.tv_usec - from.tv_usec) / 1000;
 }
 
-// The flip thread never asks for the time.
+// The flip thread never reads the time.
 void CountFlip(struct timeval asked)
 {
     s_lShown = s_lDrawn.load();
@@ -94,7 +94,7 @@ void Work(pKovaITextDisplay_t pDisplay, int iThread, int iOperations, test::Watc
     for (int i = 0; i < iOperations; i++) {
         const auto scContext = kova_sint8(random() % 2);
         if (Operate(pDisplay, unsigned(random() % 1000), scContext) != 0) s_lRefused++;
-        // Now and then the others get ahead, and some time passes for frames to be flipped in.
+        // Sometimes yield to the others, and let some time pass for flips.
         if (i % 16 == 0) std::this_thread::sleep_for(std::chrono::microseconds(random() % 1000));
         if (i % 256 == 0) pWatchdog->Progress("thread " + std::to_string(iThread));
     }
@@ -123,7 +123,7 @@ bool AwaitLastFrame()
     return s_lShown == s_lDrawn;
 }
 
-// Everything that the threads do, and the last frame; the banners of activation are nobody's.
+// Everything that the threads do, and the last frame; the banners of activations are ignored.
 bool Storm(pKovaITextDisplay_t pDisplay, int iOperations, int iThreads, test::Watchdog_t *pWatchdog)
 {
     std::vector<std::thread> threads;
@@ -142,7 +142,7 @@ bool Storm(pKovaITextDisplay_t pDisplay, int iOperations, int iThreads, test::Wa
 
     pDisplay->Show(pDisplay, 0);
     pDisplay->SetFlip(pDisplay, 1);
-    for (int i = 0; i < 2; i++) { // the second at least is left to the thread
+    for (int i = 0; i < 2; i++) { // at least the second is deferred
         pDisplay->FillRect(pDisplay, 0, &rect, 1);
         pDisplay->Flip(pDisplay, 0);
     }
@@ -188,7 +188,7 @@ int Run(int iOperations, int iThreads)
     return bGood ? 0 : 1;
 }
 
-// A number above 0, or the given one if there is none; 0 if it is wrong.
+// A number above 0, or the default if there is none; 0 if it is invalid.
 int Number(int argc, char **argv, int iAt, int iDefault)
 {
     char *pcEnd = nullptr;

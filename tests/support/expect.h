@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Words that expectations of many files share.
+// Helpers for expectations in several files.
 #ifndef TESTS_EXPECT_H
 #define TESTS_EXPECT_H
 
@@ -11,7 +11,7 @@
 namespace test
 {
 
-// Whether another thread could take the display's lock now.
+// Whether another thread could lock the display now.
 inline bool LockIsFree(pKovaITextDisplay_t pDisplay)
 {
     bool bFree = false;
@@ -56,7 +56,7 @@ inline std::string Tidy(const std::string &trace)
     return tidy;
 }
 
-// A line put into a trace after the first one that contains the call.
+// Inserts a line into a trace after the first line that contains the call.
 inline std::string PutAfter(const std::string &trace, const std::string &call, const std::string &line)
 {
     const size_t at = trace.find(call);
@@ -65,7 +65,7 @@ inline std::string PutAfter(const std::string &trace, const std::string &call, c
     return at == std::string::npos ? trace : std::string(trace).insert(trace.find('\n', at) + 1, line);
 }
 
-// The wipe of showing and hiding, under the lock, on a surface of this name.
+// The calls that clear the plane in Show and Hide, under the lock, on the named surface.
 inline std::string Wiped(const std::string &surface, ColorMode_e eMode, const std::string &size)
 {
     const std::string fetched = "  " + surface +

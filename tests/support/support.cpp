@@ -5,7 +5,7 @@
 #include <sstream>
 #include <thread>
 
-// There with the leak sanitizer only.
+// Defined by the leak sanitizer only.
 extern "C" void __lsan_disable() __attribute__((weak));
 extern "C" void __lsan_enable() __attribute__((weak));
 
@@ -81,7 +81,7 @@ pKovaITextDisplay_t GivenHiddenDisplay(KovaGraphicLayer_e eLayer, ColorMode_e eM
     pKovaITextDisplay_t pDisplay = GivenDisplay(eLayer, eMode);
     KovaTextContextParam_t param = ContextParam();
 
-    testing::internal::CaptureStdout(); // activation prints a banner
+    testing::internal::CaptureStdout(); // an activation prints a banner
     for (int i = 0; i <= iActive; i++) EXPECT_EQ(Kova_TextDisp_CreateContext(pDisplay, &param), i);
     if (iActive != NO_CONTEXT) {
         EXPECT_TRUE(AwaitThreadTrace("enter Flip_last_frame_Thread"));

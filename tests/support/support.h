@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What lets a test read as a sentence: displays in a given state, on the recording double.
+// Displays in a given state on the recording double, so that a test reads as a sentence.
 #ifndef TESTS_SUPPORT_H
 #define TESTS_SUPPORT_H
 
@@ -30,8 +30,8 @@ KovaDFBDisplay_t *RecordOf(pKovaITextDisplay_t pDisplay);
 KovaTextInitParam_t InitParam(KovaGraphicLayer_e eLayer, ColorMode_e eMode = INDEX_COLORS);
 KovaTextContextParam_t ContextParam(kova_uint32 uiWidth = PLANE_WIDTH, kova_uint32 uiHeight = PLANE_HEIGHT);
 
-// Each ends with an empty trace, the clock a second past the last flip, and the lock watched.
-// A display as created by the facade, without contexts and hidden.
+// After each of these the trace is empty, the clock is a second past the last flip, and the lock is watched.
+// A display as created by the facade, hidden and without contexts.
 pKovaITextDisplay_t GivenDisplay(KovaGraphicLayer_e eLayer, ColorMode_e eMode = INDEX_COLORS);
 // The same with as many contexts as the active one asks for, that one activated; the flip thread waits. With
 // NO_CONTEXT there is neither context nor thread. PACKED_COLORS stays in force although activation ends it.
@@ -39,23 +39,23 @@ pKovaITextDisplay_t GivenHiddenDisplay(KovaGraphicLayer_e eLayer, ColorMode_e eM
                                        int iActive = 0);
 pKovaITextDisplay_t GivenShownDisplay(KovaGraphicLayer_e eLayer, ColorMode_e eMode = INDEX_COLORS,
                                       int iActive = 0);
-// A font created in slot 0 at this height, selected, with an empty trace again.
+// Creates a font in slot 0 at this height and selects it; the trace is empty again.
 void GivenFont(pKovaITextDisplay_t pDisplay, kova_uint32 uiHeight = 24, const char *pcName = "sans.ttf");
-// A backup surface of the plane's size and format, named "backup"; no operation makes one.
+// A backup surface with the plane's size and format, named "backup"; no operation creates one.
 IDirectFBSurface *GivenBackupSurface(pKovaITextDisplay_t pDisplay);
 
-// Until the flip thread waits for a request; false after a minute.
+// Waits until the flip thread waits for a request; false after a minute.
 bool AwaitIdleThread(pKovaITextDisplay_t pDisplay);
-// Until the thread's lines contain this; false after a minute.
+// Waits until the thread's trace contains this text; false after a minute.
 bool AwaitThreadTrace(const std::string &text);
 
 // Destroys all contexts and the display, and expects that no DirectFB object is left but those named: the
 // ones whose release was made to fail.
 void Destroy(pKovaITextDisplay_t pDisplay, const std::string &left = "");
-// The same after expecting that the caller does not hold the display's lock.
+// The same, but first expects that the caller does not hold the display's lock.
 void DestroyUnlocked(pKovaITextDisplay_t pDisplay);
 
-// While one lives, what is allocated may be lost: for what the library is meant to keep or to lose.
+// Disables leak detection while it exists, for memory that the library intentionally does not free.
 struct LeaksAreMeant_t {
     LeaksAreMeant_t();
     ~LeaksAreMeant_t();
@@ -63,12 +63,12 @@ struct LeaksAreMeant_t {
     LeaksAreMeant_t &operator=(const LeaksAreMeant_t &) = delete;
 };
 
-// The lines of a trace that are not traces of the log ("enter", "exit", "log"), each without its indentation.
+// The lines of a trace that are not log records ("enter", "exit", "log"), without indentation.
 std::string CallsOnly(const std::string &trace);
 // What record i of the log says behind its place and thread, if it is an entry or exit trace, or says at all:
 // to the last byte, where the trace leaves the end of a line away.
 std::string RecordText(size_t i);
-// The line of DFB_CHECK that names this result, as the trace writes it.
+// The DFB_CHECK line of this result in the notation of the trace.
 std::string CheckLine(DFBResult eResult);
 
 } // namespace test

@@ -61,7 +61,7 @@ private:
     int m_iSteps = 0;
     std::string m_doing;
     const int m_iOutput = dup(STDOUT_FILENO);
-    std::thread m_thread; // the last: it uses all of the above
+    std::thread m_thread; // last, because it uses all of the above
 };
 
 } // namespace test

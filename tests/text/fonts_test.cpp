@@ -14,7 +14,7 @@ static int Create(pKovaITextDisplay_t pDisplay, const char *pcName, kova_uint32 
     return pDisplay->CreateFont(pDisplay, 0, pcName, uiHeight, KovaTextFontAttr_e(iAttributes), psiFont);
 }
 
-// A font of this name and height, and the number it was given; -5 when none was.
+// Creates a font with this name and height; returns its number, or -5 if there is none.
 static int Given(pKovaITextDisplay_t pDisplay, const std::string &name, kova_uint32 uiHeight = 24)
 {
     kova_sint32 siFont = -5;
@@ -24,7 +24,7 @@ static int Given(pKovaITextDisplay_t pDisplay, const std::string &name, kova_uin
     return siFont;
 }
 
-// Takes the font out of a slot and keeps its name row, as a font that cannot be opened at another height does.
+// Empties a slot but keeps its name row, like a font that cannot be opened at another height.
 static void Empty(pKovaITextDisplay_t pDisplay, kova_sint32 siFont)
 {
     FailNth("Dfb.CreateFont", 1, DFB_FILENOTFOUND);
@@ -36,7 +36,7 @@ static void Empty(pKovaITextDisplay_t pDisplay, kova_sint32 siFont)
 TEST(CreateFont, OpensAFontIntoTheLowestSlotWhileHidden)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
-    RecordOf(pDisplay)->font[0].ucWidth = 9; // of a free slot, and so it counts for nothing
+    RecordOf(pDisplay)->font[0].ucWidth = 9; // of a free slot, so it is ignored
     kova_sint32 siFont = -5;
 
     EXPECT_EQ(Create(pDisplay, "sans.ttf", 24, &siFont, KOVA_FONTATTR_MONOCHROME), 0);
@@ -56,7 +56,7 @@ TEST(CreateFont, OpensAFontIntoTheLowestSlotWhileHidden)
     EXPECT_EQ(font.ucHeight, 24u);
     EXPECT_EQ(font.ucWidth, 0u);
     EXPECT_EQ(font.ucUTF8Index, 2);
-    EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, -1); // created is not selected
+    EXPECT_EQ(RecordOf(pDisplay)->scActiveFontID, -1); // a new font is not selected
     DestroyUnlocked(pDisplay);
 }
 
@@ -144,7 +144,7 @@ TEST(CreateFont, PassesHeightAndAttributesOnByNumber)
         {13, 4, "height:13", "attributes 0x4 height 13"},
         {14, 8, "height:14", "attributes 0x8 height 14"},
         {15, 16, "height:15", "attributes 0x10 height 15"},
-        {16, 32, "height:16", "attributes 0x20 height 16"}, // italic is not translated here
+        {16, 32, "height:16", "attributes 0x20 height 16"}, // italic is not converted here
         {17, 63, "height:17", "attributes 0x3f height 17"},
         {0, 0, "height:0", "attributes 0 height 0"},
         {300, 256, "height:300", "attributes 0x100 height 300"},
@@ -166,9 +166,9 @@ TEST(CreateFont, PassesHeightAndAttributesOnByNumber)
     DestroyUnlocked(pDisplay);
 }
 
-// ---- a font asked for again
+// ---- a font requested again
 
-TEST(CreateFont, FindsTheFontOpenAtTheSameHeightAndForgetsItsScaling)
+TEST(CreateFont, ReturnsTheFontOpenAtTheSameHeightAndForgetsItsScaling)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     Given(pDisplay, "other.ttf");
@@ -223,13 +223,13 @@ TEST(CreateFont, MovesAFontAtAnotherHeightToTheLowestFreeSlotAndKeepsItsRow)
     EXPECT_EQ(siFont, 0);
     EXPECT_EQ(TraceOf("font2."), "  font2.Release\n");
     EXPECT_EQ(RecordOf(pDisplay)->font[0].pcFontName, RecordOf(pDisplay)->FontName[1]);
-    EXPECT_STREQ(RecordOf(pDisplay)->FontName[0], "a"); // a row outlives its font
+    EXPECT_STREQ(RecordOf(pDisplay)->FontName[0], "a"); // a row is kept after its font
     const KovaDFBFont_t empty = {};
     EXPECT_EQ(memcmp(&RecordOf(pDisplay)->font[1], &empty, sizeof empty), 0);
     DestroyUnlocked(pDisplay);
 }
 
-TEST(CreateFont, LooksAtTheFirstSlotOfTheNameAlone)
+TEST(CreateFont, ChecksOnlyTheFirstSlotOfTheName)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     Given(pDisplay, "a", 24);
@@ -246,7 +246,7 @@ TEST(CreateFont, LooksAtTheFirstSlotOfTheNameAlone)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(CreateFont, PassesOverASlotThatLostItsFontWithoutReleasingIt)
+TEST(CreateFont, SkipsASlotThatLostItsFontWithoutReleasingIt)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     strcpy(RecordOf(pDisplay)->FontName[4], "a");
@@ -278,9 +278,9 @@ TEST(CreateFont, TakesTheNameFromItsOwnTable)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(CreateFont, PrintsAReleaseThatFailsAndGoesOn)
+TEST(CreateFont, PrintsAReleaseThatFailsAndContinues)
 {
-    const LeaksAreMeant_t leaks; // of the font that says it cannot be released
+    const LeaksAreMeant_t leaks; // the font whose release fails
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     Given(pDisplay, "sans.ttf", 24);
     FailNth("Font.Release", 1, DFB_BUSY);
@@ -317,7 +317,7 @@ TEST(CreateFont, OpensEightFontsAndNoNinth)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(CreateFont, ReportsAFontThatCannotBeOpenedInTheWordsOfAFullTable)
+TEST(CreateFont, ReportsAFontThatCannotBeOpenedLikeAFullTable)
 {
     enum How_e { FAILS, GIVES_NOTHING, NO_DFB };
     static const struct {
@@ -374,7 +374,7 @@ TEST(CreateFont, LosesTheOldFontWhenTheNewHeightCannotBeOpened)
 
 // ---- names
 
-TEST(CreateFont, TakesNamesOfUpTo99Characters)
+TEST(CreateFont, AcceptsNamesOfUpTo99Characters)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay(KOVA_GRAPHIC_LAYER2);
     const std::string longest(99, 'n');
@@ -400,7 +400,7 @@ TEST(CreateFont, LeavesAFontOfALongerNameInItsSlotWithoutAName)
                            "  error CreateFontInternal: \\n font name too long. We support at most 99 "
                            "characters \n"
                            "exit CreateFont\n");
-    ASSERT_EQ(Records().size(), 3u); // the error is one record alone
+    ASSERT_EQ(Records().size(), 3u); // the error is a single record
     EXPECT_EQ(Records()[1].iLevel, 1);
     EXPECT_EQ(Records()[1].format, "\n font name too long. We support at most %d characters \n");
     EXPECT_EQ(siFont, -5);
@@ -409,7 +409,7 @@ TEST(CreateFont, LeavesAFontOfALongerNameInItsSlotWithoutAName)
     EXPECT_EQ(RecordOf(pDisplay)->FontName[0][0], 0);
     EXPECT_EQ(Given(pDisplay, "a"), 1); // the slot is in use
     EXPECT_EQ(Given(pDisplay, name), -5);
-    EXPECT_NE(RecordOf(pDisplay)->font[2].pFont, nullptr); // and each further try uses up one more
+    EXPECT_NE(RecordOf(pDisplay)->font[2].pFont, nullptr); // and each further attempt uses one more
     DestroyUnlocked(pDisplay);
 }
 
@@ -428,23 +428,23 @@ TEST(CreateFont, PrefersTheSlotsOwnRowThenAnEqualRowThenTheFirstFreeOne)
     strcpy(rows[1], "twice");
     strcpy(rows[2], "twice");
 
-    // An equal row wins over a free one that comes before it.
+    // An equal row is preferred to a free one before it.
     EXPECT_EQ(Given(pDisplay, "late"), 0);
     EXPECT_EQ(rowOf(0), 5);
     EXPECT_EQ(rows[0][0], 0);
-    // The slot's own row holds another name: the first free one is taken.
+    // The slot's own row has another name: the first free one is used.
     EXPECT_EQ(Given(pDisplay, "new"), 1);
     EXPECT_EQ(rowOf(1), 0);
-    // The slot's own row wins over an equal one before it.
+    // The slot's own row is preferred to an equal one before it.
     EXPECT_EQ(Given(pDisplay, "twice"), 2);
     EXPECT_EQ(rowOf(2), 2);
-    // Of two equal rows elsewhere the first.
+    // Of two other equal rows the first is used.
     Empty(pDisplay, 2);
     strcpy(rows[2], "other");
     strcpy(rows[4], "twice");
     EXPECT_EQ(Given(pDisplay, "twice"), 2);
     EXPECT_EQ(rowOf(2), 1);
-    // Of the free rows the first, not the slot's own.
+    // Of the free rows the first is used, not the slot's own.
     rows[1][0] = 0;
     EXPECT_EQ(Given(pDisplay, "newer"), 3);
     EXPECT_EQ(rowOf(3), 1);
@@ -544,7 +544,7 @@ TEST(CreateFont, StoresEightEncodingsAndEndsTheEnumerationAtTheNinth)
 {
     static const char *const names[] = {"E0", "E1", "E2", "E3", "E4", "E5", "E6", "E7", "E8", "E9"};
     for (const size_t uiCount : {8u, 9u, 10u}) {
-        for (const size_t uiUTF8 : {3u, 7u, 8u}) { // where UTF8 stands
+        for (const size_t uiUTF8 : {3u, 7u, 8u}) { // the position of UTF8
             SCOPED_TRACE(uiCount * 100 + uiUTF8);
             std::vector<std::pair<unsigned, const char *>> encodings;
             std::string trace;
@@ -573,7 +573,7 @@ TEST(CreateFont, StoresEightEncodingsAndEndsTheEnumerationAtTheNinth)
                 EXPECT_EQ(RecordOf(pDisplay)->font[0].encoding[i].id, encodings[i].first);
                 EXPECT_EQ(RecordOf(pDisplay)->font[0].encoding[i].cEncoding, encodings[i].second);
             }
-            // The eighth is the last that counts.
+            // The eighth is the last one stored.
             EXPECT_EQ(RecordOf(pDisplay)->font[0].ucUTF8Index, uiUTF8 == 7 ? 23 : 0);
             EXPECT_EQ(RecordOf(pDisplay)->font[1].pFont, nullptr);
             DestroyUnlocked(pDisplay);

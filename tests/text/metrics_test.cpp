@@ -20,7 +20,7 @@ static int Select(pKovaITextDisplay_t pDisplay, kova_sint32 siFont, kova_uint32 
 
 // ---- SetFont
 
-TEST(SetFont, OnlyAttachesAFontThatIsAsAskedForAndKeepsItsWidth)
+TEST(SetFont, OnlyAttachesAFontThatMatchesTheRequestAndKeepsItsWidth)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay, 24);
@@ -79,11 +79,11 @@ TEST(SetFont, ReopensTheSlotsFontAtAnotherHeightAndForgetsItsWidth)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(SetFont, AsksForItalicAloneAndRemembersAllAttributes)
+TEST(SetFont, RequestsOnlyItalicAndRemembersAllAttributes)
 {
     static const struct {
         int iAttributes;
-        const char *pcCall; // null: the font is as asked for
+        const char *pcCall; // null: the font matches the request
     } rows[] = {
         {KOVA_FONTATTR_NONE, nullptr},
         {KOVA_FONTATTR_ITALIC, "attributes 0x100 height 24"},
@@ -199,9 +199,9 @@ TEST(SetFont, LeavesTheSlotEmptyAndTheSelectionAsItWasWhenTheFontCannotBeReopene
     }
 }
 
-TEST(SetFont, SaysNothingOfAReleaseThatFails)
+TEST(SetFont, DoesNotReportAReleaseThatFails)
 {
-    const LeaksAreMeant_t leaks; // of the font that says it cannot be released
+    const LeaksAreMeant_t leaks; // the font whose release fails
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay, 24);
     FailNth("Font.Release", 1, DFB_BUSY);
@@ -252,7 +252,7 @@ TEST(SetFont, SelectsThoughThereIsNoSurface)
 
 // ---- GetFontHeight
 
-TEST(GetFontHeight, GivesDirectFBsHeightOfTheActiveFont)
+TEST(GetFontHeight, ReturnsDirectFBsHeightOfTheActiveFont)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay, 24, "a");
@@ -272,7 +272,7 @@ TEST(GetFontHeight, GivesDirectFBsHeightOfTheActiveFont)
     DestroyUnlocked(pDisplay);
 }
 
-// What the rows below may find wrong, in the order in which it is looked for.
+// The faults of the rows below, in the order in which they are checked.
 enum Wrong_e {
     RIGHT,
     NULL_DISPLAY,
@@ -286,7 +286,7 @@ enum Wrong_e {
     INACTIVE
 };
 
-// Breaks this and, where it can be, all that is looked at later.
+// Creates this fault and, where possible, all faults that are checked later.
 static kova_sint8 Break(pKovaITextDisplay_t pDisplay, Wrong_e eWrong)
 {
     KovaDFBDisplay_t *const pRecord = RecordOf(pDisplay);
@@ -357,7 +357,7 @@ TEST(GetFontHeight, RefusesInOrderAndAlwaysStoresAHeight)
     });
 }
 
-TEST(GetFontHeight, GivesNothingWhileHiddenToTheActiveContextToo)
+TEST(GetFontHeight, ReturnsNothingWhileHiddenToTheActiveContextToo)
 {
     pKovaITextDisplay_t pDisplay = GivenHiddenDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay, 24);
@@ -372,7 +372,7 @@ TEST(GetFontHeight, GivesNothingWhileHiddenToTheActiveContextToo)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(GetFontHeight, PrintsAFailureAndGivesZero)
+TEST(GetFontHeight, PrintsAFailureAndReturnsZero)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay, 24);
@@ -415,11 +415,11 @@ TEST(ScaleFontWidth, ReopensTheActiveFontInItsWidth)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(ScaleFontWidth, TakesTheFactorAs16Point16OfTheHeightsLowByte)
+TEST(ScaleFontWidth, ReadsTheFactorAs16Point16OfTheHeightsLowByte)
 {
     static const struct {
         kova_uint32 uiHeight, uiFactor;
-        int iHeight, iWidth; // 0: nothing is done
+        int iHeight, iWidth; // 0: no effect
     } rows[] = {
         {24, 65536, 24, 24},         {24, 32768, 24, 12},
         {24, 98304, 24, 36},         {24, 2730, 24, 0}, // 0.9998 of a pixel
@@ -453,7 +453,7 @@ TEST(ScaleFontWidth, TakesTheFactorAs16Point16OfTheHeightsLowByte)
     }
 }
 
-TEST(ScaleFontWidth, ScalesWhateverItsSwitchSaysAndNotTwice)
+TEST(ScaleFontWidth, ScalesWhateverItsArgumentSaysAndNotTwice)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay, 24);
@@ -463,21 +463,21 @@ TEST(ScaleFontWidth, ScalesWhateverItsSwitchSaysAndNotTwice)
 
     ClearTrace();
     EXPECT_EQ(pDisplay->ScaleFontWidth(pDisplay, 0, 1, 32768), 0);
-    EXPECT_EQ(pDisplay->ScaleFontWidth(pDisplay, 0, 0, 33000), 0); // 12 pixels as well
+    EXPECT_EQ(pDisplay->ScaleFontWidth(pDisplay, 0, 0, 33000), 0); // also 12 pixels
     EXPECT_EQ(Trace(), "  enter ScaleFontWidth\n"
                        "exit ScaleFontWidth\n"
                        "  enter ScaleFontWidth\n"
                        "exit ScaleFontWidth\n");
 
     ClearTrace();
-    EXPECT_EQ(pDisplay->ScaleFontWidth(pDisplay, 0, 0, 0), 0); // back to no width at all
+    EXPECT_EQ(pDisplay->ScaleFontWidth(pDisplay, 0, 0, 0), 0); // back to the unscaled width
     EXPECT_EQ(TraceOf("dfb."),
               "  dfb.CreateFont sans.ttf ATTRIBUTES|HEIGHT|WIDTH attributes 0 height 24 width 0\n");
     EXPECT_EQ(Slot(pDisplay, 0).ucWidth, 0u);
     DestroyUnlocked(pDisplay);
 }
 
-TEST(ScaleFontWidth, AsksForItalicAloneAndKeepsTheSlotsAttributes)
+TEST(ScaleFontWidth, RequestsOnlyItalicAndKeepsTheSlotsAttributes)
 {
     static const struct {
         int iAttributes;
@@ -537,9 +537,9 @@ TEST(ScaleFontWidth, LeavesTheSlotEmptyWhenTheFontCannotBeReopened)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(ScaleFontWidth, PrintsEveryFailureAndGoesOn)
+TEST(ScaleFontWidth, PrintsEveryFailureAndContinues)
 {
-    const LeaksAreMeant_t leaks; // of the font that says it cannot be released
+    const LeaksAreMeant_t leaks; // the font whose release fails
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay, 24);
     FailNth("Font.Release", 1, DFB_BUSY);
@@ -561,7 +561,7 @@ TEST(ScaleFontWidth, PrintsEveryFailureAndGoesOn)
 
 // ---- GetUnderlineInfo
 
-TEST(GetUnderlineInfo, AnswersForTheActiveFontWhicheverIsNamed)
+TEST(GetUnderlineInfo, ReturnsTheUnderlineOfTheActiveFontWhicheverIsNamed)
 {
     static const struct {
         kova_sint32 siFont;
@@ -597,7 +597,7 @@ TEST(GetUnderlineInfo, RefusesInOrderAndLeavesTheOutputsAlone)
         {NO_FONT, -1, "enter GetUnderlineInfo\n  ERROR GetUnderlineInfo: Only can support max 8 fonts!\n"},
         {BAD_FONT, -1, "enter GetUnderlineInfo\n  ERROR GetUnderlineInfo: Only can support max 8 fonts!\n"},
         {EMPTY_SLOT, -1, "enter GetUnderlineInfo\n  ERROR GetUnderlineInfo: NULL POINTER!\n"},
-        {HIDDEN, 0, "enter GetUnderlineInfo\n"}, // and no exit trace
+        {HIDDEN, 0, "enter GetUnderlineInfo\n"}, // no exit trace
         {INACTIVE, -1, "enter GetUnderlineInfo\n  ERROR GetUnderlineInfo: Inactive context!\n"},
     };
 

@@ -12,7 +12,7 @@ constexpr kova_uint32 PACKED_TEXT = 0xFF000080, PACKED_EDGE = 0x01020304;
 
 static const Units_t s_text = {'H', 'i'};
 
-// A shown display, a font selected, the colours set, no edge.
+// A shown display with a selected font and colours, and no edge.
 static pKovaITextDisplay_t GivenText(KovaGraphicLayer_e eLayer, ColorMode_e eMode = INDEX_COLORS,
                                      int iActive = 0)
 {
@@ -38,7 +38,7 @@ static std::string SurfaceOf(pKovaITextDisplay_t pDisplay)
     return NameOf(RecordOf(pDisplay)->pActiveSurface);
 }
 
-// The calls that a few words stand for: T and E set the text's and the edge's colour, x,y is a pass there.
+// Expands a short form into calls: T and E set the text and edge colour, x,y is a pass at that position.
 static std::string Calls(pKovaITextDisplay_t pDisplay, const std::string &words,
                          ColorMode_e eMode = INDEX_COLORS, const std::string &text = "Hi")
 {
@@ -75,10 +75,10 @@ static std::string DirectFlip(pKovaITextDisplay_t pDisplay)
 
 struct Edge_t {
     int iEdge;
-    const char *pcAt10And20, *pcAt0And0, *pcAt1And1, *pcAtTheEnd; // the end of the unsigned numbers
+    const char *pcAt10And20, *pcAt0And0, *pcAt1And1, *pcAtTheEnd; // at the largest unsigned numbers
 };
 
-// The text colour is set first whatever the edge, so it stands before each of these.
+// The text colour is set first for every edge type, so it precedes each of these.
 static const Edge_t s_edges[] = {
     {KOVA_TEXT_ENONE, "10,20", "0,0", "1,1", "-1,-1"},
     {KOVA_TEXT_ERAISED, "E 10,18 T 12,20 T", "E 0,-2 T 2,0 T", "E 1,-1 T 3,1 T", "E -1,-3 T 1,-1 T"},
@@ -99,7 +99,7 @@ TEST(DrawString, DrawsEachEdgeInItsPassesUnderTheLockInEveryMode)
 {
     for (const ColorMode_e eMode : {INDEX_COLORS, PALETTE_COLORS, PACKED_COLORS}) {
         pKovaITextDisplay_t pDisplay = GivenText(KOVA_GRAPHIC_LAYER2, eMode);
-        const std::string layer = NameOf(RecordOf(pDisplay)->pActiveSurface).substr(4); // 1, 2 or 3 of it
+        const std::string layer = NameOf(RecordOf(pDisplay)->pActiveSurface).substr(4); // number 1, 2 or 3
         for (const Edge_t &edge : s_edges) {
             SCOPED_TRACE(std::to_string(eMode) + " " + std::to_string(edge.iEdge));
             RecordOf(pDisplay)->eEdge = KovaTextEdgeType_e(edge.iEdge);
@@ -186,7 +186,7 @@ TEST(DrawString, ReportsAnUnknownEdgeDrawsNothingAndFlips)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(DrawString, FollowsTheStyleSetByItsOperations)
+TEST(DrawString, UsesTheStyleOfItsOperations)
 {
     pKovaITextDisplay_t pDisplay = GivenText(KOVA_GRAPHIC_LAYER2);
     pDisplay->SetTextForeColor(pDisplay, 0, 300);
@@ -203,7 +203,7 @@ TEST(DrawString, FollowsTheStyleSetByItsOperations)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(DrawString, TakesColoursPastThePaletteAsTransparentAndPackedOnesFirst)
+TEST(DrawString, TreatsColoursPastThePaletteAsTransparentAndPackedOnesFirst)
 {
     pKovaITextDisplay_t pDisplay = GivenText(KOVA_GRAPHIC_LAYER2, PALETTE_COLORS);
     RecordOf(pDisplay)->eEdge = KOVA_TEXT_ERAISED;
@@ -261,7 +261,7 @@ TEST(DrawString, TracesTheAlignmentAndDrawsTopLeft)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(DrawString, DrawsWhatItsEncodingMakesOfTheString)
+TEST(DrawString, DrawsTheStringInItsEncoding)
 {
     alignas(unsigned short) static const char acText[] = "H\0\xE9\0z";
     static const struct {
@@ -323,7 +323,7 @@ TEST(DrawString, DrawsAll255BytesOfUTF8)
 TEST(DrawString, FlipsTheWindowWithoutAskingItsLayer)
 {
     pKovaITextDisplay_t pDisplay = GivenText(KOVA_GRAPHIC_LAYER1);
-    pDisplay->SetFlip(pDisplay, 0); // which the window does not heed
+    pDisplay->SetFlip(pDisplay, 0); // the window ignores it
     ClearTrace();
 
     EXPECT_EQ(Draw(pDisplay), 0);
@@ -333,7 +333,7 @@ TEST(DrawString, FlipsTheWindowWithoutAskingItsLayer)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(DrawString, HandsTheFlipToTheThreadWhenTheLastIsTooRecent)
+TEST(DrawString, DefersTheFlipToTheThreadWhenTheLastIsTooRecent)
 {
     pKovaITextDisplay_t pDisplay = GivenText(KOVA_GRAPHIC_LAYER2);
     EXPECT_EQ(Draw(pDisplay), 0);
@@ -398,7 +398,7 @@ TEST(DrawString, LeavesTheChangedMarkToTheFlip)
 
 // ---- failures
 
-TEST(DrawString, PrintsEachFailedCallAndGoesOn)
+TEST(DrawString, PrintsEachFailedCallAndContinues)
 {
     for (const Edge_t &edge : s_edges) {
         for (const ColorMode_e eMode : {INDEX_COLORS, PACKED_COLORS}) {
@@ -412,7 +412,7 @@ TEST(DrawString, PrintsEachFailedCallAndGoesOn)
             for (std::string line; std::getline(lines, line);) calls.push_back(line + "\n");
 
             for (size_t uiFailing = 0; uiFailing < calls.size(); uiFailing++) {
-                // GetConfiguration's failure keeps the flip away: nothing is known of the buffers then.
+                // If GetConfiguration fails there is no flip, because the buffer mode is unknown.
                 const bool bConfiguration = calls[uiFailing].find("GetConfiguration") != std::string::npos;
                 TurnClock(1000000);
                 ClearTrace();
@@ -435,7 +435,7 @@ TEST(DrawString, PrintsEachFailedCallAndGoesOn)
 
 TEST(DrawString, RefusesInOrder)
 {
-    // Each row breaks what it names and, where it can be, all that is looked at later.
+    // Each row creates the named fault and, where possible, all faults that are checked later.
     enum Wrong_e {
         NULL_DISPLAY,
         BAD_CONTEXT,
@@ -493,7 +493,7 @@ TEST(DrawString, RefusesInOrder)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(DrawString, ServesEveryContextWhileNoneIsActiveAndNoneBeyond)
+TEST(DrawString, AcceptsEveryContextWhileNoneIsActiveAndNoneBeyond)
 {
     pKovaITextDisplay_t pDisplay = GivenText(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, NO_CONTEXT);
 
@@ -520,7 +520,7 @@ TEST(DrawString, DrawsNothingForTheActiveContextWhileHidden)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(DrawString, DrawsEdgesOnTheBackupSurfaceInUseThoughTheLayerGaveNone)
+TEST(DrawString, DrawsEdgesOnTheBackupSurfaceInUseThoughTheLayerReturnedNone)
 {
     for (const KovaTextEdgeType_e eEdge : {KOVA_TEXT_ERAISED, KOVA_TEXT_EUNIFORM}) {
         pKovaITextDisplay_t pDisplay = GivenText(KOVA_GRAPHIC_LAYER2);

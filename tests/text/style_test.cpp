@@ -114,7 +114,7 @@ struct Refusal_t {
 
 using Setter_t = std::function<int(pKovaITextDisplay_t pTable, pKovaITextDisplay_t pThiz, kova_sint8)>;
 
-// Each row breaks what it names and, where it can be, all that is looked at later.
+// Each row creates the named fault and, where possible, all faults that are checked later.
 template <size_t COUNT> static void ExpectRefusals(const Refusal_t (&refusals)[COUNT], const Setter_t &set)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, ACTIVE_CONTEXT(1));
@@ -148,7 +148,7 @@ template <size_t COUNT> static void ExpectRefusals(const Refusal_t (&refusals)[C
     Destroy(pDisplay);
 }
 
-TEST(SetTextForeColor, RefusesInOrderAndIsLostWhileHidden)
+TEST(SetTextForeColor, RefusesInOrderAndIsIgnoredWhileHidden)
 {
     static const Refusal_t refusals[] = {
         {NULL_DISPLAY, -1, "enter SetTextForeColor color:5\nERROR SetTextForeColor: NULL Pointer!\n"},
@@ -163,7 +163,7 @@ TEST(SetTextForeColor, RefusesInOrderAndIsLostWhileHidden)
     });
 }
 
-TEST(SetEdgeType, RefusesInOrderAndIsLostWhileHidden)
+TEST(SetEdgeType, RefusesInOrderAndIsIgnoredWhileHidden)
 {
     static const Refusal_t refusals[] = {
         {NULL_DISPLAY, -1, "enter SetEdgeType\nERROR SetEdgeType: NULL Pointer!\n"},
@@ -178,7 +178,7 @@ TEST(SetEdgeType, RefusesInOrderAndIsLostWhileHidden)
     });
 }
 
-TEST(SetEdgeColor, RefusesInOrderUnderTheLockAndIsLostWhileHidden)
+TEST(SetEdgeColor, RefusesInOrderUnderTheLockAndIsIgnoredWhileHidden)
 {
     static const Refusal_t refusals[] = {
         {NULL_DISPLAY, -1, "enter SetEdgeColor\nERROR SetEdgeColor: NULL Pointer!\n"},
@@ -186,7 +186,7 @@ TEST(SetEdgeColor, RefusesInOrderUnderTheLockAndIsLostWhileHidden)
         {NO_FONT, -1, "enter SetEdgeColor\n  ERROR SetEdgeColor: Only can support max 8 fonts!\n"},
         {BAD_FONT, -1, "enter SetEdgeColor\n  ERROR SetEdgeColor: Only can support max 8 fonts!\n"},
         {EMPTY_SLOT, -1, "enter SetEdgeColor\n  ERROR SetEdgeColor: NULL POINTER!\n"},
-        {HIDDEN, 0, "enter SetEdgeColor\n"}, // and no exit trace
+        {HIDDEN, 0, "enter SetEdgeColor\n"}, // no exit trace
         {INACTIVE, -1, "enter SetEdgeColor\n  ERROR SetEdgeColor: Inactive context!\n"},
         {DEACTIVATED, -1, "enter SetEdgeColor\n  ERROR SetEdgeColor: Inactive context!\n"},
     };
@@ -216,7 +216,7 @@ TEST(SetEdgeColor, NeedsASelectedFontUnlikeTheOthers)
     Destroy(pDisplay);
 }
 
-TEST(TextStyle, JudgesTheContextAsAnUnsignedByte)
+TEST(TextStyle, ChecksTheContextAsAnUnsignedByte)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2, INDEX_COLORS, NO_CONTEXT);
     GivenFont(pDisplay);

@@ -14,7 +14,7 @@ static int Width(pKovaITextDisplay_t pDisplay, const void *pText, size_t uiBytes
                                     kova_uint8(uiBytes), KovaTextEncoding_e(iEncoding), puiWidth);
 }
 
-// The bytes that the font was asked to measure, as the trace writes them, for 16-bit text.
+// The bytes that the font measures for 16-bit text, in the notation of the trace.
 static std::string Measured(pKovaITextDisplay_t pDisplay, const Units_t &text, size_t uiBytes)
 {
     kova_uint32 uiWidth = 0;
@@ -64,7 +64,7 @@ TEST(Conversion, WritesEachUnitAsOneToThreeBytes)
         {{0x7FFF}, "<E7><BF><BF>"},
         {{0x8000}, "<E8><80><80>"},
         {{0xD7FF}, "<ED><9F><BF>"},
-        {{0xD800}, "<ED><A0><80>"}, // half a pair stands for itself
+        {{0xD800}, "<ED><A0><80>"}, // half of a pair is converted on its own
         {{0xDBFF}, "<ED><AF><BF>"},
         {{0xDC00}, "<ED><B0><80>"},
         {{0xDFFF}, "<ED><BF><BF>"},
@@ -74,7 +74,7 @@ TEST(Conversion, WritesEachUnitAsOneToThreeBytes)
         {{0xFFFF}, "<EF><BF><BF>"},
         {{0xD83D, 0xDE00}, "<ED><A0><BD><ED><B8><80>"},
         {{0x0000}, "<00>"},
-        {{0x0041, 0x0000, 0x0042}, "A<00>B"}, // a NUL ends nothing
+        {{0x0041, 0x0000, 0x0042}, "A<00>B"}, // a NUL is not a terminator
         {{0x0041, 0x00E9, 0x20AC, 0x0042}, "A<C3><A9><E2><82><AC>B"},
         {{}, ""},
     };
@@ -89,7 +89,7 @@ TEST(Conversion, WritesEachUnitAsOneToThreeBytes)
     DestroyUnlocked(pDisplay);
 }
 
-// Every unit there is, against the three forms written the long way round.
+// Every possible unit, compared with a plain implementation of the three forms.
 TEST(Conversion, WritesAllUnits)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
@@ -113,7 +113,7 @@ TEST(Conversion, WritesAllUnits)
             expected += acBytes;
         }
         ASSERT_EQ(Measured(pDisplay, text), "\"" + expected + "\"");
-        // The same in a text so long that each unit has to be asked whether it fits.
+        // The same in a text so long that each unit is checked for space.
         text.insert(text.end(), 60, 'x');
         ASSERT_EQ(Measured(pDisplay, text), "\"" + expected + Times(60, "x") + "\"");
     }
@@ -137,20 +137,20 @@ TEST(Conversion, IgnoresAnOddByteAtTheEnd)
     DestroyUnlocked(pDisplay);
 }
 
-// The measuring buffer has 256 bytes; all of them may be used, and no character is cut.
+// The measuring buffer has 256 bytes; all of them can be used, and no character is split.
 TEST(Conversion, StopsBeforeTheFirstCharacterThatDoesNotFit)
 {
     const std::string three = "<E2><82><AC>", two = "<C3><A9>";
     static const struct {
-        size_t uiThree, uiTwo, uiOne;    // characters of so many bytes, in this order
-        size_t uiThree2, uiTwo2, uiOne2; // what is left of them
+        size_t uiThree, uiTwo, uiOne;    // the number of characters with that many bytes, in this order
+        size_t uiThree2, uiTwo2, uiOne2; // the number that is converted
     } rows[] = {
         {85, 0, 0, 85, 0, 0},   // 255 bytes
         {86, 0, 0, 85, 0, 0},   // 258
-        {127, 0, 0, 85, 0, 0},  // 381, the most that can be passed
+        {127, 0, 0, 85, 0, 0},  // 381, the maximum that can be passed
         {85, 0, 1, 85, 0, 1},   // 256
         {85, 0, 2, 85, 0, 1},   // 257
-        {85, 1, 5, 85, 0, 0},   // the two bytes do not fit, and nothing comes after them
+        {85, 1, 5, 85, 0, 0},   // the two bytes do not fit, and nothing after them is converted
         {84, 2, 0, 84, 2, 0},   // 256
         {84, 2, 1, 84, 2, 0},   // 257
         {84, 1, 2, 84, 1, 2},   // 256
@@ -174,16 +174,16 @@ TEST(Conversion, StopsBeforeTheFirstCharacterThatDoesNotFit)
     DestroyUnlocked(pDisplay);
 }
 
-// A character of three bytes that does not fit leaves two bytes free, which a shorter one must not fill.
-TEST(Conversion, TakesNothingBehindTheCharacterThatDoesNotFit)
+// A three-byte character that does not fit leaves two bytes free, which a shorter one must not fill.
+TEST(Conversion, ConvertsNothingBehindTheCharacterThatDoesNotFit)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay);
     Units_t text(127, 0xE9);
-    text[126] = 0x20AC; // begins at byte 252
+    text[126] = 0x20AC; // starts at byte 252
     text[125] = 0x20AC;
     text[0] = 'x';
-    text[1] = 'x'; // now 2 + 123 * 2 = 248 bytes stand before the two of three
+    text[1] = 'x'; // now 2 + 123 * 2 = 248 bytes precede the two three-byte characters
 
     EXPECT_EQ(Measured(pDisplay, text), "\"xx" + Times(123, "<C3><A9>") + "<E2><82><AC><E2><82><AC>\"");
 
@@ -194,7 +194,7 @@ TEST(Conversion, TakesNothingBehindTheCharacterThatDoesNotFit)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(Conversion, HasRoomForTheLongestStringThatIsDrawn)
+TEST(Conversion, HasRoomForTheLongestStringToDraw)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay);
@@ -232,7 +232,7 @@ TEST(GetStringWidth, MeasuresInTheFontsUTF8Encoding)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(GetStringWidth, CopiesUTF8AndTakesNothingOfOtherEncodings)
+TEST(GetStringWidth, CopiesUTF8AndIgnoresOtherEncodings)
 {
     static const struct {
         int iEncoding;
@@ -241,7 +241,7 @@ TEST(GetStringWidth, CopiesUTF8AndTakesNothingOfOtherEncodings)
         kova_uint32 uiWidth;
     } rows[] = {
         {KOVA_TEXT_UTF8, 4, "<E2><82><AC>x", 40},
-        {KOVA_TEXT_UTF8, 1, "<E2>", 10}, // odd counts and cut characters go on as they are
+        {KOVA_TEXT_UTF8, 1, "<E2>", 10}, // odd counts and incomplete characters are passed on unchanged
         {KOVA_TEXT_UTF8, 6, "<E2><82><AC>x<00>y", 60},
         {KOVA_TEXT_UTF8, 0, "", 0},
         {KOVA_TEXT_ASCII, 4, "", 0},
@@ -280,7 +280,7 @@ TEST(GetStringWidth, CopiesAll255BytesOfUTF8)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(GetStringWidth, HandsANegativeWidthThrough)
+TEST(GetStringWidth, PassesANegativeWidthThrough)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay);
@@ -295,7 +295,7 @@ TEST(GetStringWidth, HandsANegativeWidthThrough)
     DestroyUnlocked(pDisplay);
 }
 
-TEST(GetStringWidth, PrintsFailuresAndGivesZero)
+TEST(GetStringWidth, PrintsFailuresAndReturnsZero)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     GivenFont(pDisplay);
@@ -315,7 +315,7 @@ TEST(GetStringWidth, PrintsFailuresAndGivesZero)
 
 TEST(GetStringWidth, RefusesInOrderAndLeavesTheWidthAlone)
 {
-    // Each row breaks what it names and all that is looked at later, as far as both can be.
+    // Each row creates the named fault and all faults that are checked later, where both are possible.
     enum Wrong_e {
         NULL_DISPLAY,
         BAD_CONTEXT,

@@ -45,7 +45,7 @@ static void ExpectLines(const Lines &lines, const Lines &patterns)
     }
 }
 
-// Level, category, file, function, line, thread; and the record that says the place again.
+// Level, category, file, function, line, thread; then the record that repeats the location.
 static std::string ErrorLine(const std::string &message)
 {
     return R"(ERROR +default File Error:7 \[[0-9a-f]+\] \[File:File Function:Error Line:7\]:)" + message;
@@ -53,7 +53,7 @@ static std::string ErrorLine(const std::string &message)
 
 static const char *const BEGUN = R"(WARNING default File Unfinished:9 \[[0-9a-f]+\] begun)";
 
-TEST(KovaDebug, ReportsErrorsAloneWithoutAThreshold)
+TEST(KovaDebug, ReportsOnlyErrorsWithoutAThreshold)
 {
     EXPECT_EQ(Probe(nullptr, "threshold"), Lines{"1"});
 }
@@ -65,7 +65,7 @@ TEST(KovaDebug, TakesTheThresholdFromTheEnvironment)
     }
 }
 
-TEST(KovaDebug, SaysThatItDoesNotUnderstandAThresholdAndKeepsItsOwn)
+TEST(KovaDebug, ReportsAnInvalidThresholdAndKeepsItsOwn)
 {
     for (const char *pcThreshold : {"6", "-1", "55", "all", "1 ", ""}) {
         const Lines lines = Probe(pcThreshold, "threshold");
@@ -81,11 +81,11 @@ TEST(KovaDebug, PutsTheThreeRecordsOfAnErrorOnOneLine)
     ExpectLines(Probe("1", "error"), {ErrorLine("what")});
 }
 
-TEST(KovaDebug, KeepsErrorsOnLinesOfTheirOwnWhileEightThreadsWrite)
+TEST(KovaDebug, KeepsErrorsOnSeparateLinesWhileEightThreadsWrite)
 {
     const Lines lines = Probe("1", "threads");
     const std::regex pattern(ErrorLine("([0-9]+)/([0-9]+)\\."));
-    std::map<std::string, int> next; // of each thread: the number of the error that comes next
+    std::map<std::string, int> next; // per thread: the number of its next error
 
     for (const std::string &line : lines) {
         std::smatch match;
@@ -101,7 +101,7 @@ TEST(KovaDebug, PrintsABannerWithoutTheEmptyLinesAroundIt)
     ExpectLines(Probe("5", "banner"), {R"(LOG +default File Banner:8 \[[0-9a-f]+\] #### banner ####)"});
 }
 
-TEST(KovaDebug, EndsALineWhenAnotherPlaceSpeaks)
+TEST(KovaDebug, EndsALineAtARecordFromAnotherPlace)
 {
     ExpectLines(Probe("2", "interrupted"), {BEGUN, ErrorLine("what")});
 }
@@ -112,7 +112,7 @@ TEST(KovaDebug, EndsALineWhenTheProgramOrItsThreadEnds)
     ExpectLines(Probe("2", "ended thread"), {BEGUN, ErrorLine("what")});
 }
 
-TEST(KovaDebug, CutsALongRecordAndStillEndsItsLine)
+TEST(KovaDebug, TruncatesALongRecordAndStillEndsItsLine)
 {
     ExpectLines(Probe("1", "long"), {ErrorLine("x{900,5000}"), ErrorLine("what")});
     const std::string trace = R"(LOG +default File main:11 \[[0-9a-f]+\] x{900,5000})";

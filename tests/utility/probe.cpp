@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Speaks to the logging library as a program would, one scene a run. The records come out on standard error.
+// Uses the logging library as a program would, one scene per run. The records appear on standard error.
 #include "kova/kova_textdisp.h"
 #include "kova_debug.h"
 
@@ -11,7 +11,7 @@
 
 enum { THREADS = 8, ERRORS_A_THREAD = 250 };
 
-// An error as the library makes one: where, what, and the end of the line.
+// An error as the library logs it: location, message, end of line.
 static void Error(const char *pcMessage)
 {
     kova_debug_log(KOVA_CAT_DEFAULT, 1, "File", __func__, 7, "[File:%s Function:%s Line:%d]:", "File",
