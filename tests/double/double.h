@@ -90,7 +90,8 @@ void FailThreadStart(int iError);
 void FailInitialization(int iError);
 void FailLoading(const std::string &error);                         // dlopen
 void FailSymbol(const std::string &name, const std::string &error); // dlsym
-void Reset(); // resets all of the above and the trace; objects stay alive
+// Resets all of the above and the trace. Objects stay alive; names restart if there are none.
+void Reset();
 
 // ---- the objects
 
