@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The order and the types of the fields of the display's record, from its start up to flip_clip, for programs
-// that look at it. Offsets follow from the sizes of pointers and of the threads library's types, so each
-// field is asked to stand where the one before it ends. A build of this file is the test.
+// Order and types of the fields of the display's record, from its start up to flip_clip, for programs that
+// read it. Offsets depend on the sizes of pointers and of the POSIX thread types, so each field is checked to
+// start where the previous one ends. Compiling this file is the test.
 #include "kova_textdisp_dfb/record.h"
 
 #include <stddef.h>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The window is reached through creation, activation, deactivation and the plane; its creation step by step
-// and its failures stand beside those of the display that it belongs to.
+// The window is tested through creation, activation, deactivation and the plane; display_test.cpp tests the
+// steps and failures of its creation.
 #include "expect.h"
 #include "support.h"
 

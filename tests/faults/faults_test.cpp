@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Every DirectFB call that an operation makes fails once with every result there is, or says OK and gives
-// nothing; so do the services that a display is made of. What must then be seen is worked out in oracle.cpp.
-// Run without arguments it ends with what was tried, an operation a line.
+// Fault injection: every DirectFB call of every operation fails once with every result, or returns DFB_OK
+// without an object; so do the services that creation uses. oracle.cpp derives the expected behaviour.
+// Without arguments the program ends with a summary, one line per operation.
 #include "oracle.h"
 
 #include "expect.h"
@@ -60,8 +60,7 @@ const struct {
     RESULT(INCOMPLETE),
     RESULT(NOCORE),
 };
-// On one layer and in one colour mode all of them, elsewhere the first few. To the thread sanitizer one is as
-// good as another.
+// All results on one layer and in one colour mode, a few elsewhere. For the thread sanitizer one is enough.
 #ifdef __SANITIZE_THREAD__
 enum { ALL_RESULTS = 1, FEW_RESULTS = 1 };
 #else
@@ -176,8 +175,8 @@ pKovaITextDisplay_t ReleasedPlane(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
     return pDisplay;
 }
 
-// As a layer that was not to be had leaves it: the context counts as active all the same. On layer 1 the
-// window is given up before the layer is asked for.
+// The state after a layer was not available: the context counts as active anyway. On layer 1 the window is
+// released before the layer is requested.
 template <Given_t given> pKovaITextDisplay_t WithoutLayer(KovaGraphicLayer_e eLayer, ColorMode_e eMode)
 {
     pKovaITextDisplay_t pDisplay = given(eLayer, eMode);
@@ -497,8 +496,8 @@ std::string StateOf(const KovaDFBDisplay_t &r)
     return state;
 }
 
-// Every operation once on what the fault left. Nothing is expected but that it ends, with the lock free;
-// named are those that kept it.
+// Calls every operation once in the state that the fault left. It must return; the result names the
+// operations that kept the lock.
 std::string PlayEverything(pKovaITextDisplay_t pDisplay)
 {
     std::string keepers;
@@ -592,7 +591,8 @@ private:
             if (bOurs || line.text.compare(0, 9, "DFB_CHECK") == 0) m_lines.push_back(line);
         }
         run.trace = Comparable(m_lines);
-        // After one of the faults at each call all other operations follow; after the others objects are counted.
+        // After one of the faults at each call all other operations follow; after the others objects are
+        // counted.
         pKovaITextDisplay_t pDisplay = Kova_TextDisp_GetDisplayByID(0);
         m_bPlayed = pDisplay && fault.iCall && fault.eResult == DFB_FAILURE;
         if (m_bPlayed) run.keepers += Played(pDisplay);
@@ -875,8 +875,8 @@ TEST(Service, ThatStartsNoThreadLeavesAContextThatDrawsAndFlips)
     }
 }
 
-// No result of theirs is looked at; what is zero-filled serves as initialized. The record's own lock is left
-// out: without its initialization it would not be recursive.
+// Their results are not checked; zero-filled memory works as initialised. The record's own lock is excluded:
+// without initialisation it would not be recursive.
 TEST(Service, ThatInitializesNoMutexAndNoConditionLeavesAWorkingThread)
 {
     MakeFirstDisplay();

@@ -17,9 +17,9 @@ enum Form_e {
 
 enum { LAYER_1 = 1, LAYERS_2_3 = 2, ANY_LAYER = 3 };
 
-// What the failure of a call is worth. What is not in the table is reported by DFB_CHECK and changes nothing
-// else, save that the calls on an object that was not given are not made: on a palette or a font they are
-// left out, as is a Release; on anything else they count as failed with DFB_DESTROYED.
+// The effect of a failed call. A call that is not in the table is reported by DFB_CHECK and changes nothing
+// else, except that calls on an object that was not returned are not made: on a palette or a font they are
+// skipped, as is Release; on anything else they fail with DFB_DESTROYED.
 struct Rule_t {
     const char *pcOperations; // each between bars; null means any; "UseBackupSurface.Off" is a variant
     int iLayers;
@@ -99,8 +99,8 @@ static const Rule_t s_rules[] = {
     {"|DrawPixel|", ANY_LAYER, "Surface.Lock", SILENT, nullptr, nullptr, ALL, "-1"},
     {"|DrawPixel|", ANY_LAYER, "Surface.Unlock", SILENT, nullptr, nullptr, ALL, "-1"},
 
-    // Fonts are judged by whether there is one. A font re-created that is not there is selected all the same:
-    // from its empty slot, which has no name.
+    // For fonts only the pointer counts. A font that could not be opened again is selected anyway, from its
+    // empty slot, which has no name.
     {"|CreateFont|", ANY_LAYER, "Dfb.CreateFont", CHECK, NO_FONT, nullptr, nullptr, "0 font -7"},
     {"|SetFont|", ANY_LAYER, "Font.Release", SILENT},
     {"|SetFont|ScaleFontWidth|", ANY_LAYER, "Dfb.CreateFont", CHECK, nullptr, nullptr, ALL},

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What an operation does when one of its DirectFB calls fails, worked out from what it does when none fails
-// and from a table of what each call is worth: which form reports it, and what its failure changes beyond the
-// report. The table is written from what the operations promise; nothing in it is read off the library.
+// Derives what an operation does when one of its DirectFB calls fails from what it does when none fails and
+// from a table of rules: which macro reports the call, and what else its failure changes. The table is
+// written from the documented behaviour; nothing in it is copied from the library's output.
 #ifndef TESTS_ORACLE_H
 #define TESTS_ORACLE_H
 
@@ -37,8 +37,8 @@ struct Scenario_t {
     std::set<std::string> absent; // kinds of missing objects: "base", "layer", "dfb"
 };
 
-// The text that is compared: without the records of single colours and encodings, palettes under one name,
-// and lines of DFB_CHECK without indentation, for they are noticed at the next event only.
+// The text to compare: without the records of single colours and encodings, with one name for all palettes,
+// and without the indentation of DFB_CHECK lines, which appear at the next event only.
 std::string Comparable(const std::vector<Line_t> &lines);
 // Without the numbers of palettes and fonts: each request creates an object.
 std::string Unnumbered(const std::string &names);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Who refuses what, in which order and with which words: all 34 operations, slot by slot. Each row lists an
-// operation's checks as its contract has them. Every set of simultaneous faults is then tried, so that the
-// order is proven and not only each check. The orders differ between operations, and are meant to.
+// The refusals of all 34 operations, slot by slot: which checks, in which order, with which message. Each row
+// lists the checks of an operation as documented. The test tries every set of simultaneous faults, so it
+// proves the order and not only each check. The orders intentionally differ between operations.
 #include "expect.h"
 #include "support.h"
 
@@ -551,8 +551,8 @@ protected:
 
     void Refuse(pKovaITextDisplay_t pDisplay, unsigned uiFaults, const Variant_t &variant);
 
-    // The source line that reports each fault when it comes alone. Where two faults are reported in the same
-    // words, the line tells which of them was found.
+    // The source line that reports each fault on its own. If two faults have the same message, the line shows
+    // which of them was found.
     std::map<std::pair<unsigned, bool>, int> m_lines;
 };
 

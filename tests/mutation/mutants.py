@@ -1,15 +1,15 @@
 # SPDX-License-Identifier: MIT
-"""Small mistakes that could stand in the library's sources, made by rule: one operator at one place is one mutant.
+"""Generates mutants of the library's sources by rule: one operator at one place is one mutant.
 
-The sources are read as .clang-format leaves them: a statement begins on a line of its own, a function's body lies
-between braces, and binary operators stand between spaces."""
+The sources must be formatted with .clang-format: each statement starts on a new line, function bodies are in braces, and
+binary operators have spaces around them."""
 import re
 from collections import Counter, namedtuple
 
-# offset and end bound the text that is replaced by what it becomes; number tells apart what looks the same.
+# offset and end delimit the text that "becomes" replaces; number distinguishes identical mutants.
 Mutant = namedtuple("Mutant", "file function operator offset end becomes removed added number")
 
-# What stands for the first may stand for the second, and the other way round.
+# Each of a pair can replace the other.
 TWINS = [
     ("DFB_CHECK", "DFB_CHECK_BRIEF"), ("TEXTDISP_ENTER", "TEXTDISP_EXIT"), ("LEVEL_ERROR", "LEVEL_LOG"),
     ("TEXTDISP_ERROR_RECORD", "TEXTDISP_TRACE"),

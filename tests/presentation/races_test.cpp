@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// No wake-up of the flip thread may be lost: neither one that comes after the thread has decided to wait and
-// before it waits, nor one that comes before it has even decided. First each of the two moments is held open;
-// then bursts and stops come in real time, with the thread made slow at both.
+// No wake-up of the flip thread may be lost, neither one that comes after the thread has decided to wait and
+// before it waits, nor one before that decision. First a gate stops the thread at each of the two points;
+// then bursts and stops run in real time, with the thread slowed down at both.
 #include "expect.h"
 #include "watchdog.h"
 

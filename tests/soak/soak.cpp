@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-// What hours of captions leave behind: captions, context switches and plane resizes on real DirectFB at 500
-// operations a second; then a table, and a failure where memory or descriptors grew past a bound.
+// A soak test: captions, context switches and plane resizes on real DirectFB at 500 operations per second.
+// Prints a table, and fails if memory or descriptors have grown past a bound.
 //
 // usage: kova_soak [--seconds N] [--layer 1|2|3] [--palette]
 //
-// Twenty operations come as a burst every 40 ms, the last of them a line, whose way to the screen is timed
-// (watch.h). Every two seconds both contexts are activated once and each plane is made smaller and as large
-// as before. Memory is looked at once in each such round, always at the same place.
+// Every 40 ms there is a burst of twenty operations; the last one is a line, whose latency to the screen is
+// measured (watch.h). Every two seconds both contexts are activated once, and each plane is made smaller and
+// large again. Memory is measured once in each such round, always at the same point.
 #include "watch.h"
 
 #include "kova/kova_textdisp.h"
@@ -30,10 +30,10 @@ namespace soak
 
 static constexpr milliseconds BURST_TIME(40);
 static constexpr int ROUND = 50; // bursts
-// What may be there at the end beyond what was there after the warm-up. The heap in use is counted to the
-// byte; published DirectFB makes it grow by itself, called without the library as well: by some 50 KiB in
-// 3000 activations, ever more slowly. Resident memory also has the heap's holes. What comes with the time is
-// a fifth of a byte, and two bytes, for an operation.
+// The growth allowed after the warm-up. The heap in use is exact; published DirectFB makes it grow by itself,
+// also without the library: by some 50 KiB in 3000 activations, more and more slowly. Resident memory also
+// includes the fragmentation of the heap. The part that grows with time allows a fifth of a byte (heap) and
+// two bytes (resident) per operation.
 static long HeapBound(double dSeconds)
 {
     return 64 + long(dSeconds * 0.1); // KiB
@@ -335,8 +335,8 @@ int main(int argc, char **argv)
     }
     const std::string system = iLayer == 1 ? "dummy" : "x11"; // the dummy system has one layer
     setenv("DFBARGS", ("system=" + system + ",mode=720x480,no-sighandler,no-banner,quiet").c_str(), 0);
-    // The library prints a banner to standard output at each activation of a layer; the table alone stands
-    // there.
+    // The library prints a banner to standard output at each activation of a layer; only the table should
+    // appear there.
     FILE *const pTable = fdopen(dup(STDOUT_FILENO), "w");
     if (!pTable || !freopen("/dev/null", "w", stdout)) soak::Soak::Fail("no standard output");
     const int iResult = soak::Run(pTable, KovaGraphicLayer_e(iLayer - 1), bPalette, iSeconds);

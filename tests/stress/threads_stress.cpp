@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Eight threads draw, show, hide, activate, resize and flip on one display, in real time, while its flip thread works.
-// Besides what the thread sanitizer finds, it checks that the lock is free at the end, that the last frame is on the
-// screen, that no direct flip came too soon after another, and that no object is left.
-// usage: threads_stress [OPERATIONS [THREADS]]    operations of each thread; the defaults are 20000 and 8
+// Eight threads draw, show, hide, activate, resize and flip on one display, in real time, while its flip
+// thread runs. Besides what the thread sanitizer finds, the test checks that the lock is free at the end,
+// that the last frame is on the screen, that no direct flip came too soon after another, and that no object
+// is left.
+// usage: threads_stress [OPERATIONS [THREADS]]    operations per thread; the defaults are 20000 and 8
 #include "double.h"
 #include "kova/kova_textdisp_dfb.h"
 #include "kova_textdisp_dfb/record.h"
@@ -47,8 +48,8 @@ void CountFlip(struct timeval asked)
     s_last = asked;
 }
 
-// One operation of a caption renderer, chosen by how often it calls it; Blit is not among them, for it waits
-// until no flip is pending, and here one always is.
+// One operation of a caption renderer, chosen by frequency of use. Blit is excluded: it waits until no flip
+// is pending, and here one always is.
 int Operate(pKovaITextDisplay_t p, unsigned uiChoice, kova_sint8 scContext)
 {
     static const unsigned short s_text[] = {'S', 't', 'r', 'e', 's', 's'};

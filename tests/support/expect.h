@@ -36,8 +36,8 @@ inline int CountOf(const std::string &text, const std::string &part)
     return iCount;
 }
 
-// A trace without the records of the loading of colours and encodings, which are hundreds, and with all
-// palettes under one name: each fetching of one makes an object.
+// A trace without the hundreds of records of loaded colours and encodings, and with one name for all
+// palettes: each request creates an object.
 inline std::string Tidy(const std::string &trace)
 {
     std::string tidy;

@@ -33,8 +33,8 @@ KovaTextContextParam_t ContextParam(kova_uint32 uiWidth = PLANE_WIDTH, kova_uint
 // After each of these the trace is empty, the clock is a second past the last flip, and the lock is watched.
 // A display as created by the facade, hidden and without contexts.
 pKovaITextDisplay_t GivenDisplay(KovaGraphicLayer_e eLayer, ColorMode_e eMode = INDEX_COLORS);
-// The same with as many contexts as the active one asks for, that one activated; the flip thread waits. With
-// NO_CONTEXT there is neither context nor thread. PACKED_COLORS stays in force although activation ends it.
+// The same with contexts 0 to iActive, the last one activated; the flip thread waits. With NO_CONTEXT there
+// is neither context nor thread. PACKED_COLORS stays in effect although an activation ends it.
 pKovaITextDisplay_t GivenHiddenDisplay(KovaGraphicLayer_e eLayer, ColorMode_e eMode = INDEX_COLORS,
                                        int iActive = 0);
 pKovaITextDisplay_t GivenShownDisplay(KovaGraphicLayer_e eLayer, ColorMode_e eMode = INDEX_COLORS,
@@ -49,8 +49,8 @@ bool AwaitIdleThread(pKovaITextDisplay_t pDisplay);
 // Waits until the thread's trace contains this text; false after a minute.
 bool AwaitThreadTrace(const std::string &text);
 
-// Destroys all contexts and the display, and expects that no DirectFB object is left but those named: the
-// ones whose release was made to fail.
+// Destroys all contexts and the display, and expects that no DirectFB object is left except the named ones,
+// whose release failed.
 void Destroy(pKovaITextDisplay_t pDisplay, const std::string &left = "");
 // The same, but first expects that the caller does not hold the display's lock.
 void DestroyUnlocked(pKovaITextDisplay_t pDisplay);

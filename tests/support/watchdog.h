@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Ends the process when a test is stuck: a thread that never ends, or a lock that nobody gives back, cannot
-// be told from outside.
+// Ends the process when a test hangs, on a thread that never ends or a lock that is never released, and names
+// the step.
 #ifndef TESTS_WATCHDOG_H
 #define TESTS_WATCHDOG_H
 

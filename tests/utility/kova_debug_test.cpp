@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The stand-in logging library, asked in processes of their own: it looks at its environment when it is
-// loaded.
+// The stub logging library, tested in separate processes, because it reads its environment when it is loaded.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -11,8 +10,7 @@
 
 using Lines = std::vector<std::string>;
 
-// What the probe prints, both streams, in one scene. A null threshold leaves KOVA_DEBUG out of its
-// environment.
+// Returns what the probe prints to both streams in one scene. With a null threshold KOVA_DEBUG is not set.
 static Lines Probe(const char *pcThreshold, const std::string &scene)
 {
     const std::string environment =
