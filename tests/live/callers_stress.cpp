@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Eight callers draw on one display on real DirectFB while they change its geometry. What is drawn cannot be compared:
-// the question is whether every call returns, nothing crashes and no sanitizer reports anything.
+// Eight callers draw on one display on real DirectFB while they change its geometry. The pixels cannot be
+// compared: the test checks that every call returns, nothing crashes and no sanitizer reports anything.
 // usage: callers_stress [SECONDS]    3 by default; KOVA_LIVE_LAYER is the layer, 2 by default
 #include "kova/kova_textdisp.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Contexts of different planes, activated in turn, and the fonts and palette that follow them.
-#include "bed.h"
+// Contexts with different planes, activated in turn, and their fonts and palette.
+#include "fixture.h"
 
 #include "kova_textdisp_dfb/record.h"
 
@@ -15,7 +15,7 @@ static const struct {
 static void Activate(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID)
 {
     Kova_TextDisp_SetActive(pDisplay, scContextID, 1);
-    if (Colors() == PACKED) { // activation leaves the 32-bit mode, and entering it drops the fonts
+    if (Colors() == PACKED) { // an activation ends 32-bit mode, and entering it closes the fonts
         kova_sint32 siFont = -1;
         ASSERT_EQ(pDisplay->Create32BitPlane(pDisplay, scContextID, 0, 0, planes[scContextID].uiWidth,
                                              planes[scContextID].uiHeight),
@@ -25,7 +25,7 @@ static void Activate(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID)
                   0);
         ASSERT_EQ(pDisplay->SetFont(pDisplay, scContextID, siFont, 33, KOVA_FONTATTR_NONE), 0);
     }
-    // The window of layer 1 is a new one with a palette of its own; a layer gets the palette anew.
+    // The window of layer 1 is new and has its own palette; a layer gets the palette again.
     if (Layer() == KOVA_GRAPHIC_LAYER1) LoadPalette(pDisplay, scContextID);
 }
 
@@ -58,7 +58,7 @@ static void ExpectBlank(const Picture_t &picture)
     EXPECT_EQ(std::vector<kova_uint8>(picture.data.size()), picture.data);
 }
 
-// Whether memory grows with the switches, tests/soak measures.
+// tests/soak measures whether memory grows with the switches.
 TEST(Contexts, DrawRightAfterEachOfManySwitches)
 {
     pKovaITextDisplay_t pDisplay = GivenDisplay();
@@ -80,7 +80,7 @@ TEST(Contexts, DrawRightAfterEachOfManySwitches)
     }
 
     for (int iRound = 0; iRound < ROUNDS; iRound++) {
-        // Begins with 1: activating the active context only wipes.
+        // Starts with 1: activating the active context only clears the plane.
         for (const int i : {1, 2, 3, 0}) {
             const auto scContextID = kova_sint8(i);
             Activate(pDisplay, scContextID);
@@ -91,7 +91,8 @@ TEST(Contexts, DrawRightAfterEachOfManySwitches)
     }
 }
 
-// Of another plane, while context 0 is active: its plane is built at its activation, and a message says so.
+// Creates a context with another plane while context 0 is active: its plane is built at its activation, which
+// is logged.
 static kova_sint8 GivenInactiveContext(pKovaITextDisplay_t pDisplay, kova_uint32 uiWidth,
                                        kova_uint32 uiHeight)
 {
@@ -101,7 +102,7 @@ static kova_sint8 GivenInactiveContext(pKovaITextDisplay_t pDisplay, kova_uint32
     return scContextID;
 }
 
-// With nothing done between the activation and the drawing.
+// Draws directly after the activation.
 TEST(Contexts, DrawOnTheWholeOfALargerPlaneAtOnce)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
@@ -130,7 +131,7 @@ TEST(Contexts, RefuseToDrawForAnotherThanTheActiveOne)
     EXPECT_NE(testing::internal::GetCapturedStderr().find("Inactive context!"), std::string::npos);
     ExpectBlank(Drawn());
 
-    // A line is for anybody.
+    // Any context can draw a line.
     EXPECT_EQ(pDisplay->DrawLine(pDisplay, scOther, 5, 5, 60, 60, Color(6)), 0);
     reference.SetColor(6);
     reference->DrawLine(reference.Surface(), 5, 5, 60, 60);
@@ -179,8 +180,8 @@ static void ExpectTextIn(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID, c
     EXPECT_TRUE(Same(reference.Pixels(), Drawn()));
 }
 
-// In the 32-bit mode no font outlives a plane.
-TEST(Fonts, AreThereAgainAfterAnActivation)
+// In 32-bit mode fonts are closed with the plane.
+TEST(Fonts, AreOpenedAgainAfterAnActivation)
 {
     if (Colors() == PACKED) GTEST_SKIP() << "no font outlives a 32-bit plane";
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
@@ -192,7 +193,7 @@ TEST(Fonts, AreThereAgainAfterAnActivation)
     Kova_TextDisp_SetActive(pDisplay, scOther, 1);
     if (Layer() == KOVA_GRAPHIC_LAYER1) LoadPalette(pDisplay, scOther);
 
-    ExpectTextIn(pDisplay, scOther, bold); // the one selected before
+    ExpectTextIn(pDisplay, scOther, bold); // the font selected before
     EXPECT_EQ(pDisplay->SetFont(pDisplay, scOther, 0, 20, KOVA_FONTATTR_NONE), 0);
     ExpectTextIn(pDisplay, scOther, sans);
 }
@@ -213,10 +214,10 @@ TEST(Fonts, LoseAScaledWidthInAnActivation)
     ExpectTextIn(pDisplay, scOther, plain);
 }
 
-// A font whose name is too long keeps its slot and has no name; an activation does not open it again, and
-// what stood behind it moves down. The number selected before then has no font, DirectFB is asked for one
-// without a name, refuses, and no font is selected: text is refused until one is.
-TEST(Fonts, MoveDownWhereANamelessOneStood)
+// A font whose name is too long keeps its slot but has no name. An activation does not open it again, and the
+// fonts behind it move down. The selected number then has no font: DirectFB refuses to open one without a
+// name, no font is selected, and text is refused until one is.
+TEST(Fonts, MoveDownToReplaceANamelessOne)
 {
     if (Colors() == PACKED) GTEST_SKIP() << "no font outlives a 32-bit plane";
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
@@ -232,7 +233,7 @@ TEST(Fonts, MoveDownWhereANamelessOneStood)
     EXPECT_EQ(siFont, 77);
     EXPECT_EQ(GivenFont(pDisplay, OTHER_FONT, 33), 2);
     const Font bold(OTHER_FONT, 33);
-    // The display forgets this font with the activation, so the test gives it back.
+    // The display loses this font with the activation, so the test releases it.
     IDirectFBFont *const pNameless = reinterpret_cast<const KovaDFBDisplay_t *>(pDisplay)->font[1].pFont;
     ASSERT_NE(pNameless, nullptr);
 
@@ -263,14 +264,14 @@ TEST(Contexts, DrawAgainAfterADeactivation)
     EXPECT_NE(testing::internal::GetCapturedStderr().find("Inactive context!"), std::string::npos);
 
     Kova_TextDisp_SetActive(pDisplay, 0, 1);
-    if (Colors() == PACKED) { // activation left the 32-bit mode
+    if (Colors() == PACKED) { // the activation ended 32-bit mode
         EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, PLANE_WIDTH, PLANE_HEIGHT), 0);
     }
     kova_sint32 siFont = -1;
     EXPECT_EQ(pDisplay->CreateFont(pDisplay, 0, FONT, 20, KOVA_FONTATTR_NONE, &siFont), 0);
-    EXPECT_EQ(siFont, 0); // deactivation gave the fonts back
+    EXPECT_EQ(siFont, 0); // the deactivation released the fonts
     EXPECT_EQ(pDisplay->SetFont(pDisplay, 0, 0, 20, KOVA_FONTATTR_NONE), 0);
-    // The layer that was handed out is gone, so only results and reports can be looked at on a layer.
+    // The layer is gone, so on a layer only results and reports can be checked.
     EXPECT_EQ(pDisplay->FillRect(pDisplay, 0, &rect, Color(5)), 0);
     pDisplay->SetEdgeType(pDisplay, 0, KOVA_TEXT_ENONE);
     EXPECT_EQ(DrawText(pDisplay, 0, "again", 10, 10), 0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// What was drawn reaches the screen, at once or by the thread, and the thread always ends.
-#include "bed.h"
+// Drawing reaches the screen, directly or through the flip thread, and the thread always ends.
+#include "fixture.h"
 
 #include <fcntl.h>
 #include <stdio.h>
@@ -99,7 +99,7 @@ TEST(Flip, ShowsWhatSeveralThreadsDrew)
     EXPECT_TRUE(Eventually([&] { return IsOnScreen(reference); }));
 }
 
-// A thread that does not end would hang the join for ever; the alarm ends the process then.
+// A thread that does not end would block the join for ever; then the alarm ends the process.
 TEST(FlipThread, EndsWithItsLastContextAlways)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
@@ -108,14 +108,14 @@ TEST(FlipThread, EndsWithItsLastContextAlways)
 
     for (kova_uint32 i = 0; i < 100; i++) {
         pDisplay->FillRect(pDisplay, 0, &rect, Color(i + 1));
-        // With a flip in each of its states: asked for, in its sleep, done, none.
+        // With a flip in each state: requested, sleeping, done, none.
         for (kova_uint32 k = 0; k < i % 4; k++) pDisplay->Flip(pDisplay, 0);
         if (i % 5 == 1) usleep(1000 * (i % 20));
         DestroyContext(pDisplay, 0);
         if (i % 5 == 2) usleep(100 * (i % 20));
         ASSERT_EQ(GivenContext(pDisplay), 0);
     }
-    // The context that is there now is context 0 again, which is active still.
+    // The existing context is context 0 again, which is still active.
     Reference reference;
     FillPlane(pDisplay, reference, 9);
     pDisplay->Flip(pDisplay, 0);
@@ -150,7 +150,7 @@ public:
         return kova_uint32(puc[0]) << 24 | kova_uint32(puc[1]) << 16 | kova_uint32(puc[2]) << 8 | puc[3];
     }
 
-    // Red, green and blue alone.
+    // The pure red, green and blue values.
     kova_uint32 Pixel(kova_uint32 uiX, kova_uint32 uiY) const
     {
         kova_uint32 uiPixel;
@@ -174,7 +174,7 @@ TEST(Flip, ReachesTheScreenOfTheXServer)
     Reference reference;
     KovaTextRect_t rect = {40, 60, 200, 90};
 
-    for (kova_uint32 i = 0; i < 9; i++) { // entries that are opaque: 1, 5, 9 ...
+    for (kova_uint32 i = 0; i < 9; i++) { // opaque entries: 1, 5, 9 ...
         FillPlane(pDisplay, reference, i * 4 + 1);
         pDisplay->FillRect(pDisplay, 0, &rect, Color(i * 4 + 101));
         reference.Fill(40, 60, 200, 90, i * 4 + 101);

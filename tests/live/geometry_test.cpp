@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Planes of another size, the 32-bit plane, and the scaling of the plane.
-#include "bed.h"
+// Planes of other sizes, the 32-bit plane, and scaling of the plane.
+#include "fixture.h"
 
 using namespace live;
 
@@ -18,7 +18,7 @@ static void ExpectFrame(pKovaITextDisplay_t pDisplay, kova_uint32 uiWidth, kova_
     EXPECT_TRUE(Same(reference.Pixels(), Drawn()));
 }
 
-TEST(SetPlane, GivesAPlaneOfTheSizeAskedFor)
+TEST(SetPlane, CreatesAPlaneOfTheRequestedSize)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
     const kova_uint32 auiSizes[][2] = {{640, 360}, {1920, 1080}, {17, 9}, {1, 1}, {720, 480}};
@@ -52,7 +52,7 @@ TEST(SetPlane, OpensTheFontsAgainAndKeepsTheSelection)
     EXPECT_TRUE(Same(reference.Pixels(), Drawn()));
 }
 
-TEST(AdjustDisplaySize, GivesALayerOfTheSizeAskedFor)
+TEST(AdjustDisplaySize, ResizesTheLayerToTheRequestedSize)
 {
     if (Layer() == KOVA_GRAPHIC_LAYER1) GTEST_SKIP() << "would resize the primary layer under the window";
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
@@ -63,7 +63,7 @@ TEST(AdjustDisplaySize, GivesALayerOfTheSizeAskedFor)
     ExpectFrame(pDisplay, 800, 450);
 }
 
-TEST(Create32BitPlane, DrawsPackedColorsAndGivesEverythingBack)
+TEST(Create32BitPlane, DrawsPackedColorsAndReleasesEverything)
 {
     if (Colors() != PACKED) GTEST_SKIP() << "for the packed colours";
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
@@ -85,7 +85,7 @@ TEST(Create32BitPlane, DrawsPackedColorsAndGivesEverythingBack)
     EXPECT_EQ(pDisplay->Flip(pDisplay, 0), 0);
 }
 
-// The colour mode of the creation holds until a context is activated.
+// The colour mode of the creation applies until a context is activated.
 TEST(Display, CreatedInThirtyTwoBitsDrawsPackedColors)
 {
     if (Colors() != PACKED) GTEST_SKIP() << "for the packed colours";
@@ -98,12 +98,12 @@ TEST(Display, CreatedInThirtyTwoBitsDrawsPackedColors)
     pKovaITextDisplay_t pDisplay = Kova_TextDisp_GetDisplayByID(0);
     ASSERT_NE(pDisplay, nullptr);
 
-    pDisplay->Show(pDisplay, 2); // no context yet: every identifier may act
+    pDisplay->Show(pDisplay, 2); // no active context yet: every identifier is accepted
     ExpectFrame(pDisplay, PLANE_WIDTH, PLANE_HEIGHT);
 }
 
-// Published DirectFB has no such call on a surface: the layer's rectangles replace it, or the failure is reported.
-TEST(SetSurfaceOsdScaleInfo, IsNeverSilentlyLeftOut)
+// Published DirectFB has no such call: the layer's rectangles replace it, or the failure is reported.
+TEST(SetSurfaceOsdScaleInfo, IsNeverSkippedSilently)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
     Surface_OsdScaleInfo info = {100, 50, 640, 360, 0, 0, 10, 20, 160, 100};
@@ -114,6 +114,6 @@ TEST(SetSurfaceOsdScaleInfo, IsNeverSilentlyLeftOut)
     EXPECT_NE(reported.find("TextDisp: [thread:"), std::string::npos) << reported;
     EXPECT_NE(reported.find("err 0x"), std::string::npos) << reported;
 
-    // Whatever was said, drawing goes on.
+    // Drawing works in any case.
     ExpectFrame(pDisplay, PLANE_WIDTH, PLANE_HEIGHT);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// One-bit bitmaps: published DirectFB leaves drawing them to the library. Compared with a plain loop.
-#include "bed.h"
+// One-bit bitmaps, which the library draws itself on published DirectFB, compared with a plain loop.
+#include "fixture.h"
 
 #include <string.h>
 
@@ -13,7 +13,7 @@ enum { ROUNDS = 4000, BATCHES = 150 };
 struct Glyph_t {
     std::vector<kova_uint8> data;
     int iX, iY, iWidth, iHeight, iRowByte, iBitOffset;
-    kova_uint32 uiForeground, uiBackground; // entries of the palette
+    kova_uint32 uiForeground, uiBackground; // palette entries
     KovaTextExpand_e eExpand;
 };
 
@@ -66,7 +66,7 @@ public:
         glyph.uiForeground = kova_uint32(Among(0, 255));
         glyph.uiBackground = kova_uint32(Among(0, 255));
         glyph.eExpand = KovaTextExpand_e(aiCodes[Among(0, 7)]);
-        // Not a byte more than the pixels lie in, so that a sanitizer sees one read too much.
+        // Exactly the bytes of the pixels, so that a sanitizer detects reads beyond them.
         const bool bEmpty = glyph.iWidth == 0 || glyph.iHeight == 0;
         const int iBytes =
             bEmpty ? 1 : (glyph.iHeight - 1) * glyph.iRowByte + (glyph.iBitOffset + glyph.iWidth - 1) / 8 + 1;
@@ -125,7 +125,7 @@ TEST(DrawPixelExpand, DrawsAsAPlainLoopDoes)
             << glyph.iHeight << " bit " << glyph.iBitOffset << " row " << glyph.iRowByte << " code "
             << glyph.eExpand << " clip " << clip.x1 << "," << clip.y1 << "-" << clip.x2 << "," << clip.y2;
     }
-    EXPECT_GT(iChanged, ROUNDS / 10); // enough of them met the clip
+    EXPECT_GT(iChanged, ROUNDS / 10); // enough of them are inside the clip
 }
 
 TEST(DrawPixelExpand, DrawsEveryFactorBitOffsetAndWidth)
@@ -157,7 +157,7 @@ TEST(DrawPixelExpand, DrawsEveryFactorBitOffsetAndWidth)
     }
 }
 
-// The plain loop itself, by hand: 3 by 2 pixels from bit 1 on, twice as wide and four times as high.
+// The expected pixels by hand: 3 by 2 pixels starting at bit 1, double width and quadruple height.
 TEST(DrawPixelExpand, DrawsTheMostSignificantBitFirst)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();

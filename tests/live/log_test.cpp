@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What the library says, and when: its errors through the logging library from the threshold of KOVA_DEBUG
-// on, a failed DirectFB call on standard error always.
-#include "bed.h"
+// What the library reports, and when: errors through the logging library, depending on the threshold of
+// KOVA_DEBUG, and failed DirectFB calls on standard error always.
+#include "fixture.h"
 
 #include <stdlib.h>
 
@@ -35,7 +35,7 @@ TEST(Log, ReportsAFailedCallWhateverTheThreshold)
     KovaTextRect_t outside = {PLANE_WIDTH + 10, PLANE_HEIGHT + 10, 5, 5};
 
     testing::internal::CaptureStderr();
-    EXPECT_EQ(pDisplay->SetClip(pDisplay, 0, &outside), 0); // DirectFB refuses such a clip
+    EXPECT_EQ(pDisplay->SetClip(pDisplay, 0, &outside), 0); // DirectFB refuses this clip
     const std::string said = testing::internal::GetCapturedStderr();
 
     EXPECT_NE(said.find("TextDisp: [thread:"), std::string::npos) << said;

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "bed.h"
+#include "fixture.h"
 
 namespace
 {
 
-// After the test's own surfaces and fonts are gone, which would not outlive DirectFB.
+// Runs after the test's own surfaces and fonts are destroyed, because they need DirectFB.
 class Cleaner : public testing::EmptyTestEventListener
 {
     void OnTestEnd(const testing::TestInfo &) override

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Copies: rows of bytes against a plain loop, and areas of the surface against DirectFB's own blit under the
-// same flags and colour key.
-#include "bed.h"
+// Copies: rows of bytes compared with a plain loop, and areas of the surface compared with DirectFB's own
+// blit with the same flags and colour key.
+#include "fixture.h"
 
 #include <random>
 
@@ -54,19 +54,19 @@ TEST(SetDstColorKey, LetsFillsThroughWhereTheKeyLies)
     const Picture_t keyed = Drawn();
     EXPECT_TRUE(Same(reference.Pixels(), keyed));
     EXPECT_FALSE(Same(stripes, keyed));
-    // A stripe of the key is painted over, its neighbour is not.
+    // A stripe in the key colour is overwritten, its neighbour is not.
     EXPECT_NE(keyed.Pixel(20, 50), stripes.Pixel(20, 50));
     EXPECT_EQ(keyed.Pixel(40, 50), stripes.Pixel(40, 50));
 
     EXPECT_EQ(pDisplay->SetDrawingFlags(pDisplay, 0, KOVA_DSDRAW_STRING_SHARP),
-              0); // no flag that DirectFB has
+              0); // not a DirectFB flag
     reference->SetDrawingFlags(reference.Surface(), DSDRAW_NOFX);
     EXPECT_EQ(pDisplay->FillRect(pDisplay, 0, &rect, Color(33)), 0);
     reference.Fill(10, 20, 200, 100, 33);
     EXPECT_TRUE(Same(reference.Pixels(), Drawn()));
 }
 
-// A copy reads the front buffer, so the last frame has to be there on both sides.
+// A copy reads the front buffer, so both sides need the last frame there.
 static void Present(pKovaITextDisplay_t pDisplay, Reference &reference)
 {
     ASSERT_EQ(pDisplay->Flip(pDisplay, 0), 0);
@@ -95,7 +95,7 @@ TEST(Blit, CopiesAsDirectFBCopiesUnderEveryFlag)
         EXPECT_EQ(pDisplay->SetDstColorKey(pDisplay, 0, Color(9)), 0);
         SetDstColorKey(reference, 9);
         Present(pDisplay, reference);
-        // The source key is DirectFB's default: no operation sets one.
+        // The source key is DirectFB's default: no operation sets it.
         EXPECT_EQ(pDisplay->SetBlittingFlags(pDisplay, 0, KovaTextBlitFlag_e(eFlags)), 0);
         reference->SetBlittingFlags(reference.Surface(), DFBSurfaceBlittingFlags(eFlags & 24));
         Copy(pDisplay, reference, 154, 100);
@@ -107,11 +107,11 @@ TEST(Blit, CopiesAsDirectFBCopiesUnderEveryFlag)
         EXPECT_TRUE(Same(reference.Pixels(), pictures.back())) << eFlags;
     }
     EXPECT_FALSE(Same(pictures[0], pictures[2])); // the destination key makes a difference
-    EXPECT_TRUE(Same(pictures[0], pictures[4]));  // 7 is no flag
-    EXPECT_TRUE(Same(pictures[3], pictures[5]));  // 255 is both
+    EXPECT_TRUE(Same(pictures[0], pictures[4]));  // 7 contains no valid flag
+    EXPECT_TRUE(Same(pictures[3], pictures[5]));  // 255 contains both
 }
 
-// A property of DirectFB that callers must know: a copy does not see what was drawn since the last flip.
+// A property of DirectFB that callers must know: a copy does not include what was drawn since the last flip.
 TEST(Blit, CopiesWhatWasLastFlipped)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
@@ -126,7 +126,7 @@ TEST(Blit, CopiesWhatWasLastFlipped)
     EXPECT_EQ(seen.Pixel(160, 120), 0u);
 }
 
-// The clip of the display as the last rectangle given made it.
+// The clip of the display, as set by the last rectangle.
 struct Clip_t {
     kova_uint32 uiX = 0, uiY = 0, uiWidth = PLANE_WIDTH, uiHeight = PLANE_HEIGHT;
 
@@ -140,7 +140,7 @@ struct Clip_t {
     }
 };
 
-// One byte a pixel, whatever the format. The source starts at its first byte even if the clip cuts off its first
+// One byte per pixel in every format. The source starts at its first byte even if the clip removes its first
 // columns and rows. A start left of or above the plane wraps to a huge number, so nothing is copied.
 static void CopyRows(Picture_t &picture, const Clip_t &clip, const kova_uint8 *pucSource, kova_uint32 uiX,
                      kova_uint32 uiY, kova_uint32 uiWidth, kova_uint32 uiHeight, kova_uint32 uiRowByte)
@@ -169,23 +169,24 @@ TEST(DrawPixel, CopiesRowsAsAPlainLoopDoes)
     Clip_t clip;
     int iChanged = 0;
 
-    pDisplay->SetFlip(pDisplay, Layer() == KOVA_GRAPHIC_LAYER1); // a flip a call would only take time
+    pDisplay->SetFlip(pDisplay, Layer() == KOVA_GRAPHIC_LAYER1); // a flip per call would only take time
     for (int i = 0; i < ROUNDS; i++) {
         if (i % 7 == 3) {
             clip.uiX = kova_uint32(among(0, PLANE_WIDTH - 1));
             clip.uiY = kova_uint32(among(0, PLANE_HEIGHT - 1));
-            clip.uiWidth = kova_uint32(among(1, PLANE_WIDTH)); // may reach past the plane
+            clip.uiWidth = kova_uint32(among(1, PLANE_WIDTH)); // can extend past the plane
             clip.uiHeight = kova_uint32(among(1, PLANE_HEIGHT));
             KovaTextRect_t rect = {clip.uiX, clip.uiY, clip.uiWidth, clip.uiHeight};
             ASSERT_EQ(pDisplay->SetClip(pDisplay, 0, &rect), 0);
         } else if (i % 7 == 6) {
-            ASSERT_EQ(pDisplay->SetClip(pDisplay, 0, nullptr), 0); // lifts DirectFB's clip, not this one's
+            ASSERT_EQ(pDisplay->SetClip(pDisplay, 0, nullptr),
+                      0); // removes DirectFB's clip, but not this one
         }
         const auto uiWidth = kova_uint32(among(0, 80)), uiHeight = kova_uint32(among(0, 60));
         const kova_uint32 uiRowByte = uiWidth + kova_uint32(among(0, 9));
         const auto uiX = kova_uint32(among(-30, PLANE_WIDTH + 20));
         const auto uiY = kova_uint32(among(-20, PLANE_HEIGHT + 20));
-        // Not a byte more than the rows hold, so that a sanitizer sees one read too much.
+        // Exactly the bytes of the rows, so that a sanitizer detects reads beyond them.
         std::vector<kova_uint8> source(uiHeight ? (uiHeight - 1) * uiRowByte + uiWidth : 0);
         for (kova_uint8 &uc : source) uc = kova_uint8(random());
         source.reserve(1);
@@ -198,11 +199,11 @@ TEST(DrawPixel, CopiesRowsAsAPlainLoopDoes)
             << "round " << i << ": " << int(uiX) << "," << int(uiY) << " " << uiWidth << "x" << uiHeight
             << " in " << clip.uiX << "," << clip.uiY << " " << clip.uiWidth << "x" << clip.uiHeight;
     }
-    EXPECT_GT(iChanged, ROUNDS / 10); // enough of them met the clip
+    EXPECT_GT(iChanged, ROUNDS / 10); // enough of them are inside the clip
 }
 
-// 6 of 10 columns are inside, and they are the first 6 of the bitmap, not the last.
-TEST(DrawPixel, ShowsTheFirstColumnsOfABitmapCutOffAtItsLeft)
+// 6 of 10 columns are visible, and they show the first 6 of the bitmap, not the last.
+TEST(DrawPixel, ShowsTheFirstColumnsOfABitmapClippedAtItsLeft)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
     KovaTextRect_t rect = {50, 20, 100, 100};
@@ -218,7 +219,7 @@ TEST(DrawPixel, ShowsTheFirstColumnsOfABitmapCutOffAtItsLeft)
     EXPECT_EQ(pucRow[56], 0);
 }
 
-TEST(DrawPixel, DrawsNothingUnderAClipThatBeginsOffThePlane)
+TEST(DrawPixel, DrawsNothingUnderAClipThatStartsOutsideThePlane)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
     KovaTextRect_t rect = {kova_uint32(-10), 0, 100, 100};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Rectangles, lines, clip, colour key and copies, compared with the same drawn by DirectFB alone.
-#include "bed.h"
+// Rectangles, lines and clip, compared with the same calls made on DirectFB directly.
+#include "fixture.h"
 
 using namespace live;
 
@@ -11,7 +11,7 @@ static void FillRect(pKovaITextDisplay_t pDisplay, kova_uint32 uiX, kova_uint32 
     EXPECT_EQ(pDisplay->FillRect(pDisplay, 0, &rect, Color(i)), 0);
 }
 
-TEST(Comparison, SeesOnePixelOfAnotherColor)
+TEST(Comparison, DetectsOnePixelOfAnotherColor)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
     Reference reference;
@@ -24,7 +24,7 @@ TEST(Comparison, SeesOnePixelOfAnotherColor)
     EXPECT_FALSE(Same(reference.Pixels(), Drawn()));
 }
 
-TEST(Comparison, SeesAPictureMovedByOnePixel)
+TEST(Comparison, DetectsAPictureMovedByOnePixel)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
     Reference reference;
@@ -34,7 +34,7 @@ TEST(Comparison, SeesAPictureMovedByOnePixel)
     EXPECT_FALSE(Same(reference.Pixels(), Drawn()));
 }
 
-TEST(Show, WipesThePlaneToTransparentAndItsFirstPaletteEntryToo)
+TEST(Show, ClearsThePlaneAndItsFirstPaletteEntryToTransparent)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
     KovaTextColor_t white = {255, 255, 255, 255};
@@ -59,7 +59,7 @@ TEST(Show, WipesThePlaneToTransparentAndItsFirstPaletteEntryToo)
     }
 }
 
-TEST(Show, GivesTheSurfaceTheLoadedPalette)
+TEST(Show, LoadsThePaletteIntoTheSurface)
 {
     if (Colors() != INDEX) GTEST_SKIP() << "only an indexed surface has a palette";
     GivenShownDisplay();
@@ -80,7 +80,7 @@ TEST(Show, GivesTheSurfaceTheLoadedPalette)
     pSurface->Release(pSurface);
 }
 
-TEST(Hide, WipesThePlaneAndKeepsEverythingOffIt)
+TEST(Hide, ClearsThePlaneAndPreventsDrawing)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
     GivenFont(pDisplay, FONT, 20);
@@ -107,7 +107,7 @@ TEST(FillRect, DrawsWhatDirectFBDraws)
     }
     FillRect(pDisplay, PLANE_WIDTH - 7, PLANE_HEIGHT - 5, 100, 100, 77);
     reference.Fill(PLANE_WIDTH - 7, PLANE_HEIGHT - 5, 100, 100, 77);
-    FillRect(pDisplay, kova_uint32(-4), kova_uint32(-3), 10, 10, 78); // begins off the plane
+    FillRect(pDisplay, kova_uint32(-4), kova_uint32(-3), 10, 10, 78); // starts outside the plane
     reference.Fill(-4, -3, 10, 10, 78);
 
     EXPECT_TRUE(Same(reference.Pixels(), Drawn()));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Activations of larger and smaller planes in turn, with drawing directly after each. A surface that still has the size
-// of the plane before shows as a wrong picture, or as a memory error under the address sanitizer.
-#include "bed.h"
+// Activations of larger and smaller planes in turn, with drawing directly after each. A surface that still
+// has the size of the previous plane gives a wrong picture, or a memory error under the address sanitizer.
+#include "fixture.h"
 
 #include <stdio.h>
 #include <string.h>
@@ -26,7 +26,8 @@ static void Activate(pKovaITextDisplay_t pDisplay, int iPlane)
     }
 }
 
-// A glyph in the lower right corner and one in the lower left that starts outside, and rows of pixels between them.
+// A glyph in the lower right corner, one in the lower left that starts outside, and rows of pixels between
+// them.
 static void DrawAll(pKovaITextDisplay_t pDisplay, int iPlane)
 {
     static kova_uint8 s_aucGlyph[GLYPH_WIDTH / 8 * GLYPH_HEIGHT], s_aucRows[8 * 8];
@@ -73,7 +74,7 @@ static Picture_t Expected(int iPlane)
             Plot(picture, -GLYPH_WIDTH / 2 + x, y, uiPixel);
         }
     }
-    // One byte a pixel in every format.
+    // One byte per pixel in every format.
     for (int y = iHeight - 5; y < iHeight; y++) memset(picture.At(0, y) + iWidth / 2, ROWS, 8);
     return picture;
 }
@@ -89,7 +90,7 @@ TEST(Switches, DrawAtOnceOnPlanesThatGrowAndShrink)
     std::vector<Picture_t> expected;
     for (int iPlane = 0; iPlane < 4; iPlane++) expected.push_back(Expected(iPlane));
 
-    // Up and down in turn, and each plane after each other one.
+    // Growing and shrinking in turn, and each plane after each other one.
     static const int aiOrder[] = {1, 0, 3, 2, 0, 2, 1, 3, 0, 1, 2, 3};
     int iWrong = 0;
     for (int iTurn = 0; iTurn < TURNS; iTurn++) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Strings with their edges, in every font the display can open, compared with the same passes drawn by DirectFB.
-#include "bed.h"
+// Strings with their edges, in every font the display can open, compared with the same passes drawn by
+// DirectFB.
+#include "fixture.h"
 
 #include <string.h>
 
@@ -8,8 +9,8 @@ using namespace live;
 
 struct Edge_t {
     KovaTextEdgeType_e eEdge;
-    std::vector<DFBPoint> edges; // where the string is drawn in the edge colour, in this order
-    DFBPoint text;               // and then in the text colour
+    std::vector<DFBPoint> edges; // positions of the string in the edge colour, in this order
+    DFBPoint text;               // then its position in the text colour
 };
 
 static const std::vector<Edge_t> &Edges()
@@ -41,7 +42,7 @@ static void DrawBackground(pKovaITextDisplay_t pDisplay)
     pDisplay->FillRect(pDisplay, 0, &rect, Color(BACKGROUND));
 }
 
-// With the font selected in the display, of the same description.
+// Uses a font with the same description as the one selected in the display.
 static void ExpectEdges(pKovaITextDisplay_t pDisplay, const Font &font)
 {
     pDisplay->SetTextForeColor(pDisplay, 0, Color(TEXT));
@@ -60,7 +61,7 @@ static void ExpectEdges(pKovaITextDisplay_t pDisplay, const Font &font)
             DrawPasses(reference, other, "Caption, fjord 0123", 20, 70);
             if (other.eEdge == edge.eEdge) {
                 EXPECT_TRUE(Same(reference.Pixels(), seen)) << "edge type " << edge.eEdge;
-            } else { // the comparison tells every edge from every other
+            } else { // the comparison distinguishes every pair of edges
                 EXPECT_FALSE(Same(reference.Pixels(), seen)) << edge.eEdge << " and " << other.eEdge;
             }
         }
@@ -103,7 +104,7 @@ TEST(DrawString, DrawsPlainTextForTheLastEdgeType)
     EXPECT_TRUE(Same(reference.Pixels(), Drawn()));
 }
 
-// The alignment is the caller's own affair.
+// The alignment has no effect.
 TEST(DrawString, StartsAtItsPositionWhateverTheAlignment)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
@@ -125,7 +126,7 @@ TEST(DrawString, StartsAtItsPositionWhateverTheAlignment)
     }
 }
 
-TEST(DrawString, DrawsEdgesThatBeginOffThePlane)
+TEST(DrawString, DrawsEdgesThatStartOutsideThePlane)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
     GivenFont(pDisplay, FONT, 24);
@@ -198,7 +199,7 @@ TEST(DrawString, DrawsSixteenBitAndUTF8TextAndNoASCII)
     for (kova_uint8 uc : Drawn().data) ASSERT_EQ(uc, 0);
 }
 
-TEST(DrawString, LeavesTheOddByteOfASixteenBitTextOut)
+TEST(DrawString, IgnoresTheOddByteOfASixteenBitText)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
     GivenFont(pDisplay, FONT, 28);
@@ -253,8 +254,8 @@ TEST(Fonts, DrawAsTheyAreOpenedAndReopened)
         EXPECT_TRUE(Same(reference.Pixels(), Drawn())) << c.pcWhat;
         pictures.push_back(reference.Pixels());
     }
-    // Smooth and not are told apart. Slanted and upright are not: published DirectFB takes the attribute and
-    // slants nothing in a file that has no slanted face.
+    // Text with and without anti-aliasing differs. Slanted and upright text does not: published DirectFB
+    // accepts the attribute, but does not slant a file without a slanted face.
     EXPECT_FALSE(Same(pictures[0], pictures[2]));
 }
 
@@ -283,13 +284,13 @@ TEST(ScaleFontWidth, DrawsWithTheWidthOfTheFactor)
     };
     EXPECT_EQ(pDisplay->ScaleFontWidth(pDisplay, 0, 1, 32768), 0);
     const int iHalf = expect(half);
-    EXPECT_EQ(pDisplay->ScaleFontWidth(pDisplay, 0, 0, 2 * 65536), 0); // enable false scales all the same
+    EXPECT_EQ(pDisplay->ScaleFontWidth(pDisplay, 0, 0, 2 * 65536), 0); // scales although enable is false
     const int iTwice = expect(twice);
     EXPECT_LT(iHalf * 3, iTwice);
     EXPECT_EQ(pDisplay->SetFont(pDisplay, 0, siFont, 24, KOVA_FONTATTR_NONE), 0); // keeps the width
     EXPECT_EQ(expect(twice), iTwice);
     EXPECT_EQ(pDisplay->SetFont(pDisplay, 0, siFont, 25, KOVA_FONTATTR_NONE), 0);
-    EXPECT_EQ(pDisplay->SetFont(pDisplay, 0, siFont, 24, KOVA_FONTATTR_NONE), 0); // forgets it
+    EXPECT_EQ(pDisplay->SetFont(pDisplay, 0, siFont, 24, KOVA_FONTATTR_NONE), 0); // resets it
     EXPECT_LT(expect(plain), iTwice);
 }
 
@@ -307,7 +308,7 @@ TEST(Metrics, AreThoseOfDirectFBsFont)
     EXPECT_EQ(pDisplay->GetUnderlineInfo(pDisplay, 0, 5, 99, 3, &siPosition, &siThickness), 0);
     font->GetUnderline(font.Interface(), &iPosition, &iThickness);
     EXPECT_EQ(siPosition, iPosition);
-    EXPECT_EQ(siThickness, iThickness); // published DirectFB says 0 and 0 of every font
+    EXPECT_EQ(siThickness, iThickness); // published DirectFB returns 0 and 0 for every font
     EXPECT_GT(iHeight, 32);
 }
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
-// A display on real DirectFB, what it drew, and the same drawn by DirectFB alone.
+// The test fixture: a display on real DirectFB, what it drew, and the same drawn with DirectFB only.
 //
-// Which display is tested comes from the environment, so that one executable runs every scenario on every
+// The environment selects the display under test, so that one executable runs every scenario on every
 // layer and in every colour mode: KOVA_LIVE_LAYER (1 to 3) and KOVA_LIVE_COLORS (index, palette, packed).
-#ifndef TEXTDISP_TESTS_LIVE_BED_H
-#define TEXTDISP_TESTS_LIVE_BED_H
+#ifndef TEXTDISP_TESTS_LIVE_FIXTURE_H
+#define TEXTDISP_TESTS_LIVE_FIXTURE_H
 
 #ifndef DIRECTFBPP_H
-#define DIRECTFBPP_H // keeps the C++ wrapper classes out of directfb.h
+#define DIRECTFBPP_H // excludes the C++ wrapper classes of directfb.h
 #endif
 #include "kova/kova_textdisp.h"
 #include "kova/kova_textdisp_dfb.h"
@@ -31,20 +31,20 @@ enum Colors_e {
     PACKED   // ARGB, a colour is 0xRRGGBBAA
 };
 
-// What this process tests.
+// The display under test in this process.
 KovaGraphicLayer_e Layer();
 Colors_e Colors();
 
-// 256 different colours of four opacities. Entry 0 is transparent black, as it is after a display was shown.
+// 256 different colours with four opacities. Entry 0 is transparent black, as after Show.
 const std::array<KovaTextColor_t, 256> &TestPalette();
 
-// Entry i of the palette as an argument of a drawing call, and of the bit-expanded drawing.
+// Entry i of the palette as a colour argument of drawing calls, and of bit-expanded drawing.
 kova_uint32 Color(kova_uint32 i);
 kova_sint32 GlyphColor(kova_uint32 i);
-// What that argument of the bit-expanded drawing leaves in the surface.
+// The surface pixel that this argument of bit-expanded drawing gives.
 kova_uint32 StoredColor(kova_uint32 i);
 
-// What fails here fails the test that asked for it and ends the process: nothing can follow.
+// A failure here fails the test and ends the process.
 pKovaITextDisplay_t GivenDisplay(kova_uint32 uiWidth = PLANE_WIDTH, kova_uint32 uiHeight = PLANE_HEIGHT);
 kova_sint8 GivenContext(pKovaITextDisplay_t pDisplay, kova_uint32 uiWidth = PLANE_WIDTH,
                         kova_uint32 uiHeight = PLANE_HEIGHT);
@@ -52,18 +52,18 @@ kova_sint8 GivenContext(pKovaITextDisplay_t pDisplay, kova_uint32 uiWidth = PLAN
 pKovaITextDisplay_t GivenShownDisplay(kova_uint32 uiWidth = PLANE_WIDTH, kova_uint32 uiHeight = PLANE_HEIGHT);
 void LoadPalette(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID);
 void DestroyContext(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID);
-// The contexts that are left and the display, if there is one. Called after every test.
+// Destroys the remaining contexts and the display, if there is one. Called after every test.
 void DestroyDisplay();
 
 IDirectFB *DirectFB();
-// The surface the display draws to, as anybody in the process can get at it: the layer's, or that of the one
-// window on the primary layer. To be released.
+// The surface that the display draws on, obtained independently: the layer's, or that of the only window on
+// the primary layer. The caller releases it.
 IDirectFBSurface *DisplaySurface();
 
-// Pixels as they lie in memory, rows without gaps.
+// Pixels as in memory, rows without gaps.
 struct Picture_t {
     int iWidth = 0, iHeight = 0;
-    int iBytes = 0; // of a pixel
+    int iBytes = 0; // per pixel
     std::vector<kova_uint8> data;
 
     kova_uint8 *At(int iX, int iY)
@@ -77,11 +77,11 @@ Picture_t Read(IDirectFBSurface *pSurface, bool bFront);
 Picture_t Drawn();    // what the next flip would show
 Picture_t OnScreen(); // what the last flip showed
 
-// Byte for byte; the message says where the two first differ, and in how many pixels.
+// Compares byte for byte; the message names the first difference and the number of different pixels.
 testing::AssertionResult Same(const Picture_t &expected, const Picture_t &seen);
 
-// A surface of the display's size and format, double-buffered as the display's is, that DirectFB draws on
-// without the library: what the display has to look like.
+// The expected picture: a double-buffered surface with the display's size and format, drawn with direct
+// DirectFB calls.
 class Reference
 {
 public:
@@ -98,11 +98,11 @@ public:
     {
         return m_pSurface;
     }
-    // Entry i of the palette, in the way of the colour mode.
+    // Sets entry i of the palette, as the colour mode requires.
     void SetColor(kova_uint32 i);
     void Fill(int iX, int iY, int iWidth, int iHeight, kova_uint32 i);
     void Text(const std::string &text, int iX, int iY);
-    // What was drawn becomes what a copy reads: DirectFB copies from the front buffer of a surface.
+    // Makes what was drawn available to copies: DirectFB copies from the front buffer of a surface.
     void Flip();
     Picture_t Pixels() const;
 
@@ -110,7 +110,7 @@ private:
     IDirectFBSurface *m_pSurface = nullptr;
 };
 
-// A font opened by DirectFB alone.
+// A font opened with DirectFB directly.
 class Font
 {
 public:
@@ -132,11 +132,11 @@ private:
     IDirectFBFont *m_pFont = nullptr;
 };
 
-// Opens the font in the display and selects it; its number.
+// Opens the font in the display and selects it; returns its number.
 kova_sint32 GivenFont(pKovaITextDisplay_t pDisplay, const char *pcName, kova_uint32 ucHeight,
                       KovaTextFontAttr_e eAttr = KOVA_FONTATTR_NONE);
 
-// ASCII text as 16-bit units, and drawn by the display.
+// ASCII text as 16-bit units; and drawing it with the display.
 std::vector<unsigned short> Wide(const std::string &text);
 int DrawText(pKovaITextDisplay_t pDisplay, kova_sint8 scContextID, const std::string &text, kova_uint32 uiX,
              kova_uint32 uiY);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "bed.h"
+#include "fixture.h"
 
 #include <stdio.h>
 #include <stdlib.h>
@@ -11,7 +11,7 @@
 namespace live
 {
 
-static std::set<kova_sint8> contexts; // those that are there
+static std::set<kova_sint8> contexts; // the existing ones
 
 static std::string Environment(const char *pcName, const char *pcDefault)
 {
@@ -19,7 +19,7 @@ static std::string Environment(const char *pcName, const char *pcDefault)
     return pcValue ? pcValue : pcDefault;
 }
 
-// A bed that does not stand proves nothing about the library, and nothing can go on without it.
+// Without a working fixture no test can continue.
 static void Demand(bool bCondition, const char *pcWhat)
 {
     if (bCondition) return;
@@ -49,7 +49,7 @@ const std::array<KovaTextColor_t, 256> &TestPalette()
         static const kova_uint8 aucOpacities[] = {255, 255, 192, 96};
         std::array<KovaTextColor_t, 256> colors = {};
         for (unsigned i = 1; i < 256; i++) {
-            // Odd factors permute the 256 values, so no two entries are alike.
+            // Odd factors permute the 256 values, so all entries differ.
             colors[i] = {kova_uint8(i * 37 + 11), kova_uint8(i * 91 + 5), kova_uint8(i * 173 + 60),
                          aucOpacities[i % 4]};
         }
@@ -145,7 +145,7 @@ IDirectFB *DirectFB()
     return static_cast<IDirectFB *>(Kova_TextDisp_GetDFB());
 }
 
-// Only one window is there, but its number is DirectFB's own.
+// There is only one window, but DirectFB chooses its number.
 static IDirectFBSurface *WindowSurface()
 {
     IDirectFBDisplayLayer *pLayer = nullptr;
@@ -198,7 +198,7 @@ Picture_t Read(IDirectFBSurface *pSurface, bool bFront)
     pSurface->GetSize(pSurface, &picture.iWidth, &picture.iHeight);
     Demand(eFormat == DSPF_LUT8 || eFormat == DSPF_ARGB, "a surface of LUT8 or ARGB");
     picture.iBytes = eFormat == DSPF_LUT8 ? 1 : 4;
-    // Locked for reading alone a surface gives its front buffer, for writing its back buffer.
+    // A read lock returns the front buffer of a surface, a write lock its back buffer.
     const auto eFlags = DFBSurfaceLockFlags(bFront ? DSLF_READ : DSLF_READ | DSLF_WRITE);
     Demand(pSurface->Lock(pSurface, eFlags, &pData, &iPitch) == DFB_OK, "locking the surface");
     const size_t uiRow = size_t(picture.iWidth) * size_t(picture.iBytes);
