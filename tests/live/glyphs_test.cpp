@@ -40,14 +40,14 @@ static void DrawPlainly(Picture_t &picture, const DFBRegion &clip, const Glyph_t
     }
 }
 
-class Lot
+class RandomGlyphs
 {
 public:
-    explicit Lot(unsigned uiSeed) : m_random(uiSeed)
+    explicit RandomGlyphs(unsigned uiSeed) : m_random(uiSeed)
     {
     }
 
-    int Among(int iFrom, int iTo)
+    int Between(int iFrom, int iTo)
     {
         return int(m_random() % unsigned(iTo - iFrom + 1)) + iFrom;
     }
@@ -56,16 +56,17 @@ public:
     {
         static const int aiCodes[] = {0, 1, 2, 3, 4, 5, 6, 7};
         Glyph_t glyph;
-        glyph.iWidth = Among(0, 48);
-        glyph.iHeight = Among(0, 48);
-        glyph.iBitOffset = Among(0, 9) == 0 ? Among(8, 40) : Among(0, 7);
+        glyph.iWidth = Between(0, 48);
+        glyph.iHeight = Between(0, 48);
+        glyph.iBitOffset = Between(0, 9) == 0 ? Between(8, 40) : Between(0, 7);
         const int iNeeded = (glyph.iBitOffset + glyph.iWidth + 7) / 8;
-        glyph.iRowByte = Among(0, 19) == 0 ? Among(0, iNeeded) : iNeeded + Among(0, 5); // rows may overlap
-        glyph.iX = Among(-120, int(PLANE_WIDTH) + 20);
-        glyph.iY = Among(-120, int(PLANE_HEIGHT) + 20);
-        glyph.uiForeground = kova_uint32(Among(0, 255));
-        glyph.uiBackground = kova_uint32(Among(0, 255));
-        glyph.eExpand = KovaTextExpand_e(aiCodes[Among(0, 7)]);
+        glyph.iRowByte =
+            Between(0, 19) == 0 ? Between(0, iNeeded) : iNeeded + Between(0, 5); // rows may overlap
+        glyph.iX = Between(-120, int(PLANE_WIDTH) + 20);
+        glyph.iY = Between(-120, int(PLANE_HEIGHT) + 20);
+        glyph.uiForeground = kova_uint32(Between(0, 255));
+        glyph.uiBackground = kova_uint32(Between(0, 255));
+        glyph.eExpand = KovaTextExpand_e(aiCodes[Between(0, 7)]);
         // Exactly the bytes of the pixels, so that a sanitizer detects reads beyond them.
         const bool bEmpty = glyph.iWidth == 0 || glyph.iHeight == 0;
         const int iBytes =
@@ -77,8 +78,8 @@ public:
 
     DFBRegion Clip()
     {
-        const int iX = Among(0, int(PLANE_WIDTH) - 1), iY = Among(0, int(PLANE_HEIGHT) - 1);
-        return {iX, iY, iX + Among(0, int(PLANE_WIDTH)), iY + Among(0, int(PLANE_HEIGHT))};
+        const int iX = Between(0, int(PLANE_WIDTH) - 1), iY = Between(0, int(PLANE_HEIGHT) - 1);
+        return {iX, iY, iX + Between(0, int(PLANE_WIDTH)), iY + Between(0, int(PLANE_HEIGHT))};
     }
 
 private:
@@ -104,18 +105,18 @@ static void SetClip(pKovaITextDisplay_t pDisplay, const DFBRegion &clip)
 TEST(DrawPixelExpand, DrawsAsAPlainLoopDoes)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
-    Lot lot(4711);
+    RandomGlyphs random(4711);
     Picture_t expected = Drawn();
     DFBRegion clip = {0, 0, PLANE_WIDTH - 1, PLANE_HEIGHT - 1};
     int iChanged = 0;
 
     for (int i = 0; i < ROUNDS; i++) {
-        if (i % 5 == 4) SetClip(pDisplay, clip = lot.Clip());
+        if (i % 5 == 4) SetClip(pDisplay, clip = random.Clip());
         if (i % 25 == 20) {
             ASSERT_EQ(pDisplay->SetClip(pDisplay, 0, nullptr), 0);
             clip = {0, 0, PLANE_WIDTH - 1, PLANE_HEIGHT - 1};
         }
-        Glyph_t glyph = lot.Glyph();
+        Glyph_t glyph = random.Glyph();
         ASSERT_EQ(Draw(pDisplay, glyph), 0);
         const Picture_t before = expected;
         DrawPlainly(expected, clip, glyph);
@@ -131,14 +132,14 @@ TEST(DrawPixelExpand, DrawsAsAPlainLoopDoes)
 TEST(DrawPixelExpand, DrawsEveryFactorBitOffsetAndWidth)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
-    Lot lot(815);
+    RandomGlyphs random(815);
     Picture_t expected = Drawn();
     const DFBRegion clip = {0, 0, PLANE_WIDTH - 1, PLANE_HEIGHT - 1};
 
     for (int iCode : {0, 1, 2, 4, 5, 6, 3, 7}) {
         for (int iBitOffset = 0; iBitOffset < 8; iBitOffset++) {
             for (int iWidth = 1; iWidth <= 48; iWidth++) {
-                Glyph_t glyph = lot.Glyph();
+                Glyph_t glyph = random.Glyph();
                 glyph.eExpand = KovaTextExpand_e(iCode);
                 glyph.iBitOffset = iBitOffset;
                 glyph.iWidth = iWidth;
@@ -147,7 +148,7 @@ TEST(DrawPixelExpand, DrawsEveryFactorBitOffsetAndWidth)
                 glyph.iX = 1;
                 glyph.iY = 1;
                 glyph.data.assign(size_t(2 * glyph.iRowByte), 0);
-                for (kova_uint8 &uc : glyph.data) uc = kova_uint8(lot.Among(0, 255));
+                for (kova_uint8 &uc : glyph.data) uc = kova_uint8(random.Between(0, 255));
                 ASSERT_EQ(Draw(pDisplay, glyph), 0);
                 DrawPlainly(expected, clip, glyph);
                 ASSERT_TRUE(Same(expected, Drawn()))
@@ -183,18 +184,18 @@ TEST(DrawPixelExpand, DrawsTheMostSignificantBitFirst)
 TEST(BatchDrawPixelExpand, DrawsAllOfThemInOrder)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay();
-    Lot lot(90210);
+    RandomGlyphs random(90210);
     Picture_t expected = Drawn();
 
     for (int i = 0; i < BATCHES; i++) {
-        const int iCount = i < 3 ? (i == 0 ? 0 : i == 1 ? 1 : 100) : lot.Among(0, 100);
-        const DFBRegion clip = lot.Clip();
+        const int iCount = i < 3 ? (i == 0 ? 0 : i == 1 ? 1 : 100) : random.Between(0, 100);
+        const DFBRegion clip = random.Clip();
         std::vector<Glyph_t> glyphs;
         std::vector<kova_uint8 *> data;
         std::vector<kova_uint32> x, y, width, height, row, offset;
         std::vector<kova_sint32> background, foreground;
         std::vector<KovaTextExpand_e> expand;
-        for (int k = 0; k < iCount; k++) glyphs.push_back(lot.Glyph());
+        for (int k = 0; k < iCount; k++) glyphs.push_back(random.Glyph());
         for (Glyph_t &glyph : glyphs) {
             data.push_back(glyph.data.data());
             x.push_back(kova_uint32(glyph.iX));
