@@ -97,7 +97,8 @@ void Reset();
 
 IDirectFBSurface *MakeSurface(const std::string &name, int iWidth, int iHeight,
                               DFBSurfacePixelFormat eFormat);
-// The memory of a surface. A byte written outside of its pixels ends the process, at once or when it is unlocked.
+// The memory of a surface. A byte written outside of its pixels ends the process, at once or when it is
+// unlocked.
 const unsigned char *Pixels(IDirectFBSurface *pSurface, int *piPitch);
 void SizeOf(IDirectFBSurface *pSurface, int *piWidth, int *piHeight);
 std::vector<unsigned char> Memory(IDirectFBSurface *pSurface); // rows without padding

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-// DrawPixel copies rows itself, so it must know how large the surface is. The size belongs to the surface: neither the
-// plane nor the last call that named a size decides. On the double a surface has real memory with a pitch larger than
-// its width, and one byte written outside of it ends the test.
+// DrawPixel copies rows itself, so it must know how large the surface is. The size belongs to the surface:
+// neither the plane nor the last call that named a size decides. On the double a surface has real memory with
+// a pitch larger than its width, and one byte written outside of it ends the test.
 #include "expect.h"
 
 #include <algorithm>
 
 using namespace test;
 
-// The sizes that a row names are those of the plane before, and of the surface that the test expects in the end.
+// The sizes that a row names are those of the plane before, and of the surface that the test expects in the
+// end.
 struct Size_t {
     kova_uint32 uiWidth, uiHeight;
 };
@@ -488,7 +489,7 @@ TEST(BackupSurface, IsNotMeasuredByACallThatDoesNotUseIt)
     Destroy(pDisplay);
 }
 
-TEST(BackupSurface, IsMeasuredAnewWhenAnotherTakesItsPlace)
+TEST(BackupSurface, IsMeasuredAgainWhenAnotherTakesItsPlace)
 {
     for (const Size_t size : NEW_SIZES) {
         pKovaITextDisplay_t pDisplay = GivenDisplayOn(KOVA_GRAPHIC_LAYER2);

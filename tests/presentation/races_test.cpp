@@ -350,7 +350,8 @@ TEST(FlipThread, EndsInTheMiddleOfBurstsToo)
 
 // ---- a thread that is ending
 
-// Holds the caller that destroys the last context up in its join, until the test's own thread has slept so often.
+// Holds the caller that destroys the last context up in its join, until the test's own thread has slept so
+// often.
 static void HoldTheJoinFor(int iSleeps, std::atomic<int> *piJoins)
 {
     BeforeThreadCall([=](const char *pcCall, const void *) {
