@@ -150,7 +150,7 @@ static void Nothing(const Control &)
 {
 }
 
-// Whom a code is for, and what it selects for the characters that follow.
+// Which channel a code is for, and what it selects for the characters that follow.
 enum Address : uint8_t {
     // The caption channel, which it selects.
     kToCaptions,
@@ -320,8 +320,8 @@ static void ReportExtended(const Control &control, uint8_t)
 
 // ------------------------------------------------------------------------------------------------- All control codes
 
-// The codes from a low to a high first byte and a low to a high second byte: whom they are for, what they do, how they
-// are reported.
+// The codes from a low to a high first byte and a low to a high second byte: which channel they are for, what they
+// do, how they are reported.
 struct ControlCode {
     uint8_t first_low, first_high;
     uint8_t second_low, second_high;

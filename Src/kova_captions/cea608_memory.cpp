@@ -96,7 +96,7 @@ void StepOntoLast(Channel &channel)
 }
 
 // Whether a preamble's mark has room left of a cell. A transparent space changes no attribute, so it is looked past.
-static bool HasRoomForMark(const Code *cells, int column)
+static bool MayTakeMark(const Code *cells, int column)
 {
     while (column > 0 && cells[column - 1].kind == kTransparentSpace) --column;
     return column == 0 || cells[column - 1].kind == kEmpty;
@@ -108,10 +108,11 @@ void Put(State &state, Channel &channel, Code code)
     Code *const cells = state.memories[memory].cells[channel.row];
     Code &cell = cells[channel.column];
 
-    // A mark stands in the cell to the left: of this cell it stays, and the one that stands here is overwritten.
+    // A mark is in the cell to the left of its text: this cell keeps its own, and the right neighbour loses the mark that
+    // was in this cell.
     code.mark = cell.mark;
     if (code.kind != kTransparentSpace) {
-        if (channel.preamble && HasRoomForMark(cells, channel.column)) code.mark = channel.preamble;
+        if (channel.preamble && MayTakeMark(cells, channel.column)) code.mark = channel.preamble;
         if (channel.column < kLastColumn) cells[channel.column + 1].mark = 0;
     }
     cell = code;
@@ -121,7 +122,7 @@ void Put(State &state, Channel &channel, Code code)
     TouchRow(state, channel, memory, channel.row);
 }
 
-// Empties a cell and takes away the mark that stands in it.
+// Empties a cell and removes the mark in it.
 static void Erase(Code *cells, int column)
 {
     const uint8_t mark = cells[column].mark;

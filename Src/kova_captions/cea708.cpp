@@ -60,7 +60,7 @@ static bool IsVariable(const uint8_t *bytes, int count)
     return count >= 2 && bytes[0] == kExtended && bytes[1] >= 0x90 && bytes[1] <= 0x9F;
 }
 
-// The length that the bytes announce, or 0 while too few are there to tell.
+// The length that the bytes announce, or 0 if there are too few to know.
 static int AnnouncedLength(const uint8_t *bytes, int count, bool korean)
 {
     if (bytes[0] == kExtended) {

@@ -11,7 +11,7 @@ namespace captions
 // The longest element: a variable C3 command.
 constexpr int kLongestElement = 3 + 31;
 
-// The bytes of the element that starts here, or 0 while too few are there to tell or to be whole. [708 7.1]
+// The bytes of the element that starts here, or 0 if it is not complete yet. [708 7.1]
 int ElementLength(const uint8_t *bytes, int count, bool korean);
 
 // A window with the service it belongs to.

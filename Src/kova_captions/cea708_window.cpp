@@ -186,9 +186,9 @@ void CompleteRow(Window &window)
     window.completed |= uint64_t(1) << PenLine(window);
 }
 
-// Text that is not at the left cannot grow once its row is done: a new character starts the row anew.
+// Text that is not left-justified cannot grow once its row is complete: a new character clears the row first.
 // [79.102(g)(1)(ii)]
-static void StartJustifiedRowAnew(const Target &target)
+static void ClearCompletedRow(const Target &target)
 {
     Window &window = target.window;
     const int line = PenLine(window);
@@ -202,7 +202,7 @@ void Print(const Target &target, uint16_t character, uint8_t kind)
 {
     Window &window = target.window;
 
-    StartJustifiedRowAnew(target);
+    ClearCompletedRow(target);
     const int line = PenLine(window), place = PenPlace(window);
     Cell &cell = CellAt(window, line, place);
     cell = window.brush;

@@ -122,7 +122,7 @@ uint16_t G2Character(uint8_t code)
 
 uint16_t G3Character(uint8_t code)
 {
-    // The CC icon has no Unicode of its own.
+    // Unicode has no CC icon: this is a code point for private use.
     constexpr uint16_t kIcon = 0xE9A0;
     return code == 0xA0 ? kIcon : kUnderscore;
 }

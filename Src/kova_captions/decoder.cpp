@@ -89,7 +89,7 @@ static void NumberServices(State &state)
     }
 }
 
-// The services and the events lie behind the decoder in its block of memory.
+// The services and the events follow the decoder in its block of memory.
 static void LayOut(KovaCaptions *decoder, const KovaCaptionsOptions &options)
 {
     State &state = decoder->state;

@@ -47,8 +47,8 @@ static const Values kValues[] = {
 
 // ------------------------------------------------------------------------------------------------------------- Events
 
-// One line an event, in the order of KovaCaptionsCode: its name, then its arguments, each behind the letter that says how
-// it is written: # decimal, x two hexadecimal digits, X four, C a colour of 708, or a letter of kValues.
+// One line per event, in the order of KovaCaptionsCode: its name, then its arguments, each with a first letter that says
+// how it is printed: # decimal, x two hexadecimal digits, X four, C a colour of 708, or a letter of kValues.
 static const char kEvents[] =
     "Text\0\0"
     "TransparentSpace\0\0"

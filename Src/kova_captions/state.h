@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// All that a decoder knows, as plain data. Decoding is a function from state, bytes and time to state; what stands here
-// has no behaviour of its own.
+// The state of a decoder, as plain data. Decoding is a function from state, bytes and time to state.
 #ifndef KOVA_CAPTIONS_STATE_H
 #define KOVA_CAPTIONS_STATE_H
 

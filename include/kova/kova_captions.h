@@ -13,7 +13,7 @@
     All channels (CC1 to CC4, T1 to T4) and the services asked for are decoded all the time. Which one is shown is the
     reader's choice and costs nothing to change.
 
-    **Time** is the caller's, a count of microseconds of any origin. The library has no clock of its own: delays,
+    **Time** comes from the caller, in microseconds from any origin. The library reads no clock: delays,
     effects, rolls and timeouts end when a push or Kova_Captions_Advance brings a time that is late enough, and they
     end at their own exact time, whenever the call comes. Times outside +-2^61 are read as the nearest limit. A time up
     to 1 s before the latest one counts as the latest one; a time that is further back is a discontinuity.
@@ -369,7 +369,7 @@ typedef struct KovaCaptionsWindow {
     KovaCaptionsPen pen;                     /**< what prints next */
     uint8_t reserved_after_pen[4];           /**< 0 */
     /** The first definition.columns cells of the first definition.rows rows; the rest is empty. Text is stored from a
-        row's start whatever the justification: justifying is drawing. */
+        row's start for every justification; the renderer justifies it. */
     KovaCaptionsWindowCell cells[KOVA_CAPTIONS_WINDOW_ROWS][KOVA_CAPTIONS_WINDOW_COLUMNS];
 } KovaCaptionsWindow;
 
@@ -404,7 +404,7 @@ enum KovaCaptionsRatingSystem {
     KOVA_CAPTIONS_RATING_CANADIAN_FRENCH = 4
 };
 
-/** What extended data services (XDS) tell of the current programme and the channel. What was not received, or not with
+/** What extended data services (XDS) report about the current programme and the channel. What was not received, or not with
     a right checksum, is empty or zero. Texts are UTF-8 and end with a zero byte. */
 typedef struct KovaCaptionsProgram {
     /** Changes whenever anything here does. */
@@ -709,7 +709,7 @@ KOVA_CAPTIONS_API int Kova_Captions_GetService(KovaCaptions *decoder, uint8_t se
                                                KovaCaptionsService *state, KovaCaptionsWindow *windows,
                                                uint8_t window_map);
 
-/** Copies what extended data services told.
+/** Copies the extended data.
     @param decoder from Kova_Captions_Create
     @param program filled
     @return 0, or -1 for a null pointer */
@@ -762,7 +762,7 @@ KOVA_CAPTIONS_API int Kova_Captions_NextEvent(KovaCaptions *decoder, KovaCaption
 KOVA_CAPTIONS_API int Kova_Captions_EndRuns(KovaCaptions *decoder);
 
 /** Writes an event for people, name and arguments, such as `SetPenLocation row=0 column=3` or `Text "HELLO"`, in UTF-8
-    without a line feed. In a text a backslash stands before `"` and `\`.
+    without a line feed. In a text `"` and `\` are escaped with a backslash.
     @param event from Kova_Captions_NextEvent
     @param line room for size bytes; what does not fit is cut off, at a whole character, and a zero byte ends it; may be
            null if size is 0
