@@ -48,13 +48,13 @@ static const Values kValues[] = {
 // ------------------------------------------------------------------------------------------------------------- Events
 
 // One line per event, in the order of KovaCaptionsCode: its name, then its arguments, each with a first letter that says
-// how it is printed: # decimal, x two hexadecimal digits, X four, C a colour of 708, or a letter of kValues.
+// how it is printed: # decimal, h two hexadecimal digits, H four, C a colour of 708, or a letter of kValues.
 static const char kEvents[] =
     "Text\0\0"
     "TransparentSpace\0\0"
     "Backspace\0\0"
     "CarriageReturn\0\0"
-    "UnknownCode\0Xcode\0\0"
+    "UnknownCode\0Hcode\0\0"
     "ResumeCaptionLoading\0\0"
     "AlarmOff\0\0"
     "AlarmOn\0\0"
@@ -72,16 +72,16 @@ static const char kEvents[] =
     "MidRow\0ccolor\0#italics\0#underline\0\0"
     "BackgroundAttributes\0ccolor\0oopacity\0\0"
     "BlackForeground\0#underline\0\0"
-    "CharacterSet\0xset\0\0"
+    "CharacterSet\0hset\0\0"
     "EndOfText\0\0"
     "FormFeed\0\0"
     "HorizontalCarriageReturn\0\0"
     "SetCurrentWindow\0#window\0\0"
-    "ClearWindows\0xwindows\0\0"
-    "DisplayWindows\0xwindows\0\0"
-    "HideWindows\0xwindows\0\0"
-    "ToggleWindows\0xwindows\0\0"
-    "DeleteWindows\0xwindows\0\0"
+    "ClearWindows\0hwindows\0\0"
+    "DisplayWindows\0hwindows\0\0"
+    "HideWindows\0hwindows\0\0"
+    "ToggleWindows\0hwindows\0\0"
+    "DeleteWindows\0hwindows\0\0"
     "Delay\0#tenths\0\0"
     "DelayCancel\0\0"
     "Reset\0\0"
@@ -100,10 +100,10 @@ static const char kEvents[] =
     "SequenceGap\0#expected\0#received\0\0"
     "ShortPacket\0#bytes\0#announced\0\0"
     "StrayData\0\0"
-    "BadServiceBlock\0xheader\0\0"
+    "BadServiceBlock\0hheader\0\0"
     "CutElement\0#bytes\0\0"
     "BufferFull\0\0"
-    "ParityError\0#field\0xfirst\0xsecond\0\0"
+    "ParityError\0#field\0hfirst\0hsecond\0\0"
     "InvalidData\0#field\0\0"
     "CutCcData\0#count\0#present\0\0"
     "Timeout\0\0"
@@ -196,9 +196,9 @@ static void WriteArgument(Line &line, const char *argument, uint16_t value)
     Write(line, argument + 1);
     Write(line, "=");
     switch (argument[0]) {
-    case 'x':
+    case 'h':
         return WriteHexadecimal(line, value, 2);
-    case 'X':
+    case 'H':
         return WriteHexadecimal(line, value, 4);
     case 'c':
         return WriteName(line, 'c', Components(value));
