@@ -65,6 +65,24 @@ TEST(Cdp, YieldsTheSameTripletsWithTimeCodeAndServices)
     EXPECT_EQ(cdp.time_code.frames, 14);
     EXPECT_EQ(cdp.time_code.drop, 1);
     EXPECT_EQ(cdp.second_field, 0);
+
+    // bit 7 of the seconds
+    ByteString packet = Hex(COMPLETE);
+    packet[10] = 0xB3;
+    ReadCdp(WithChecksum(packet), triplets, &cdp);
+    EXPECT_EQ(cdp.second_field, 1);
+    EXPECT_EQ(cdp.time_code.seconds, 33);
+}
+
+TEST(Cdp, MayEndWithItsHeader)
+{
+    TripletList triplets;
+    KovaCaptionsCdp cdp;
+
+    EXPECT_EQ(ReadCdp(Hex("96 69 07 4f 43 00 01"), triplets, &cdp), 0);
+    EXPECT_EQ(triplets->errors, 1u);
+    EXPECT_EQ(ReadCdp(Hex("96 69 0b 4f 43 00 01 71 d1 a2 33"), triplets, &cdp), 0);
+    EXPECT_EQ(cdp.has_time_code, 0);
 }
 
 TEST(Cdp, YieldsTheServicesItAnnounces)

@@ -179,6 +179,16 @@ TEST(RollUp, RollsInNoMoreThan433Milliseconds)
     EXPECT_EQ(decoder.Channel(CC1)->roll.kind, KOVA_CAPTIONS_STILL);
 }
 
+TEST(RollUp, RollsNothingVisibleOnAnEmptyDisplay)
+{
+    Requirement("B35");
+    Driver decoder;
+
+    decoder.Send(Code(RU3) + Code(CR));
+
+    EXPECT_EQ(decoder.Channel(CC1)->roll.kind, KOVA_CAPTIONS_STILL);
+}
+
 TEST(RollUp, EndsARollAtTheNextCarriageReturn)
 {
     Requirement("B35");

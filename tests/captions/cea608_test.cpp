@@ -49,6 +49,16 @@ TEST(Parity, OfACharacterWithoutASecondOne)
     EXPECT_EQ(decoder.Displayed(), "15 █X");
 }
 
+TEST(Parity, OfTheSecondByteAfterASpace)
+{
+    Requirement("B1");
+    Driver decoder;
+
+    decoder.Send(PaintOn() + Wrong(0x20, 0x42));
+
+    EXPECT_EQ(decoder.Displayed(), "15  █");
+}
+
 TEST(Parity, OfTheSecondByteOfAControlPairLetsTheRepetitionAct)
 {
     Requirement("B2");

@@ -52,6 +52,9 @@ TEST(Events608, NameEveryCode)
         {Twice(0x17, 0x2D), "cc1 BackgroundAttributes opacity=transparent\n"},
         {Twice(0x17, 0x2F), "cc1 BlackForeground underline=1\n"},
         {Twice(0x11, 0x39), "cc1 TransparentSpace\n"},
+        {Twice(0x17, 0x24), "cc1 CharacterSet set=0x24\n"},
+        {Twice(0x17, 0x2A), "cc1 CharacterSet set=0x2a\n"},
+        {Twice(0x10, 0x3F), "cc1 UnknownCode code=0x103f\n"},
     };
 
     // Codes are reported whether they have an effect or not, and the repetition is not.
@@ -83,6 +86,30 @@ TEST(Events608, PutCharactersIntoRuns)
     EXPECT_STREQ(line, "Text \"AB\\\"é♪eÉ\"");
     EXPECT_EQ(event.time, start);
     EXPECT_EQ(decoder.Events(), "cc1 CarriageReturn\ncc1 Text \"C\"\n");
+}
+
+TEST(Events608, EndARunAtATransparentSpace)
+{
+    Driver decoder(WithEvents());
+
+    decoder.Send(Code(RDC) + Text("AB") + Twice(0x11, 0x39) + Text("CD"));
+
+    EXPECT_EQ(decoder.Events(),
+              "cc1 ResumeDirectCaptioning\ncc1 Text \"AB\"\ncc1 TransparentSpace\ncc1 Text \"CD\"\n");
+}
+
+TEST(EventsOfTimeouts, NameTheSourceThatWasBlanked)
+{
+    Driver decoder(WithEvents());
+    decoder.Send(2, Code(RDC, 4) + Pac(15, WHITE, false, 4) + Text("HI"));
+    decoder.SendService(2, Define(Window(0)) + Ascii("HI"));
+    decoder.Events();
+
+    decoder.Wait(17 * SECOND);
+
+    const std::string events = decoder.Events();
+    EXPECT_NE(events.find("cc4 Timeout\n"), std::string::npos) << events;
+    EXPECT_NE(events.find("s2 Timeout\n"), std::string::npos) << events;
 }
 
 TEST(Events708, NameEveryCommand)
@@ -117,6 +144,11 @@ TEST(Events708, NameEveryCommand)
          "s1 DefineWindow window=0 visible=1 rowlock=1 collock=1 priority=0 relative=0 anchor_v=62 "
          "anchor_h=35 anchor=7 "
          "rows=2 columns=32 window_style=1 pen_style=1\n"},
+        {Hex("9d 15 a3 4d 82 11 2b"), "s1 DefineWindow window=5 visible=0 rowlock=1 collock=0 priority=5 "
+                                      "relative=1 anchor_v=35 anchor_h=77 anchor=8 "
+                                      "rows=3 columns=18 window_style=5 pen_style=3\n"},
+        {Hex("93"), "s1 UnknownCode code=0x0093\n"},
+        {Hex("10 90 00"), "s1 UnknownCode code=0x1090\n"},
         {Ascii("HELLO"), "s1 Text \"HELLO\"\n"},
         {Hex("10 20"), "s1 TransparentSpace\n"},
     };

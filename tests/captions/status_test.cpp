@@ -85,7 +85,9 @@ TEST(Revisions, OfWindowsCountAsVisibleWhatIsOnDisplay)
     EXPECT_FALSE(hidden.visible);
     EXPECT_TRUE(send(DisplayWindows(0x01)).visible);
     EXPECT_FALSE(send(DisplayWindows(0x01)).visible);
-    EXPECT_FALSE(send(SetPenLocation(0, 0)).visible);
+    const Changes pen = send(SetPenLocation(0, 0));
+    EXPECT_TRUE(pen.any);
+    EXPECT_FALSE(pen.visible);
     EXPECT_FALSE(send(SetPenAttributes({})).visible);
     EXPECT_TRUE(send(Ascii("x")).visible);
     EXPECT_FALSE(send(Define(Window(1).Hidden())).visible);
@@ -129,6 +131,44 @@ TEST(Revisions, OfTheDecoderChangeWithAnySource)
     EXPECT_TRUE(changes(ToTriplets(2, Xds(1, 3, "NAME"))));
     EXPECT_FALSE(changes(Hex("fa 00 00  fc 80 80  f9 80 80")));
     EXPECT_EQ(Kova_Captions_Revision(nullptr), 0u);
+}
+
+TEST(FlashSince, TellsWhetherSomethingVisibleFlashes)
+{
+    PenColor foreground, background;
+    foreground.foregroundOpacity = KOVA_CAPTIONS_FLASH;
+    background.backgroundOpacity = KOVA_CAPTIONS_FLASH;
+    WindowAttributes fill;
+    fill.fillOpacity = KOVA_CAPTIONS_FLASH;
+    const ByteString looks[] = {SetPenColor(foreground), SetPenColor(background), SetWindowAttributes(fill)};
+
+    for (const ByteString &look : looks) {
+        Driver decoder;
+        decoder.SendService(1, Define(Window(0).Hidden()) + look + Ascii("A"));
+        EXPECT_EQ(Status(decoder, 1).flash_since, KOVA_CAPTIONS_NO_TIME);
+        const int64_t shown = decoder.Now();
+        decoder.SendService(1, DisplayWindows(0x01));
+        EXPECT_EQ(Status(decoder, 1).flash_since, shown);
+        EXPECT_EQ(Kova_Captions_NextChange(*decoder, 1, KOVA_CAPTIONS_CHANGE_FLASH),
+                  shown + KOVA_CAPTIONS_FLASH_HALF);
+        EXPECT_EQ(Kova_Captions_NextChange(*decoder, 2, KOVA_CAPTIONS_CHANGE_FLASH), KOVA_CAPTIONS_NEVER);
+        decoder.SendService(1, HideWindows(0x01));
+        EXPECT_EQ(Status(decoder, 1).flash_since, KOVA_CAPTIONS_NO_TIME);
+    }
+}
+
+TEST(NextChange, IsTheOneOfTheChannelAskedFor)
+{
+    Driver decoder;
+    decoder.Send(Code(RDC, 2) + Pac(15, WHITE, false, 2) + Text("A"));
+    const int64_t last = decoder.Now() - FRAME;
+
+    EXPECT_EQ(Kova_Captions_NextChange(*decoder, KOVA_CAPTIONS_CC2, KOVA_CAPTIONS_CHANGE_STATE),
+              last + 16 * SECOND);
+    EXPECT_EQ(Kova_Captions_NextChange(*decoder, KOVA_CAPTIONS_CC1, KOVA_CAPTIONS_CHANGE_STATE),
+              KOVA_CAPTIONS_NEVER);
+    EXPECT_EQ(Kova_Captions_NextChange(*decoder, KOVA_CAPTIONS_CC3, KOVA_CAPTIONS_CHANGE_STATE),
+              KOVA_CAPTIONS_NEVER);
 }
 
 TEST(VisibleSince, IsTheTimeOfTheLastVisibleChange)
