@@ -222,6 +222,7 @@ void Look(KovaCaptions *decoder, unsigned channels, Seen &seen)
 
 bool IsEqual(const Seen &left, const Seen &right)
 {
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): both were cleared before they were filled
     return memcmp(&left, &right, sizeof left) == 0;
 }
 

@@ -89,8 +89,8 @@ static void Reorder(size_t uiRoom, const uint8_t *pucData, size_t uiSize)
 
     Demand(Kova_Captions_ReorderStart(&queue, pictures.get(), uiRoom) == 0, "a queue that does not start");
     for (size_t i = 0; i < uiSize; i++) {
-        Demand(Kova_Captions_ReorderPush(&queue, int64_t(i) * 50000 + pucData[i] % 10 * 100000, pucData + i,
-                                         0) == 0,
+        Demand(Kova_Captions_ReorderPush(&queue, int64_t(i) * 50000 + int64_t(pucData[i] % 10) * 100000,
+                                         pucData + i, 0) == 0,
                "a queue that is full too soon");
         while (Kova_Captions_ReorderPop(&queue, 0, &picture) == 1) ulOut++;
         Demand(queue.count < uiRoom, "a queue that stays full");

@@ -446,6 +446,7 @@ public:
         Free();
         m_uiMapped = uiUsed + 2 * uiPage;
         m_pucMapped = static_cast<unsigned char *>(
+            // cppcheck-suppress invalidFunctionArg ; an anonymous mapping has no file
             mmap(nullptr, m_uiMapped, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
         if (m_pucMapped == MAP_FAILED) abort();
         if (uiUsed && mprotect(m_pucMapped + uiPage, uiUsed, PROT_READ | PROT_WRITE) != 0) abort();

@@ -154,6 +154,7 @@ int Kova_Captions_ReadCdp(const uint8_t *data, size_t size, KovaCaptionsTriplets
                           KovaCaptionsCdp *cdp)
 {
     KovaCaptionsCdp unasked;
+    // cppcheck-suppress uninitvar ; the next line clears it
     KovaCaptionsCdp *const result = cdp ? cdp : &unasked;
 
     memset(result, 0, sizeof *result);
@@ -168,6 +169,7 @@ int Kova_Captions_ReadAncillary(const uint8_t *data, size_t size, KovaCaptionsTr
 {
     constexpr uint32_t CDP_PACKET = 0x6101, LINE_21_PACKET = 0x6102;
     KovaCaptionsCdp unasked;
+    // cppcheck-suppress uninitvar ; the next line clears it
     KovaCaptionsCdp *const result = cdp ? cdp : &unasked;
 
     memset(result, 0, sizeof *result);

@@ -126,6 +126,7 @@ int Kova_Captions_ReadC708(const uint8_t *data, size_t size, KovaCaptionsTriplet
                            KovaCaptionsCdp *cdp)
 {
     KovaCaptionsCdp unasked;
+    // cppcheck-suppress uninitvar ; the next line clears it
     KovaCaptionsCdp *const result = cdp ? cdp : &unasked;
 
     memset(result, 0, sizeof *result);
