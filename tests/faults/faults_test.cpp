@@ -528,11 +528,13 @@ class Sweep_t
 {
 public:
     Sweep_t(const Case_t &one, KovaGraphicLayer_e eLayer, ColorMode_e eMode)
-        : m_case(one), m_scenario{one.pcOperation, one.pcVariant, eLayer, one.pcUnchanged, {}},
-          m_eMode(eMode), m_name(std::string(one.pcOperation) + (*one.pcVariant ? "." : "") + one.pcVariant +
-                                 " on layer " + Text(eLayer + 1) + ", colour mode " + Text(eMode))
+        : m_case(one), m_scenario{one.pcOperation, one.pcVariant, eLayer, one.pcUnchanged, {}, false},
+          m_eMode(eMode)
     {
-        // A display on layer 1 does not release its backup surface, which no operation creates.
+        m_name = std::string(one.pcOperation) + (*one.pcVariant ? "." : "") + one.pcVariant + " on layer " +
+                 Text(eLayer + 1) + ", colour mode " + Text(eMode);
+        m_scenario.bArgbBefore = eMode == PACKED_COLORS && one.given == WithContexts<NO_CONTEXT>;
+        // A display on layer 1 does not release its backup surface, which no operation makes.
         if (eLayer == KOVA_GRAPHIC_LAYER1 && (one.given == WithBackup || one.given == OnBackup))
             m_kept = "backup";
     }
@@ -770,7 +772,7 @@ void ExpectWorkingDisplay(KovaGraphicLayer_e eLayer)
     BeginAgain();
     pKovaITextDisplay_t pDisplay = Deferred(eLayer, INDEX_COLORS);
     EXPECT_EQ(ThreadPass(pDisplay), "");
-    EXPECT_EQ(CountOf(ThreadTrace(), "base.Flip"), 1);
+    EXPECT_EQ(CountOf(ThreadTrace(), ".Flip all"), 1);
     End(pDisplay);
     EXPECT_EQ(LiveObjectNames(), "");
 }

@@ -15,27 +15,99 @@ enum Form_e {
     SILENT
 };
 
+#ifdef KOVA_VENDOR_HEADER
+static const bool IS_PUBLISHED = false;
+#else
+static const bool IS_PUBLISHED = true;
+#endif
+
 enum { LAYER_1 = 1, LAYERS_2_3 = 2, ANY_LAYER = 3 };
 
-// The effect of a failed call. A call that is not in the table is reported by DFB_CHECK and changes nothing
-// else, except that calls on an object that was not returned are not made: on a palette or a font they are
-// skipped, as is Release; on anything else they fail with DFB_DESTROYED.
+// What the failure of a call causes. A call without a rule is reported by DFB_CHECK, and its failure changes nothing
+// else, except that calls on an object that was not given are not made: on a palette or a font they are left out, as is a
+// Release; on anything else they count as failed with DFB_DESTROYED.
 struct Rule_t {
-    const char *pcOperations; // each between bars; null means any; "UseBackupSurface.Off" is a variant
-    int iLayers;
-    const char *pcCall; // "Surface.Clear", or "base.Clear" to name the object
-    Form_e eForm;
-    const char *pcReport = nullptr;     // the log line that follows; %d is the result
-    const char *pcNullReport = nullptr; // the same for a call that returns no object, if it differs
-    const char *pcGone =
-        nullptr; // the steps skipped: everything up to and including this call, or ALL, or END
-    const char *pcAnswer = nullptr;  // null: the same as without the failure
-    const char *pcLeft = "";         // objects that are never released
-    bool bRecordLost = false;        // and the record too
-    const char *pcOther = nullptr;   // text of later lines ...
-    const char *pcBecomes = nullptr; // ... that changes, to several lines if need be
-    const char *pcAbsentReport =
-        nullptr; // the report if the object of the call itself is missing, if it differs
+    // Each between bars, or null for any; "UseBackupSurface.Off" is a variant.
+    const char *pcOperations = nullptr;
+    int iLayers = ANY_LAYER;
+    // "Surface.Clear", or "base.Clear" to name the object.
+    const char *pcCall = "";
+    Form_e eForm = CHECK;
+    bool bLate = false;
+    const char *pcReport = nullptr, *pcNullReport = nullptr, *pcAbsentReport = nullptr;
+    const char *pcGone = nullptr, *pcAnswer = nullptr, *pcLeft = "";
+    bool bRecordLost = false;
+    const char *pcOther = nullptr, *pcBecomes = nullptr;
+
+    constexpr Rule_t(const char *pcOf, const char *pcFailing) : pcOperations(pcOf), pcCall(pcFailing)
+    {
+    }
+    constexpr Rule_t OnLayer1() const
+    {
+        return With([](Rule_t &rule) { rule.iLayers = LAYER_1; });
+    }
+    constexpr Rule_t OnLayers2And3() const
+    {
+        return With([](Rule_t &rule) { rule.iLayers = LAYERS_2_3; });
+    }
+    // Reported by DFB_CHECK_BRIEF, by nothing, or by DFB_CHECK after the call that follows.
+    constexpr Rule_t Brief() const
+    {
+        return With([](Rule_t &rule) { rule.eForm = BRIEF; });
+    }
+    constexpr Rule_t Silent() const
+    {
+        return With([](Rule_t &rule) { rule.eForm = SILENT; });
+    }
+    constexpr Rule_t Late() const
+    {
+        return With([](Rule_t &rule) { rule.bLate = true; });
+    }
+    // The line of the log that follows; %d is the result.
+    constexpr Rule_t Logs(const char *pcLine) const
+    {
+        return With([=](Rule_t &rule) { rule.pcReport = pcLine; });
+    }
+    // The same for a call that gives nothing, and where the object of the call itself is absent, if they differ.
+    constexpr Rule_t LogsForNothing(const char *pcLine) const
+    {
+        return With([=](Rule_t &rule) { rule.pcNullReport = pcLine; });
+    }
+    constexpr Rule_t LogsWhereAbsent(const char *pcLine) const
+    {
+        return With([=](Rule_t &rule) { rule.pcAbsentReport = pcLine; });
+    }
+    // Everything up to and with this call is left out, or ALL, or END.
+    constexpr Rule_t Skips(const char *pcUpTo) const
+    {
+        return With([=](Rule_t &rule) { rule.pcGone = pcUpTo; });
+    }
+    constexpr Rule_t Returns(const char *pcText) const
+    {
+        return With([=](Rule_t &rule) { rule.pcAnswer = pcText; });
+    }
+    // Objects that nobody releases any more.
+    constexpr Rule_t Leaves(const char *pcObjects) const
+    {
+        return With([=](Rule_t &rule) { rule.pcLeft = pcObjects; });
+    }
+    constexpr Rule_t LosesTheRecord() const
+    {
+        return With([](Rule_t &rule) { rule.bRecordLost = true; });
+    }
+    // A text of later lines changes, to several lines if need be.
+    constexpr Rule_t Changes(const char *pcText, const char *pcInto) const
+    {
+        return With([=](Rule_t &rule) { rule.pcOther = pcText, rule.pcBecomes = pcInto; });
+    }
+
+private:
+    template <typename Change> constexpr Rule_t With(Change change) const
+    {
+        Rule_t rule = *this;
+        change(rule);
+        return rule;
+    }
 };
 
 static const char ALL[] = "all"; // except for the exit trace
@@ -49,78 +121,91 @@ static const char END[] = "end"; // the exit trace too
 #define LAYER_RESULT "GetDisplayLayer result = %d"
 #define LAYER_NULL "Display layer = NULL after GetDisplayLayer"
 
+// clang-format off
 static const Rule_t s_rules[] = {
-    // A layer is requested again while it is temporarily unavailable (below); only the log reports it.
-    {"|Create|", LAYERS_2_3, "Dfb.GetDisplayLayer", SILENT,
-     "error Kova_TextDFBDisp_Create: GetDisplayLayer(layer:%L) failed.", nullptr, ALL, "null", "dfb", true},
-    {OSD1, LAYER_1, "Dfb.GetDisplayLayer", SILENT, "ERROR CreateOSD1Window: pLayer is NULL!", nullptr,
-     OSD1_END, nullptr, "", false, nullptr, nullptr, "ERROR CreateOSD1Window: NULL Pointer!"},
-    {"|SetActive|", LAYERS_2_3, "Dfb.GetDisplayLayer", SILENT,
-     "error Kova_TextDFBDisp_SetActive: " LAYER_RESULT, "error Kova_TextDFBDisp_SetActive: " LAYER_NULL, ALL,
-     "active -2"},
-    {"|Create32BitPlane|", ANY_LAYER, "Dfb.GetDisplayLayer", SILENT, "error Create32BitPlane: " LAYER_RESULT,
-     "error Create32BitPlane: " LAYER_NULL, ALL, "-1 active -2"},
+    // A layer is asked for again while it is temporarily unavailable (below), and the log alone reports it.
+    Rule_t("|Create|", "Dfb.GetDisplayLayer").OnLayers2And3().Silent()
+        .Logs("error Kova_TextDFBDisp_Create: GetDisplayLayer(layer:%L) failed.")
+        .Skips(ALL).Returns("null").Leaves("dfb").LosesTheRecord(),
+    Rule_t(OSD1, "Dfb.GetDisplayLayer").OnLayer1().Silent()
+        .Logs("ERROR CreateOSD1Window: pLayer is NULL!").LogsWhereAbsent("ERROR CreateOSD1Window: NULL Pointer!")
+        .Skips(OSD1_END),
+    Rule_t("|SetActive|", "Dfb.GetDisplayLayer").OnLayers2And3().Silent()
+        .Logs("error Kova_TextDFBDisp_SetActive: " LAYER_RESULT)
+        .LogsForNothing("error Kova_TextDFBDisp_SetActive: " LAYER_NULL)
+        .Skips(ALL).Returns("active -2"),
+    Rule_t("|Create32BitPlane|", "Dfb.GetDisplayLayer").Silent()
+        .Logs("error Create32BitPlane: " LAYER_RESULT).LogsForNothing("error Create32BitPlane: " LAYER_NULL)
+        .Skips(ALL).Returns("-1 active -2"),
 
-    // The window of layer 1. Its size is the layer's, which is 0 if it cannot be read.
-    {"|Create|SetActive|SetPlane|CreateContext|", LAYER_1, "Layer.SetCooperativeLevel", BRIEF},
-    {OSD1, LAYER_1, "Layer.GetConfiguration", CHECK, nullptr, nullptr, nullptr, nullptr, "", false,
-     "SetBounds 0,0 1920x1080", "SetBounds 0,0 0x0"},
-    {OSD1, LAYER_1, "Layer.CreateWindow", CHECK, "ERROR CreateOSD1Window: Fail to create window from layer!",
-     nullptr, OSD1_END},
-    {OSD1, LAYER_1, "Window.GetSurface", CHECK, "ERROR CreateOSD1Window: Fail to get surface from window!",
-     nullptr, OSD1_END},
+    // The window of layer 1. Its size is the layer's, which is 0 by 0 when it cannot be read.
+    Rule_t(OSD1, "Layer.SetCooperativeLevel").OnLayer1().Brief(),
+    Rule_t(OSD1, "Layer.GetConfiguration").OnLayer1().Changes("SetBounds 0,0 1920x1080", "SetBounds 0,0 0x0"),
+    Rule_t(OSD1, "Layer.CreateWindow").OnLayer1()
+        .Logs("ERROR CreateOSD1Window: Fail to create window from layer!").Skips(OSD1_END),
+    Rule_t(OSD1, "Window.GetSurface").OnLayer1()
+        .Logs("ERROR CreateOSD1Window: Fail to get surface from window!").Skips(OSD1_END),
 
-    // Creation of layers 2 and 3 ends without a surface and releases nothing.
-    {"|Create|", LAYERS_2_3, "Layer.GetSurface", CHECK,
-     "ERROR Kova_TextDFBDisp_Create: Fail to get surface from layer!", nullptr, END, "null", "dfb layer",
-     true},
+    // Creation of layers 2 and 3 ends without a surface, and releases nothing.
+    Rule_t("|Create|", "Layer.GetSurface").OnLayers2And3()
+        .Logs("ERROR Kova_TextDFBDisp_Create: Fail to get surface from layer!")
+        .Skips(END).Returns("null").Leaves("dfb layer").LosesTheRecord(),
 
-    // Rebuilding and releasing a plane report less than its creation.
-    {"|SetActive|", LAYERS_2_3, "Layer.SetCooperativeLevel", BRIEF},
-    {"|SetActive|", LAYERS_2_3, "Layer.GetConfiguration", BRIEF},
-    {"|SetActive|", LAYERS_2_3, "Layer.SetConfiguration", BRIEF},
-    {"|SetActive|", LAYERS_2_3, "Layer.GetSurface", BRIEF},
-    {"|SetActive.Off|", LAYERS_2_3, "Surface.Release", BRIEF},
-    {"|SetActive.Off|", LAYERS_2_3, "Layer.Release", BRIEF},
-    {"|Create32BitPlane|", ANY_LAYER, "Layer.SetCooperativeLevel", BRIEF},
-    {"|Create32BitPlane|", ANY_LAYER, "Layer.GetConfiguration", BRIEF},
-    {"|Create32BitPlane|", ANY_LAYER, "Layer.SetConfiguration", BRIEF},
-    {"|Create32BitPlane|", ANY_LAYER, "Layer.GetSurface", BRIEF},
-    {"|Release32BitPlane|", ANY_LAYER, "Surface.Release", BRIEF},
-    {"|Release32BitPlane|", ANY_LAYER, "Layer.Release", BRIEF},
+    // Rebuilding a plane reports less than creating one, and so does giving it back.
+    Rule_t("|SetActive|", "Layer.SetCooperativeLevel").OnLayers2And3().Brief(),
+    Rule_t("|SetActive|", "Layer.GetConfiguration").OnLayers2And3().Brief(),
+    Rule_t("|SetActive|", "Layer.SetConfiguration").OnLayers2And3().Brief(),
+    Rule_t("|SetActive|", "Layer.GetSurface").OnLayers2And3().Brief(),
+    Rule_t("|SetActive.Off|", "Surface.Release").OnLayers2And3().Brief(),
+    Rule_t("|SetActive.Off|", "Layer.Release").OnLayers2And3().Brief(),
+    Rule_t("|Create32BitPlane|", "Layer.SetCooperativeLevel").Brief(),
+    Rule_t("|Create32BitPlane|", "Layer.GetConfiguration").Brief(),
+    Rule_t("|Create32BitPlane|", "Layer.SetConfiguration").Brief(),
+    Rule_t("|Create32BitPlane|", "Layer.GetSurface").Brief(),
+    Rule_t("|Release32BitPlane|", "Surface.Release").Brief(),
+    Rule_t("|Release32BitPlane|", "Layer.Release").Brief(),
 
-    // There is no flip unless a back buffer is reported. The thread restores the clip that it read.
-    {FLIPPING, LAYERS_2_3, "Layer.GetConfiguration", CHECK, nullptr, nullptr, "Surface.Flip"},
-    {"|Flip_last_frame_Thread|", LAYERS_2_3, "Layer.GetConfiguration", CHECK, nullptr, nullptr, ALL},
-    {"|Flip_last_frame_Thread|", LAYERS_2_3, "Surface.GetClip", CHECK, nullptr, nullptr, nullptr, nullptr, "",
-     false, "SetClip 0,0 719,479", "SetClip 0,0 0,0"},
+    // What is not known to be back-buffered is not flipped. The thread's pass restores the clip that it read.
+    Rule_t(FLIPPING, "Layer.GetConfiguration").OnLayers2And3().Skips("Surface.Flip"),
+    Rule_t("|Flip_last_frame_Thread|", "Layer.GetConfiguration").OnLayers2And3().Skips(ALL),
+    Rule_t("|Flip_last_frame_Thread|", "Surface.GetClip").OnLayers2And3()
+        .Changes("SetClip 0,0 719,479", "SetClip 0,0 0,0"),
 
-    // Pixels: without surface memory the operation fails.
-    {"|DrawPixel|", ANY_LAYER, "Surface.Lock", SILENT, nullptr, nullptr, ALL, "-1"},
-    {"|DrawPixel|", ANY_LAYER, "Surface.Unlock", SILENT, nullptr, nullptr, ALL, "-1"},
+    // Pixels: no surface memory, no result.
+    Rule_t("|DrawPixel|", "Surface.Lock").Silent().Skips(ALL).Returns("-1"),
+    Rule_t("|DrawPixel|", "Surface.Unlock").Silent().Skips(ALL).Returns("-1"),
 
-    // For fonts only the pointer counts. A font that could not be opened again is selected anyway, from its
+    // Fonts are judged by whether there is one. A re-created font that is missing is selected all the same: from its
     // empty slot, which has no name.
-    {"|CreateFont|", ANY_LAYER, "Dfb.CreateFont", CHECK, NO_FONT, nullptr, nullptr, "0 font -7"},
-    {"|SetFont|", ANY_LAYER, "Font.Release", SILENT},
-    {"|SetFont|ScaleFontWidth|", ANY_LAYER, "Dfb.CreateFont", CHECK, nullptr, nullptr, ALL},
-    {RECREATING, ANY_LAYER, "Dfb.CreateFont", CHECK, NO_FONT, nullptr, nullptr, nullptr, "", false,
-     ".SetFont ", "dfb.CreateFont null ATTRIBUTES|HEIGHT attributes 0 height 24\nfont.EnumEncodings\n"},
-    {"|GetFontHeight|", ANY_LAYER, "Font.GetHeight", CHECK, nullptr, nullptr, nullptr, "0 height 0", "",
-     false, "height:30", "height:0"},
-    {"|GetUnderlineInfo|", ANY_LAYER, "Font.GetUnderline", CHECK, nullptr, nullptr, nullptr,
-     "0 at -7 thick -7"},
-    {"|GetStringWidth|", ANY_LAYER, "Font.GetStringWidth", CHECK, nullptr, nullptr, nullptr, "0 width 0", "",
-     false, "return width:30", "return width:0"},
+    Rule_t("|CreateFont|", "Dfb.CreateFont").Logs(NO_FONT).Returns("0 font -7"),
+    Rule_t("|SetFont|", "Font.Release").Silent(),
+    Rule_t("|SetFont|ScaleFontWidth|", "Dfb.CreateFont").Skips(ALL),
+    Rule_t(RECREATING, "Dfb.CreateFont").Logs(NO_FONT)
+        .Changes(".SetFont ", "dfb.CreateFont null ATTRIBUTES|HEIGHT attributes 0 height 24\nfont.EnumEncodings\n"),
+    Rule_t("|GetFontHeight|", "Font.GetHeight").Returns("0 height 0").Changes("height:30", "height:0"),
+    Rule_t("|GetUnderlineInfo|", "Font.GetUnderline").Returns("0 at -7 thick -7"),
+    Rule_t("|GetStringWidth|", "Font.GetStringWidth").Returns("0 width 0")
+        .Changes("return width:30", "return width:0"),
 
-    // The colours are copied from one palette to the other, or not at all.
-    {"|UseBackupSurface.On|", ANY_LAYER, "base.GetPalette", CHECK, nullptr, nullptr, nullptr, nullptr, "",
-     false, "backup.GetPalette", ""},
-    {"|UseBackupSurface.Off|", ANY_LAYER, "backup.GetPalette", CHECK, nullptr, nullptr, nullptr, nullptr, "",
-     false, "base.GetPalette", ""},
-    {"|UseBackupSurface|", ANY_LAYER, "Palette.GetEntries", CHECK, nullptr, nullptr, nullptr, nullptr, "",
-     false, ": 1,2,3,4 1,2,3,4 1,2,3,4 1,2,3,4", ": 0,0,0,0 0,0,0,0 0,0,0,0 0,0,0,0"},
+    // The colours go over from one palette to the other, or not at all.
+    Rule_t("|UseBackupSurface.On|", "base.GetPalette").Changes("backup.GetPalette", ""),
+    Rule_t("|UseBackupSurface.Off|", "backup.GetPalette").Changes("base.GetPalette", ""),
+    Rule_t("|UseBackupSurface|", "Palette.GetEntries")
+        .Changes(": 1,2,3,4 1,2,3,4 1,2,3,4 1,2,3,4", ": 0,0,0,0 0,0,0,0 0,0,0,0 0,0,0,0"),
+
+#ifndef KOVA_VENDOR_HEADER
+    // The library draws glyphs itself, in memory that it could measure and lock.
+    Rule_t("|DrawPixelExpand|BatchDrawPixelExpand|", "Surface.GetPixelFormat").Skips("Surface.Unlock"),
+    Rule_t("|DrawPixelExpand|BatchDrawPixelExpand|", "Surface.GetSize").Skips("Surface.Unlock"),
+    Rule_t("|DrawPixelExpand|BatchDrawPixelExpand|", "Surface.GetClip").Skips("Surface.Unlock"),
+    Rule_t("|DrawPixelExpand|BatchDrawPixelExpand|", "Surface.Lock").Skips("Surface.Unlock"),
+    // Both rectangles are set, and the first failure is reported.
+    Rule_t("|SetSurface_OsdScaleInfo|", "Layer.SetSourceRectangle").Late(),
+    // The former surface of a layer is released when there is a new one.
+    Rule_t("|SetActive|Create32BitPlane|", "Surface.Release").OnLayers2And3().Brief(),
+#endif
 };
+// clang-format on
 
 // The early return of an operation on a display with a missing object, before any call.
 static const struct {
@@ -174,7 +259,7 @@ static Rule_t RuleFor(const Scenario_t &scenario, const Line_t &line)
             IsCall(line, rule.pcCall))
             return rule;
     }
-    return {nullptr, ANY_LAYER, "", CHECK};
+    return {nullptr, ""};
 }
 
 static bool IsCheck(const Line_t &line)
@@ -198,6 +283,12 @@ std::string Comparable(const std::vector<Line_t> &lines)
         text += (line.bLocked && !IsCheck(line) ? "  " : "") + line.text + "\n";
     }
     return Unnumbered(text);
+}
+
+static std::string Hex(DFBResult eResult)
+{
+    const std::string line = CheckLine(eResult);
+    return line.substr(10, line.size() - 11);
 }
 
 static Line_t LineOf(const std::string &text, bool bLocked)
@@ -301,6 +392,11 @@ private:
             return Forget(line);
         if (!bOnAbsent && TakesWhatIsAbsent(line)) return Forget(line);
         if (!bOnAbsent) Emit(line);
+        if (!m_late.empty()) return m_lines.push_back(LineOf(m_late, false)), m_late.clear();
+        if (m_bNoPalettes && line.method == "Surface.GetPalette") {
+            m_absent.insert(line.made);
+            return m_lines.push_back(LineOf("DFB_CHECK " + Hex(DFB_UNSUPPORTED), false));
+        }
         if (!bOnAbsent && !bFaulted) {
             if (!line.made.empty()) m_made.insert(line.made);
             return;
@@ -313,12 +409,13 @@ private:
         if (eResult == DFB_TEMPUNAVAIL && line.method == "Dfb.GetDisplayLayer") return Retry(line, rule);
         DropCheck();
         if (eResult != DFB_OK && rule.eForm == CHECK) {
-            char acLine[32];
-            snprintf(acLine, sizeof acLine, "DFB_CHECK %#x", unsigned(eResult));
-            m_lines.push_back(LineOf(acLine, false));
+            m_late = "DFB_CHECK " + Hex(eResult);
+            if (!rule.bLate) m_lines.push_back(LineOf(m_late, false)), m_late.clear();
         } else if (eResult != DFB_OK && rule.eForm == BRIEF) {
             m_lines.push_back(LineOf("DFB_CHECK_BRIEF", false));
         }
+        if (KeepsFormer(line)) return;
+        if (line.method == "Layer.SetConfiguration" && IS_PUBLISHED) m_bNoPalettes = m_scenario.bArgbBefore;
         if (!line.made.empty()) m_absent.insert(line.made);
         if (Contains(line.method, ".Release")) m_run.left = Unnumbered(ObjectOf(line));
         const char *const pcReport = eResult == DFB_OK && rule.pcNullReport ? rule.pcNullReport
@@ -344,7 +441,20 @@ private:
         }
     }
 
-    // The operation already has this failure; the injected one replaces it.
+    // A layer's surface that replaces another, and is not given: the former one is not released, and drawn on.
+    bool KeepsFormer(const Line_t &line)
+    {
+        if (line.method != "Layer.GetSurface" || m_at + 1 == m_clean.size()) return false;
+        const Line_t &next = m_clean[m_at + 1];
+        if (next.method != "Surface.Release") return false;
+        m_other = line.made + ".";
+        m_becomes = ObjectOf(next) + ".";
+        m_gone = next.method;
+        m_bNoPalettes = m_scenario.bArgbBefore;
+        return true;
+    }
+
+    // The failure that the operation meets without ours, and that ours replaces.
     void DropCheck()
     {
         if (m_at + 1 < m_clean.size() && IsCheck(m_clean[m_at + 1])) m_at++;
@@ -393,7 +503,8 @@ private:
     Run_t m_run;
     std::vector<Line_t> m_lines;
     std::set<std::string> m_absent, m_made;
-    std::string m_gone, m_other, m_becomes;
+    std::string m_gone, m_other, m_becomes, m_late;
+    bool m_bNoPalettes = false; // the surface is still ARGB
     size_t m_at = 0;
 };
 

@@ -35,6 +35,7 @@ struct Scenario_t {
     KovaGraphicLayer_e eLayer;    // of the display
     std::string unchanged;        // the result if an activation is abandoned
     std::set<std::string> absent; // kinds of missing objects: "base", "layer", "dfb"
+    bool bArgbBefore = false;     // an activation changes the layer from ARGB to LUT8
 };
 
 // The text to compare: without the records of single colours and encodings, with one name for all palettes,

@@ -328,9 +328,9 @@ TEST(ExpandGlyphsIn, ThePaletteCopyModeDrawsThePackedEntry)
     Destroy(pDisplay);
 }
 
-static const char *const ASKED = "  base.GetPixelFormat\n"
-                                 "  base.GetSize\n"
-                                 "  base.GetClip\n";
+static const char *const ASKED = "  base2.GetPixelFormat\n"
+                                 "  base2.GetSize\n"
+                                 "  base2.GetClip\n";
 
 static std::string DrawOne(pKovaITextDisplay_t pDisplay)
 {
@@ -349,12 +349,12 @@ TEST(ExpandGlyphsIn, TheSurfaceIsLockedAndNotFlipped)
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
     RecordOf(pDisplay)->blast_frame_changed = 0;
 
-    EXPECT_EQ(DrawOne(pDisplay), std::string(ASKED) + "  base.Lock WRITE\n  base.Unlock\n");
+    EXPECT_EQ(DrawOne(pDisplay), std::string(ASKED) + "  base2.Lock WRITE\n  base2.Unlock\n");
 
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, 1);
     ClearTrace();
     EXPECT_EQ(DrawAll(pDisplay, {}), 0); // an empty batch locks too
-    EXPECT_TRUE(Contains(Trace(), "  base.Lock WRITE\n  base.Unlock\n"));
+    EXPECT_TRUE(Contains(Trace(), "  base2.Lock WRITE\n  base2.Unlock\n"));
     Destroy(pDisplay);
 }
 
@@ -366,7 +366,7 @@ TEST(ExpandGlyphsIn, AFailureIsReportedAndNothingIsDrawn)
     } rows[] = {
         {"Surface.GetPixelFormat", 1}, {"Surface.GetSize", 2}, {"Surface.GetClip", 3}, {"Surface.Lock", 4}};
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
-    const std::string whole = std::string(ASKED) + "  base.Lock WRITE\n";
+    const std::string whole = std::string(ASKED) + "  base2.Lock WRITE\n";
     for (const auto &row : rows) {
         SCOPED_TRACE(row.pcMethod);
         FailNth(row.pcMethod, 1, DFB_BUSY);
@@ -380,7 +380,7 @@ TEST(ExpandGlyphsIn, AFailureIsReportedAndNothingIsDrawn)
         EXPECT_EQ(Memory(RecordOf(pDisplay)->pActiveSurface)[0], 0);
     }
     FailNth("Surface.Unlock", 1, DFB_BUSY);
-    EXPECT_EQ(DrawOne(pDisplay), whole + "  base.Unlock\n" + CheckLine(DFB_BUSY));
+    EXPECT_EQ(DrawOne(pDisplay), whole + "  base2.Unlock\n" + CheckLine(DFB_BUSY));
     EXPECT_EQ(Memory(RecordOf(pDisplay)->pActiveSurface)[0], 9);
     Destroy(pDisplay);
 }
