@@ -79,7 +79,9 @@ Outcome RunScriptUnderX(const std::string &script)
     const Folder folder;
     const std::string file = folder.Write("script", ". '" WINDOW_KEYS "'\n" + script);
 
-    return RunCommand(g_clean + "TOOL='" KOVA_CAPTION "' '" WITH_XVFB "' sh '" + file + "'");
+    return RunCommand(g_clean +
+                      "SCREEN_SHOWS='" SCREEN_SHOWS "' TOOL='" KOVA_CAPTION "' '" WITH_XVFB "' sh '" + file +
+                      "'");
 }
 
 Terminal::Terminal(const std::string &arguments)
@@ -185,6 +187,21 @@ caption::Picture ReadScreen(const std::string &file, caption::Size size)
         }
     }
     return picture;
+}
+
+int Differences(const caption::Picture &screen, const caption::Picture &caption)
+{
+    const caption::Color black = {0, 0, 0, 255};
+    int differences = 0;
+
+    for (int y = 0; y < caption.size().height; ++y) {
+        for (int x = 0; x < caption.size().width; ++x) {
+            const caption::Color &drawn = caption.At(x, y);
+            if (drawn.alpha == 0) differences += !(screen.At(x, y) == black);
+            if (drawn.alpha == 255) differences += !(screen.At(x, y) == drawn);
+        }
+    }
+    return differences;
 }
 
 Points Where(const caption::Picture &picture, bool (*matches)(const caption::Color &))

@@ -46,7 +46,7 @@ Outcome RunToolUnderX(const std::string &arguments);
 
 // A shell script under an X server of its own; $TOOL is the tool. Functions: Start ARGUMENT... runs the tool
 // and goes on, WaitFor TEXT waits until the tool has printed it, Press KEY presses a key over the window,
-// KeepScreen FILE keeps the X server's screen, End waits for the tool's end and answers as it did.
+// KeepScreen FILE PNG keeps the X server's screen once it shows that picture, End waits for the tool's end and answers as it did.
 Outcome RunScriptUnderX(const std::string &script);
 
 // The tool on a terminal of its own.
@@ -82,6 +82,10 @@ caption::Picture ReadPng(const std::string &file);
 
 // What KeepScreen kept, of that size from the top left corner.
 caption::Picture ReadScreen(const std::string &file, caption::Size size);
+
+// How many pixels of a screen differ from the caption on black. Half-transparent pixels are not compared, because how
+// DirectFB's desktop blends them is up to it.
+int Differences(const caption::Picture &screen, const caption::Picture &caption);
 
 using Points = std::set<std::pair<int, int>>;
 
