@@ -6,7 +6,7 @@
 namespace bench
 {
 
-enum { FONTS = 8, TIMES = 6 };
+constexpr int FONTS = 8, TIMES = 6;
 
 // Seconds for an activation of the smaller plane and one back, the mean of some repetitions.
 static double TimeOurs()

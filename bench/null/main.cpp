@@ -11,9 +11,11 @@
 #include <unistd.h>
 #include <valgrind/callgrind.h>
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's names
 extern "C" void *__libc_malloc(size_t);
 extern "C" void *__libc_calloc(size_t, size_t);
 extern "C" void *__libc_realloc(void *, size_t);
+// NOLINTEND(bugprone-reserved-identifier)
 
 static int g_iAllocations;
 
@@ -40,7 +42,7 @@ namespace bench
 static void Mark(const char *pcPhase, const char *pcName)
 {
     // cppcheck-suppress ignoredReturnValue ; the file is never there
-    access((std::string(pcPhase) + "/" + pcName).c_str(), F_OK);
+    (void)access((std::string(pcPhase) + "/" + pcName).c_str(), F_OK);
 }
 
 static int Count(const Operation &operation)
