@@ -23,8 +23,8 @@ int UseBackupSurface(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_boo
     if (!IsContextID(scContextID)) return TEXTDISP_ERROR("Invalid context ID!"), Unlock(pDisplay), -1;
     if (!MayAct(pDisplay, scContextID)) return TEXTDISP_ERROR("Inactive context!"), Unlock(pDisplay), -1;
     IDirectFBSurface *const pTarget = bBackup ? pDisplay->pBackupSurface : pDisplay->pBaseSurface;
-    if (bBackup) MeasureBackupSurface(pDisplay);
     if (pDisplay->pActiveSurface == pTarget) return Unlock(pDisplay), 0; // and no exit trace
+    if (bBackup) MeasureBackupSurface(pDisplay);
     if (!pDisplay->pActiveSurface) {
         Poke(pDisplay->pActiveSurface, pTarget);
         return Unlock(pDisplay), TEXTDISP_EXIT(), 0;
