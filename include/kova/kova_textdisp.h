@@ -213,6 +213,9 @@ struct KovaITextDisplay_tag {
         "Can only support max 8 fonts!" is logged if all slots are in use, and if DirectFB opens no font.
         After "font name too long" the slot stays in use until the display is destroyed.
 
+        A display accepts eight different font files in its lifetime, because the rows of names are never
+        freed. A ninth is refused with "Can only support max 8 fonts!", and each such failure takes a slot.
+
         Also works on a hidden display. Blocks while the file is read. */
     int (*CreateFont)(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, const char *pcFontName,
                       kova_uint32 ucHeight, KovaTextFontAttr_e eAttr, kova_sint32 *psiFontNumb);
@@ -351,7 +354,8 @@ struct KovaITextDisplay_tag {
                              kova_uint32 uiDstX, kova_uint32 uiDstY);
 
     /** Draws a line, including both end points, and flips. Any context can call it, active or not.
-        @param x1,y1,x2,y2 the end points; they can be outside the plane
+        @param x1,y1,x2,y2 the end points; they can be outside the plane. On published DirectFB, end points that
+               are 2^31 or more pixels apart end the process with SIGFPE.
         @param color depends on the colour mode */
     int (*DrawLine)(pKovaITextDisplay_t pThiz, kova_sint8 scContextID, kova_sint32 x1, kova_sint32 y1,
                     kova_sint32 x2, kova_sint32 y2, kova_uint32 color);
@@ -383,6 +387,9 @@ struct KovaITextDisplay_tag {
         @param bFlip when flipping is switched on, anything drawn meanwhile is flipped at once; strings alone
                do not count as drawn
         @return -1 for a null display, without a log record
+
+        A flip that was deferred before flipping was switched off is still made: draw after the call, or wait
+        two frames.
 
         Works for any context, and on a hidden display too. */
     int (*SetFlip)(pKovaITextDisplay_t pThiz, kova_bool bFlip);
@@ -435,7 +442,7 @@ KOVA_TEXTDISP_API pKovaITextDisplay_t Kova_TextDisp_GetDisplayByID(kova_sint8 sc
     @return the identifier, 0 to 3, or -1: all four are in use ("Can't support so much context!"; the calling
             thread then keeps the display's lock), or the thread did not start
 
-    Create and destroy contexts from one thread. */
+    Waits while another thread destroys the last context. */
 KOVA_TEXTDISP_API kova_sint8 Kova_TextDisp_CreateContext(pKovaITextDisplay_t pDisplay,
                                                          pKovaTextContextParam_t pParam);
 
@@ -458,7 +465,10 @@ KOVA_TEXTDISP_API void Kova_TextDisp_SetActive(pKovaITextDisplay_t pDisplay, kov
     @param pDisplay not null
     @param scContextID an existing context; any other is refused ("Can't destroy this context!"; the calling
            thread then keeps the display's lock)
-    @return always 0 */
+    @return always 0
+
+    On the thread that was refused a fifth context, destroying the last context never returns: the flip
+    thread needs the lock that this thread keeps. */
 KOVA_TEXTDISP_API RETURN_TYPE Kova_TextDisp_DestroyContext(pKovaITextDisplay_t pDisplay,
                                                            kova_sint8 scContextID);
 

@@ -22,7 +22,7 @@ static std::string BetweenConfigurationAndClip()
 {
     const std::string trace = CallsOnly(Trace());
     const size_t begin = trace.find('\n', trace.find("layer.SetConfiguration")) + 1;
-    return Tidy(trace.substr(begin, trace.find("SetClip") - begin));
+    return trace.substr(begin, trace.find("SetClip") - begin);
 }
 
 static void GivenOtherContext(pKovaITextDisplay_t pDisplay)
@@ -35,6 +35,7 @@ static void GivenOtherContext(pKovaITextDisplay_t pDisplay)
 TEST(PublishedPlatform, TakesTheKeptSurfaceAgainDirectlyAfterAnActivationConfiguredTheLayer)
 {
     for (const KovaGraphicLayer_e eLayer : {KOVA_GRAPHIC_LAYER2, KOVA_GRAPHIC_LAYER3}) {
+        Reset();
         pKovaITextDisplay_t pDisplay = GivenShownDisplay(eLayer);
         GivenOtherContext(pDisplay);
         const std::string kept = NameOf(RecordOf(pDisplay)->pBaseSurface);
@@ -54,7 +55,6 @@ TEST(PublishedPlatform, TakesTheKeptSurfaceAgainDirectlyAfterAnActivationConfigu
 TEST(PublishedPlatform, TakesTheKeptSurfaceAgainForA32BitPlane)
 {
     pKovaITextDisplay_t pDisplay = GivenShownDisplay(KOVA_GRAPHIC_LAYER2);
-
     const std::string kept = NameOf(RecordOf(pDisplay)->pBaseSurface);
 
     EXPECT_EQ(pDisplay->Create32BitPlane(pDisplay, 0, 0, 0, 1280, 720), 0);
