@@ -9,7 +9,8 @@
  *   NO_STAMP  a direct flip does not update the time of the last one
  *   NO_MARK   drawing does not cancel the pending flip
  *   NO_GUARD  a request is signalled whether a thread exists or not
- * This one adds a race and must make a property fail too:
+ *   NO_AWAIT  with SECOND_OWNER: a new context does not wait for a thread that is ending
+ * This one adds a race, and all properties must hold:
  *   SECOND_OWNER  another thread creates a context while the owner destroys the last one
  */
 
@@ -184,6 +185,16 @@ out:
 inline CreateContext()
 {
     Lock(display_mutex);
+#ifndef NO_AWAIT
+    /* It sleeps without the lock and looks again. */
+    do
+    :: flip_thread_ref != 0 && flip_thread_stop ->
+        Unlock(display_mutex);
+        !(flip_thread_ref != 0 && flip_thread_stop);
+        Lock(display_mutex)
+    :: else -> break
+    od;
+#endif
     if
     :: flip_thread_ref == 0 ->
         atomic {
