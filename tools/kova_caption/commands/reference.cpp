@@ -82,7 +82,7 @@ static void CompleteCommand(const CLI::App &command, std::ostream &values, std::
 
 std::string BashCompletion(const CLI::App &tool)
 {
-    const std::string name = tool.get_name();
+    const std::string &name = tool.get_name();
     std::vector<std::string> names;
     std::ostringstream values;
     std::ostringstream words;

@@ -102,7 +102,7 @@ static std::string Play(const std::vector<caption::Cue> &cues, ScriptedInput &in
 
     PlayCues(cues, playback, stage, input, out);
     std::fclose(out);
-    const std::string printed(text, length);
+    std::string printed(text, length);
     std::free(text);
     return printed;
 }

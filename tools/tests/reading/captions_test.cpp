@@ -2,12 +2,13 @@
 // Closed captions and teletext, made from their definitions.
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "base/failure.h"
 #include "reading/media.h"
 #include "reading/summary.h"
 #include "support/tool.h"
 
-using caption::Anchor;
 using caption::Block;
 using caption::Color;
 using caption::Cue;
@@ -71,7 +72,7 @@ static Codes Text(const std::string &text)
 // The n-th frame's time in milliseconds.
 static std::int64_t Frame(std::size_t n)
 {
-    return std::int64_t(double(n) * 1001 / 30 + 0.5);
+    return std::llround(double(n) * 1001 / 30);
 }
 
 // A time that a file writes as a non-drop time code: its seconds have 30 frames of 1001/30000 s, plus these

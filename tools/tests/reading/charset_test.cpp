@@ -129,6 +129,6 @@ TEST(Charset, KnowsThatOtherFilesAreNoText)
 
     EXPECT_FALSE(LooksLikeText(counting));
     EXPECT_FALSE(LooksLikeText(std::string(1000, '\0')));
-    EXPECT_TRUE(LooksLikeText(std::string("1\n00:00:01,000 --> 00:00:02,000\na\0b\n", 37)));
+    EXPECT_TRUE(LooksLikeText(std::string("1\n00:00:01,000 --> 00:00:02,000\na\0b\n", 36)));
     EXPECT_TRUE(LooksLikeText("caf\xE9\n"));
 }

@@ -14,7 +14,7 @@
 
 using caption::Cue;
 using caption::Subtitles;
-using media::operator+;
+using media::operator+; // NOLINT(misc-unused-using-decls): it is used, as an operator
 using Said = std::vector<std::string>;
 
 // What is read of a file, and whether it keeps to what the model promises; a message where nothing is.

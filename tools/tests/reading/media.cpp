@@ -177,7 +177,7 @@ static Bytes PgsColor(std::uint8_t index, const caption::Color &color)
     const double green = color.green / 255.0;
     const double blue = color.blue / 255.0;
     const double luma = 0.2126 * red + 0.7152 * green + 0.0722 * blue;
-    const auto level = [](double value) { return std::uint8_t(value + 0.5); };
+    const auto level = [](double value) { return std::uint8_t(std::lround(value)); };
     return {index, level(16 + 219 * luma), level(128 + 224 * (red - luma) / 1.5748),
             level(128 + 224 * (blue - luma) / 1.8556), color.alpha};
 }

@@ -13,7 +13,6 @@ using caption::Anchor;
 using caption::Bitmap;
 using caption::Color;
 using caption::Cue;
-using caption::Horizontal;
 using caption::Line;
 using caption::Size;
 using caption::StreamKind;
@@ -21,7 +20,7 @@ using caption::Style;
 using caption::Subtitles;
 using caption::Vertical;
 using media::Bytes;
-using media::operator+;
+using media::operator+; // NOLINT(misc-unused-using-decls): it is used, as an operator
 using media::Text;
 using Lines = std::vector<Line>;
 using Said = std::vector<std::string>;
@@ -62,7 +61,8 @@ static Color At(const Cue &cue, int x, int y)
         const int column = x - bitmap.x;
         const int row = y - bitmap.y;
         if (column < 0 || row < 0 || column >= bitmap.size.width || row >= bitmap.size.height) continue;
-        return bitmap.palette.at(bitmap.indexes.at(std::size_t(row * bitmap.size.width + column)));
+        return bitmap.palette.at(
+            bitmap.indexes.at(std::size_t(row) * std::size_t(bitmap.size.width) + std::size_t(column)));
     }
     return g_clear;
 }
@@ -104,7 +104,7 @@ static const char g_ass[] = "[Script Info]\nPlayResX: 640\nPlayResY: 480\n[V4+ S
 
 static std::string WriteThreeLanguages(const Folder &folder)
 {
-    const std::string file = folder / "three.mkv";
+    std::string file = folder / "three.mkv";
     media::Write(file, "matroska",
                  {{AV_CODEC_ID_SUBRIP, {}, {}, "eng", "English"},
                   {AV_CODEC_ID_WEBVTT, {}, {}, "fra", "French"},

@@ -9,7 +9,6 @@
 using caption::Anchor;
 using caption::Block;
 using caption::Color;
-using caption::Cue;
 using caption::Horizontal;
 using caption::Line;
 using caption::Style;
