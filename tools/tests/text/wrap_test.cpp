@@ -99,6 +99,5 @@ TEST(Wrap, DoesNotBreakAtAHardSpace)
 
 TEST(Wrap, DropsWhatIsInvisible)
 {
-    // NOLINTNEXTLINE(misc-misleading-bidirectional): such characters are what is tested
     EXPECT_EQ(Folded("a\u200Bb\u202Ac\uFEFF", 3), Lines{"abc"});
 }
