@@ -48,6 +48,7 @@ public:
         return file_;
     }
 
+    // NOLINTNEXTLINE(misc-no-recursion): once, for the rest of a sequence
     std::optional<Key> Read()
     {
         char bytes[64];
@@ -123,6 +124,7 @@ public:
         return file_;
     }
 
+    // NOLINTNEXTLINE(misc-no-recursion): once, for the rest of a sequence
     std::optional<Key> Read()
     {
         static const struct {

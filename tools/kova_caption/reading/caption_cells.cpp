@@ -142,8 +142,11 @@ static CellGrid GridOf(const KovaCaptionsDefinition &window)
     const double y = window.anchor_vertical / (window.relative ? hundred : rows);
     const double width = window.columns * columnWidth / g_safe;
     const double height = window.rows * rowHeight / g_safe;
-    const double left = std::clamp(x - width * (window.anchor_point % 3) / 2, 0.0, std::max(0.0, 1 - width));
-    const double top = std::clamp(y - height * (window.anchor_point / 3) / 2, 0.0, std::max(0.0, 1 - height));
+    // The nine anchor points are three rows of three.
+    const int anchorColumn = window.anchor_point % 3;
+    const int anchorRow = window.anchor_point / 3;
+    const double left = std::clamp(x - width * anchorColumn / 2, 0.0, std::max(0.0, 1 - width));
+    const double top = std::clamp(y - height * anchorRow / 2, 0.0, std::max(0.0, 1 - height));
 
     return {0,           0,        window.columns, window.rows, g_edge + g_safe * left, g_edge + g_safe * top,
             columnWidth, rowHeight};

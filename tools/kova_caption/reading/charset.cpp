@@ -44,7 +44,7 @@ public:
 
     bool known() const
     {
-        return iconv_ != iconv_t(-1);
+        return iconv_ != iconv_t(-1); // NOLINT(performance-no-int-to-ptr): as iconv_open() fails
     }
 
     // Converts up to the first invalid byte or the end, and consumes what it converted.
@@ -146,7 +146,7 @@ static bool IsControl(char byte)
 static std::string WideCharset(const std::string &bytes)
 {
     if (bytes.find('\0') == std::string::npos) return "";
-    for (const std::string charset : {"UTF-32LE", "UTF-32BE", "UTF-16LE", "UTF-16BE"}) {
+    for (const char *const charset : {"UTF-32LE", "UTF-32BE", "UTF-16LE", "UTF-16BE"}) {
         const Converted converted = Convert(bytes.substr(0, bytes.size() / 4 * 4), charset);
         // A surrogate pair may be cut at the end.
         const bool valid = converted.wrong == 0 ||

@@ -58,6 +58,7 @@ int MediaFile::ReadText(void *source, std::uint8_t *buffer, int size)
     const std::size_t count = std::min(std::size_t(size), self.text_.size() - self.at_);
 
     if (count == 0) return AVERROR_EOF;
+    // NOLINTNEXTLINE(bugprone-not-null-terminated-result): FFmpeg reads bytes, not a string
     std::memcpy(buffer, self.text_.data() + self.at_, count);
     self.at_ += count;
     return int(count);
@@ -134,7 +135,7 @@ bool MediaFile::Read(AVPacket &packet)
 std::int64_t MediaFile::Microseconds(const AVStream &stream, std::int64_t timestamp) const
 {
     const std::int64_t longest = std::int64_t(1) << 60;
-    const std::int64_t time = av_rescale_q(timestamp, stream.time_base, AV_TIME_BASE_Q);
+    const std::int64_t time = av_rescale_q(timestamp, stream.time_base, AVRational{1, AV_TIME_BASE});
 
     return std::clamp(time, -longest, longest) - beginning_;
 }

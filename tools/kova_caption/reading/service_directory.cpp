@@ -66,7 +66,7 @@ public:
     }
 
 protected:
-    dvbpsi_t *const decoder_;
+    dvbpsi_t *const decoder_; // NOLINT(misc-non-private-member-variables-in-classes): the tables attach to it
 };
 
 class ProgrammeMap : public Table
@@ -152,7 +152,7 @@ private:
 // no transport stream. `first` receives the place of the first one.
 long PacketDistance(std::FILE *file, long &first)
 {
-    std::array<std::uint8_t, 5 * 204> head;
+    std::array<std::uint8_t, std::size_t(5) * 204> head;
 
     if (std::fread(head.data(), 1, head.size(), file) != head.size()) return 0;
     for (const long distance : {188L, 192L, 204L}) {

@@ -2,6 +2,7 @@
 #include "reading/teletext_page.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "base/utf8.h"
 
@@ -43,7 +44,7 @@ static bool IsEmpty(const vbi_char &cell)
 
 static PageRow ReadRow(const vbi_page &page, int row, const CellGrid &grid, Notices &notices)
 {
-    const vbi_char *const cells = page.text + row * page.columns + grid.firstColumn;
+    const vbi_char *const cells = page.text + std::ptrdiff_t(row) * page.columns + grid.firstColumn;
     PageRow read;
 
     read.first = 0;

@@ -36,6 +36,7 @@ Letters InVisualOrder(const Letters &letters, std::size_t begin, std::size_t end
         levels.push_back(letters[i].level);
         order.push_back(FriBidiStrIndex(i));
     }
+    // NOLINTNEXTLINE(misc-redundant-expression): the default has some of its own flags twice
     if (fribidi_reorder_line(FRIBIDI_FLAGS_DEFAULT | FRIBIDI_FLAG_REORDER_NSM, kinds.data(), length, 0,
                              FRIBIDI_PAR_LTR, levels.data(), nullptr, order.data()) == 0) {
         throw std::bad_alloc();
