@@ -226,7 +226,7 @@ TEST(AnyBytes, GiveTheSameStatesAndEventsInPiecesOfAnySize)
         const Seen wanted = Look(*whole);
         const std::vector<std::string> events = Events(*whole);
 
-        for (size_t piece : {1, 3, 7}) {
+        for (size_t piece : {1u, 3u, 7u}) {
             Driver cut(ManyEvents());
             Push(*cut, stream, piece);
             EXPECT_TRUE(Look(*cut) == wanted) << seed << " in pieces of " << piece;

@@ -255,6 +255,7 @@ static std::vector<std::string> NeedsOf(const char *library)
         if (!strstr(map->l_name, library)) continue;
         const char *strings = nullptr;
         for (const ElfW(Dyn) *entry = map->l_ld; entry->d_tag != DT_NULL; entry++) {
+            // NOLINTNEXTLINE(performance-no-int-to-ptr): the dynamic section holds addresses as numbers
             if (entry->d_tag == DT_STRTAB) strings = reinterpret_cast<const char *>(entry->d_un.d_ptr);
         }
         for (const ElfW(Dyn) *entry = map->l_ld; entry->d_tag != DT_NULL; entry++) {

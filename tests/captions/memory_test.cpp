@@ -5,9 +5,11 @@
 #include <cstdlib>
 #include <random>
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's names
 extern "C" void *__libc_malloc(size_t size);
 extern "C" void *__libc_calloc(size_t count, size_t size);
 extern "C" void *__libc_realloc(void *block, size_t size);
+// NOLINTEND(bugprone-reserved-identifier)
 
 static bool s_counts;
 static size_t s_allocations;

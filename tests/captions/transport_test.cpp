@@ -131,7 +131,7 @@ TEST(Transport, GivesReadingOrderToPicturesThatCameInCodingOrder)
             EXPECT_EQ(Kova_Captions_PushTriplets(*decoder, picture.time, picture.bytes, picture.count), 0);
         }
     };
-    for (const size_t frame : {0, 3, 1, 2, 6, 4, 5}) {
+    for (const size_t frame : {0u, 3u, 1u, 2u, 6u, 4u, 5u}) {
         TripletList found;
         const ByteString video = Mpeg2Picture(ToTriplets(1, {pairs[frame]}));
         EXPECT_EQ(Kova_Captions_ReadMpeg2(video.data(), video.size(), &found), 1);

@@ -6,8 +6,10 @@
 #include <thread>
 
 // Defined by the leak sanitizer only.
+// NOLINTBEGIN(bugprone-reserved-identifier): its names
 extern "C" void __lsan_disable() __attribute__((weak));
 extern "C" void __lsan_enable() __attribute__((weak));
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace test
 {
