@@ -9,6 +9,6 @@ __asm__(".pushsection VERSION,\"\",%progbits\n"
 
 // The linker drops a file of which it needs nothing, and with it that section. It is told that it needs this.
 extern "C" {
-extern const char TextDispVersionAnchor __attribute__((visibility("hidden")));
+extern const char TextDispVersionAnchor;
 const char TextDispVersionAnchor = 0;
 }
