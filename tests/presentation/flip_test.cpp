@@ -105,7 +105,9 @@ TEST_P(FlipAfterAFlip, IsDeferredWhenItComesInUnderSixteenMilliseconds)
     EXPECT_EQ(TraceOfFlip(pDisplay), gap.bDeferred ? DEFERRED : FLIPPED);
     EXPECT_EQ(RecordOf(pDisplay)->blast_frame_changed, gap.bDeferred ? 0 : 1);
     // The flip thread takes the lock for a moment before it sleeps.
-    if (gap.bDeferred) EXPECT_TRUE(AwaitSleeper());
+    if (gap.bDeferred) {
+        EXPECT_TRUE(AwaitSleeper());
+    }
     EXPECT_TRUE(LockIsFree(pDisplay));
     Destroy(pDisplay);
 }
