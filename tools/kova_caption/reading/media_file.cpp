@@ -9,7 +9,7 @@
 #include <fstream>
 
 #include "base/failure.h"
-#include "reading/caption_text.h"
+#include "reading/captions/text_file.h"
 #include "reading/charset.h"
 #include "reading/webvtt.h"
 

@@ -7,9 +7,9 @@
 #include <map>
 
 #include "base/failure.h"
-#include "reading/caption_cues.h"
-#include "reading/caption_stream.h"
-#include "reading/caption_text.h"
+#include "reading/captions/cues.h"
+#include "reading/captions/stream.h"
+#include "reading/captions/text_file.h"
 #include "reading/cue_reader.h"
 #include "reading/service_directory.h"
 

@@ -11,7 +11,7 @@
 
 #include "cues/cue.h"
 #include "cues/listed_cue.h"
-#include "reading/closed_captions.h"
+#include "reading/captions/closed_captions.h"
 
 namespace caption
 {

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Scenarist closed captions (.scc): CEA-608 pairs of field 1 as text.
-#ifndef KOVA_CAPTION_READING_SCC_H
-#define KOVA_CAPTION_READING_SCC_H
+#ifndef KOVA_CAPTION_READING_CAPTIONS_SCC_H
+#define KOVA_CAPTION_READING_CAPTIONS_SCC_H
 
 #include <string_view>
 
 #include "base/notices.h"
-#include "reading/triplets.h"
+#include "reading/captions/triplets.h"
 
 namespace caption
 {

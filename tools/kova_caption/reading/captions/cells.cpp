@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "reading/caption_cells.h"
+#include "reading/captions/cells.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "reading/mcc.h"
+#include "reading/captions/mcc.h"
 
 #include <algorithm>
 #include <optional>
 #include <string>
 
+#include "reading/captions/time_code.h"
 #include "reading/text_lines.h"
-#include "reading/time_code.h"
 
 namespace caption
 {

@@ -4,12 +4,12 @@
 //     # pop-on captions of CC1
 //     00:00:01.000  fc 94 20  fc 94 20
 //     1033          fc9470 fcc8e9
-#ifndef KOVA_CAPTION_READING_CCD_H
-#define KOVA_CAPTION_READING_CCD_H
+#ifndef KOVA_CAPTION_READING_CAPTIONS_CCD_H
+#define KOVA_CAPTION_READING_CAPTIONS_CCD_H
 
 #include <string_view>
 
-#include "reading/triplets.h"
+#include "reading/captions/triplets.h"
 
 namespace caption
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "reading/time_code.h"
+#include "reading/captions/time_code.h"
 
 #include "reading/text_lines.h"
 

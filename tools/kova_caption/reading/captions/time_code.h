@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Time codes of caption files, which count frames.
-#ifndef KOVA_CAPTION_READING_TIME_CODE_H
-#define KOVA_CAPTION_READING_TIME_CODE_H
+#ifndef KOVA_CAPTION_READING_CAPTIONS_TIME_CODE_H
+#define KOVA_CAPTION_READING_CAPTIONS_TIME_CODE_H
 
 #include <optional>
 #include <string_view>

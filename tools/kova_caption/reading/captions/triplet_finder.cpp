@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "reading/triplet_finder.h"
+#include "reading/captions/triplet_finder.h"
 
 #include <algorithm>
 #include <array>

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 // Caption triplets as a test writes them down.
-#ifndef KOVA_CAPTION_TESTS_READING_CAPTION_LINES_H
-#define KOVA_CAPTION_TESTS_READING_CAPTION_LINES_H
+#ifndef KOVA_CAPTION_TESTS_READING_CAPTIONS_LINES_H
+#define KOVA_CAPTION_TESTS_READING_CAPTIONS_LINES_H
 
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <string>
 
-#include "reading/triplets.h"
+#include "reading/captions/triplets.h"
 
 // One triplet a line: microseconds, a blank, six hexadecimal digits.
 inline std::string Listed(const caption::Triplets &read)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // CEA-608 and CEA-708 captions, from their bytes to what each channel and service shows.
-#ifndef KOVA_CAPTION_READING_CLOSED_CAPTIONS_H
-#define KOVA_CAPTION_READING_CLOSED_CAPTIONS_H
+#ifndef KOVA_CAPTION_READING_CAPTIONS_CLOSED_CAPTIONS_H
+#define KOVA_CAPTION_READING_CAPTIONS_CLOSED_CAPTIONS_H
 
 #include <array>
 #include <cstddef>
@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "kova/kova_captions.h"
-#include "reading/caption_cells.h"
+#include "reading/captions/cells.h"
 
 namespace caption
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "reading/closed_captions.h"
+#include "reading/captions/closed_captions.h"
 
 #include <algorithm>
 #include <new>

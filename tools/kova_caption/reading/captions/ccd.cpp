@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "reading/ccd.h"
+#include "reading/captions/ccd.h"
 
 #include <algorithm>
 #include <string>

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // MacCaption files (.mcc), versions 1.0 and 2.0: ancillary data packets with captions as text.
-#ifndef KOVA_CAPTION_READING_MCC_H
-#define KOVA_CAPTION_READING_MCC_H
+#ifndef KOVA_CAPTION_READING_CAPTIONS_MCC_H
+#define KOVA_CAPTION_READING_CAPTIONS_MCC_H
 
 #include <string_view>
 
 #include "base/notices.h"
-#include "reading/triplets.h"
+#include "reading/captions/triplets.h"
 
 namespace caption
 {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Finds the caption triplets in the packets of a stream: of a video that carries them, or of a caption track.
-#ifndef KOVA_CAPTION_READING_TRIPLET_FINDER_H
-#define KOVA_CAPTION_READING_TRIPLET_FINDER_H
+#ifndef KOVA_CAPTION_READING_CAPTIONS_TRIPLET_FINDER_H
+#define KOVA_CAPTION_READING_CAPTIONS_TRIPLET_FINDER_H
 
 #include <cstddef>
 #include <cstdint>

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 // Files of captions in text: SCC, MCC and raw triplets.
-#ifndef KOVA_CAPTION_READING_CAPTION_TEXT_H
-#define KOVA_CAPTION_READING_CAPTION_TEXT_H
+#ifndef KOVA_CAPTION_READING_CAPTIONS_TEXT_FILE_H
+#define KOVA_CAPTION_READING_CAPTIONS_TEXT_FILE_H
 
 #include <string>
 
 #include "base/notices.h"
-#include "reading/triplets.h"
+#include "reading/captions/triplets.h"
 
 namespace caption
 {

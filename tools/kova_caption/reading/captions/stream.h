@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 // The captions that one stream of a file carries.
-#ifndef KOVA_CAPTION_READING_CAPTION_STREAM_H
-#define KOVA_CAPTION_READING_CAPTION_STREAM_H
+#ifndef KOVA_CAPTION_READING_CAPTIONS_STREAM_H
+#define KOVA_CAPTION_READING_CAPTIONS_STREAM_H
 
 #include <cstdint>
 #include <memory>
 
 #include "reading/av.h"
-#include "reading/closed_captions.h"
+#include "reading/captions/closed_captions.h"
+#include "reading/captions/triplet_finder.h"
+#include "reading/captions/triplets.h"
 #include "reading/media_file.h"
-#include "reading/triplet_finder.h"
-#include "reading/triplets.h"
 
 namespace caption
 {

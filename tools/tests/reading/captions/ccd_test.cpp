@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "reading/ccd.h"
+#include "reading/captions/ccd.h"
 
 #include <gtest/gtest.h>
 
 #include "base/failure.h"
-#include "reading/caption_lines.h"
+#include "reading/captions/lines.h"
 
 static std::string Problem(const std::string &text)
 {

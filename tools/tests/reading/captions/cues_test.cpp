@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // From states of a channel to cues, without a decoder.
-#include "reading/caption_cues.h"
+#include "reading/captions/cues.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "reading/scc.h"
+#include "reading/captions/scc.h"
 
 #include <gtest/gtest.h>
 
-#include "reading/caption_lines.h"
+#include "reading/captions/lines.h"
 
 using caption::Notices;
 using caption::Triplets;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The states of a caption channel become cues: exact ones to be listed, and ones to be drawn.
-#ifndef KOVA_CAPTION_READING_CAPTION_CUES_H
-#define KOVA_CAPTION_READING_CAPTION_CUES_H
+#ifndef KOVA_CAPTION_READING_CAPTIONS_CUES_H
+#define KOVA_CAPTION_READING_CAPTIONS_CUES_H
 
 #include <cstdint>
 #include <vector>
@@ -9,7 +9,7 @@
 #include "base/notices.h"
 #include "cues/cue.h"
 #include "cues/listed_cue.h"
-#include "reading/closed_captions.h"
+#include "reading/captions/closed_captions.h"
 
 namespace caption
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "reading/caption_stream.h"
+#include "reading/captions/stream.h"
 
 #include <algorithm>
 

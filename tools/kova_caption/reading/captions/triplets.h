@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Caption bytes as a text file holds them, before they are decoded.
-#ifndef KOVA_CAPTION_READING_TRIPLETS_H
-#define KOVA_CAPTION_READING_TRIPLETS_H
+#ifndef KOVA_CAPTION_READING_CAPTIONS_TRIPLETS_H
+#define KOVA_CAPTION_READING_CAPTIONS_TRIPLETS_H
 
 #include <array>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The cells of a decoded caption channel or service become rows of text.
-#ifndef KOVA_CAPTION_READING_CAPTION_CELLS_H
-#define KOVA_CAPTION_READING_CAPTION_CELLS_H
+#ifndef KOVA_CAPTION_READING_CAPTIONS_CELLS_H
+#define KOVA_CAPTION_READING_CAPTIONS_CELLS_H
 
 #include <vector>
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "reading/scc.h"
+#include "reading/captions/scc.h"
 
 #include <algorithm>
 #include <string>
 
+#include "reading/captions/time_code.h"
 #include "reading/text_lines.h"
-#include "reading/time_code.h"
 
 namespace caption
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "reading/caption_cues.h"
+#include "reading/captions/cues.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "reading/caption_text.h"
+#include "reading/captions/text_file.h"
 
 #include <filesystem>
 
 #include "base/failure.h"
-#include "reading/ccd.h"
-#include "reading/mcc.h"
-#include "reading/scc.h"
+#include "reading/captions/ccd.h"
+#include "reading/captions/mcc.h"
+#include "reading/captions/scc.h"
 
 namespace caption
 {
