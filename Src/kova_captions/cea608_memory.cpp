@@ -33,10 +33,17 @@ static bool IsBlankRow(const Code *cells)
     return true;
 }
 
+// Bits first to last, of a memory's rows.
+static unsigned RowBits(int first, int last)
+{
+    return (2U << last) - (1U << first);
+}
+
 static bool AreBlankRows(const Memory &memory, int first, int last)
 {
-    for (int row = first; row <= last; ++row) {
-        if (!IsBlankRow(memory.cells[row])) return false;
+    unsigned left = memory.written & RowBits(first, last);
+    for (int row = 0; left; ++row, left >>= 1) {
+        if ((left & 1) && !IsBlankRow(memory.cells[row])) return false;
     }
     return true;
 }
@@ -51,8 +58,12 @@ static void EraseRows(State &state, Channel &channel, uint8_t memory, int first,
     Memory &erased = state.memories[memory];
     const bool blank = AreBlankRows(erased, first, last);
 
-    // Marks of preambles may stand in a blank row too.
-    for (int row = first; row <= last; ++row) memset(erased.cells[row], 0, sizeof erased.cells[row]);
+    // Marks of preambles may stand in a blank row too, but in none that was never written to.
+    unsigned left = erased.written & RowBits(first, last);
+    for (int row = 0; left; ++row, left >>= 1) {
+        if (left & 1) memset(erased.cells[row], 0, sizeof erased.cells[row]);
+    }
+    erased.written &= uint16_t(~RowBits(first, last));
     if (!blank) TouchRows(state, channel, memory, first, last);
 }
 
@@ -116,6 +127,7 @@ void Put(State &state, Channel &channel, Code code)
         if (channel.column < kLastColumn) cells[channel.column + 1].mark = 0;
     }
     cell = code;
+    state.memories[memory].written |= uint16_t(1U << channel.row);
     state.memories[memory].may_flash |= code.kind == kFlashOn;
     channel.filled = channel.column == kLastColumn;
     if (!channel.filled) ++channel.column;
@@ -173,6 +185,8 @@ static void MoveRows(State &state, Channel &channel, int from, int to, int count
     memcpy(moved, memory.cells[from], unsigned(count) * sizeof *moved);
     memset(memory.cells[from], 0, unsigned(count) * sizeof *moved);
     memcpy(memory.cells[to], moved, unsigned(count) * sizeof *moved);
+    const unsigned rows = RowBits(0, count - 1), written = memory.written >> from & rows;
+    memory.written = uint16_t((memory.written & ~(rows << from) & ~(rows << to)) | written << to);
     channel.roll = {};
     if (!blank) TouchRows(state, channel, channel.displayed, 0, kLastRow);
 }
@@ -206,6 +220,8 @@ void RollRows(State &state, Channel &channel, uint8_t first, uint8_t last)
 
     memmove(memory.cells[first], memory.cells[first + 1], unsigned(last - first) * sizeof *memory.cells);
     memset(memory.cells[last], 0, sizeof *memory.cells);
+    const unsigned rows = RowBits(first, last);
+    memory.written = uint16_t((memory.written & ~rows) | ((memory.written & rows) >> 1 & rows));
     if (blank) return;
     channel.roll = {state.now, KOVA_CAPTIONS_ROLL, KOVA_CAPTIONS_SCROLL, KOVA_CAPTIONS_BOTTOM_TO_TOP, 1, {}};
     ExpectChange(state, state.now + KOVA_CAPTIONS_ROLL);
@@ -337,11 +353,12 @@ bool HasFlash(Memory &memory)
 {
     if (!memory.may_flash) return false;
     bool holds_code = false;
-    for (const auto &row : memory.cells) {
+    for (int row = 0; row < kChannelRows; ++row) {
+        if (!(memory.written >> row & 1)) continue;
         KovaCaptionsChannelCell cells[kChannelColumns];
-        ReadRow(row, cells);
+        ReadRow(memory.cells[row], cells);
         for (int column = 0; column < kChannelColumns; ++column) {
-            holds_code |= row[column].kind == kFlashOn;
+            holds_code |= memory.cells[row][column].kind == kFlashOn;
             if (cells[column].flash && cells[column].kind == KOVA_CAPTIONS_CHARACTER &&
                 cells[column].character != kSpace)
                 return true;

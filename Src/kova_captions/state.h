@@ -52,6 +52,8 @@ struct Code {
 struct Memory {
     Code cells[kChannelRows][kChannelColumns];
     uint32_t row_revision[kChannelRows];
+    // Bit n: something may be in row n. Most memories hold a row or two, and the other rows need not be looked at.
+    uint16_t written;
     // Whether a flash code was put in since the memory was last found without one.
     bool may_flash;
 };
