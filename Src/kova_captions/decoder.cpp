@@ -1,20 +1,14 @@
 // SPDX-License-Identifier: MIT
 // The public interface: one block of memory, one lock, and copies of the state.
+#include "decoder.h"
+
 #include "cea708.h"
 #include "events.h"
 
-#include <pthread.h>
 #include <stdlib.h>
 #include <string.h>
 
 using namespace captions;
-
-struct KovaCaptions {
-    pthread_mutex_t mutex;
-    // state.revision, for readers without the lock.
-    uint32_t revision;
-    State state;
-};
 
 static void Lock(KovaCaptions *decoder)
 {
