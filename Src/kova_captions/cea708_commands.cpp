@@ -368,16 +368,27 @@ static void DefineNewWindow(const Target &target, const KovaCaptionsDefinition &
     SetPen(window, StyledPen(definition.pen_style ? definition.pen_style : kDefaultStyle, 0));
 }
 
+// Whether two definitions put a window in the same place, above and below the same windows.
+static bool IsSamePlace(const KovaCaptionsDefinition &one, const KovaCaptionsDefinition &other)
+{
+    return one.priority == other.priority && one.relative == other.relative &&
+           one.anchor_vertical == other.anchor_vertical && one.anchor_horizontal == other.anchor_horizontal &&
+           one.anchor_point == other.anchor_point;
+}
+
 // Text, pen location and, with style 0, attributes stay. [708 8.10.5.2]
 static void ChangeDefinition(const Target &target, const KovaCaptionsDefinition &definition)
 {
     Window &window = target.window;
+    const bool moved = !IsSamePlace(window.definition, definition);
 
     Resize(target, definition.rows, definition.columns);
     window.definition = definition;
     if (definition.window_style) SetAttributes(target, StyledAttributes(definition.window_style));
     if (definition.pen_style) SetPen(window, StyledPen(definition.pen_style, window.pen.text_tag));
-    TouchWindow(target);
+    // Many definitions that differ change nothing that shows: the visible bit repeats what a command did before.
+    if (moved) TouchWindow(target);
+    TouchUnseen(target);
 }
 
 static void DefineWindow(const Context &context)

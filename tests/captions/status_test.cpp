@@ -93,12 +93,38 @@ TEST(Revisions, OfWindowsCountAsVisibleWhatIsOnDisplay)
     EXPECT_FALSE(send(Define(Window(1).Hidden())).visible);
     EXPECT_FALSE(send(DeleteWindows(0x02)).visible);
     // encoders repeat definitions
-    send(Define(Window(0)));
     EXPECT_FALSE(send(Define(Window(0)) + Bytes({ETX})).visible);
     EXPECT_TRUE(send(ClearWindows(0x01)).visible);
     EXPECT_FALSE(send(ClearWindows(0x01)).visible);
     EXPECT_TRUE(send(HideWindows(0x01)).visible);
     EXPECT_FALSE(send(Bytes({RST})).visible);
+}
+
+TEST(Revisions, OfADefinitionCountAsVisibleWhatItChangesOnDisplay)
+{
+    Driver decoder;
+    const auto define = [&](const Window &window) {
+        return ChangesOf(decoder, 1, [&] { decoder.SendService(1, Define(window)); });
+    };
+    decoder.SendService(1, Define(Window(0).Hidden()) + Ascii("TEXT") + DisplayWindows(0x01));
+
+    const Changes shown = define(Window(0));
+    EXPECT_TRUE(shown.any);
+    EXPECT_FALSE(shown.visible) << "the window was visible, though its definition had said hidden";
+    EXPECT_FALSE(define(Window(0)).visible);
+    EXPECT_FALSE(define(Window(0).Locks(0, 0)).visible);
+    EXPECT_FALSE(define(Window(0).Styles(0, 2)).visible) << "a pen shows with the next character";
+    EXPECT_TRUE(define(Window(0).Styles(2, 1)).visible);
+    EXPECT_TRUE(define(Window(0)).visible);
+    EXPECT_TRUE(define(Window(0).Priority(1)).visible);
+    EXPECT_TRUE(define(Window(0).Priority(1).Relative()).visible);
+    EXPECT_TRUE(define(Window(0).Anchor(1, 0, 0)).visible);
+    EXPECT_TRUE(define(Window(0).Anchor(1, 2, 0)).visible);
+    EXPECT_TRUE(define(Window(0).Anchor(1, 2, 3)).visible);
+    EXPECT_TRUE(define(Window(0).Anchor(1, 2, 3).Rows(2)).visible);
+    EXPECT_TRUE(define(Window(0).Anchor(1, 2, 3).Rows(2).Columns(30)).visible);
+    EXPECT_TRUE(define(Window(0).Anchor(1, 2, 3).Rows(2).Columns(30).Hidden()).visible);
+    EXPECT_FALSE(define(Window(0).Hidden()).visible);
 }
 
 TEST(Revisions, OfWindowRowsChangeWithTheirRowAlone)
