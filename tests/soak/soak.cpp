@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <getopt.h>
 #include <malloc.h>
 #include <string>
@@ -30,17 +31,17 @@ namespace soak
 
 static constexpr milliseconds BURST_TIME(40);
 static constexpr int ROUND = 50; // bursts
-// The growth allowed after the warm-up. The heap in use is exact; published DirectFB makes it grow by itself,
+// The growth allowed after the warm-up, in KiB. The heap in use is exact; published DirectFB makes it grow by itself,
 // also without the library: by some 50 KiB in 3000 activations, more and more slowly. Resident memory also
-// includes the fragmentation of the heap. The part that grows with time allows a fifth of a byte (heap) and
-// two bytes (resident) per operation.
-static long HeapBound(double dSeconds)
+// includes the fragmentation of the heap. The part that grows allows a fifth of a byte (heap) and two bytes (resident)
+// per operation.
+static long HeapBound(uint64_t uiOperations)
 {
-    return 64 + long(dSeconds * 0.1); // KiB
+    return 64 + long(uiOperations / 5 / 1024);
 }
-static long ResidentBound(double dSeconds)
+static long ResidentBound(uint64_t uiOperations)
 {
-    return 2048 + long(dSeconds); // KiB
+    return 2048 + long(uiOperations * 2 / 1024);
 }
 static constexpr long DESCRIPTOR_BOUND = 0;
 
@@ -60,21 +61,27 @@ struct Usage_t {
     long lDescriptors;
 };
 
+// The resident memory that this process wrote itself. Files and memory shared with others come and go with what else
+// the machine does.
+static long ResidentMemory()
+{
+    std::ifstream status("/proc/self/status");
+
+    for (std::string word; status >> word;) {
+        long lResident = 0;
+        if (word == "RssAnon:" && status >> lResident) return lResident;
+    }
+    return 0;
+}
+
 static Usage_t Usage()
 {
     namespace fs = std::filesystem;
-    long lPages = 0;
-
-    if (FILE *const pFile = fopen("/proc/self/statm", "r")) {
-        if (fscanf(pFile, "%*d %ld", &lPages) != 1) lPages = 0;
-        fclose(pFile);
-    }
     const struct mallinfo2 heap = mallinfo2();
     // The folder that is being read is open too.
     const auto descriptors =
         std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()) - 1;
-    return {lPages * (sysconf(_SC_PAGESIZE) / 1024), long((heap.uordblks + heap.hblkhd) / 1024),
-            long(descriptors)};
+    return {ResidentMemory(), long((heap.uordblks + heap.hblkhd) / 1024), long(descriptors)};
 }
 
 class Soak
@@ -279,6 +286,7 @@ static int Run(FILE *pTable, KovaGraphicLayer_e eLayer, bool bPalette, int iSeco
         for (int i = 0; i < 6000 && IsFramePending(); i++) std::this_thread::sleep_for(milliseconds(10));
         uiMissed = IsFramePending();
     }
+    if (start.lResident == 0 || end.lResident == 0) Soak::Fail("no RssAnon in /proc/self/status");
     std::vector<std::chrono::microseconds> latencies = Latencies();
     if (latencies.empty()) Soak::Fail("no line was ever flipped");
     std::sort(latencies.begin(), latencies.end());
@@ -298,9 +306,9 @@ static int Run(FILE *pTable, KovaGraphicLayer_e eLayer, bool bPalette, int iSeco
     fprintf(pTable, "%-26s %12.2f %12.2f %12.2f\n", "  drawn to flipped, ms", percentile(0.5),
             percentile(0.99), percentile(1));
     fprintf(pTable, "%-26s %12s %12s %12s %12s\n", "", "start", "end", "growth", "bound");
-    bool bGood =
-        PrintGrowth(pTable, "resident memory, KiB", start.lResident, end.lResident, ResidentBound(dSeconds));
-    bGood &= PrintGrowth(pTable, "heap in use, KiB", start.lHeap, end.lHeap, HeapBound(dSeconds));
+    bool bGood = PrintGrowth(pTable, "resident memory, KiB", start.lResident, end.lResident,
+                             ResidentBound(uiOperations));
+    bGood &= PrintGrowth(pTable, "heap in use, KiB", start.lHeap, end.lHeap, HeapBound(uiOperations));
     bGood &= PrintGrowth(pTable, "open descriptors", start.lDescriptors, end.lDescriptors, DESCRIPTOR_BOUND);
     if (uiMissed) fprintf(pTable, "The last frame never reached the screen.\n");
     return bGood && !uiRefused && !uiMissed ? 0 : 1;
