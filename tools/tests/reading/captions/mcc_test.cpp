@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "captions/requirement.h"
 #include "reading/captions/lines.h"
 
 using caption::Notices;
@@ -43,6 +44,7 @@ static std::int64_t TimeOf(const std::string &rate, const std::string &label, ch
 
 TEST(MccFile, IsKnownByItsFirstLine)
 {
+    Requirement("T25");
     EXPECT_TRUE(caption::IsMcc("File Format=MacCaption_MCC V1.0\n"));
     EXPECT_TRUE(caption::IsMcc("\xEF\xBB\xBF"
                                "File Format=MacCaption_MCC V2.0\r\n"));
@@ -61,6 +63,7 @@ TEST(MccFile, GivesTheValidTripletsOfItsPackets)
 
 TEST(MccFile, ExpandsEveryLetter)
 {
+    Requirement("T24");
     // What a letter stands for is behind the triplet FC 94 20, in the same packet, so the two count together.
     struct Case {
         char letter;
@@ -84,6 +87,7 @@ TEST(MccFile, ExpandsEveryLetter)
 
 TEST(MccFile, ExpandsTheLettersOfHeaders)
 {
+    Requirement("T24");
     // T is the packet's kind, S the identifier, Z a zero byte, U the beginning of a section with one triplet
     // whose type says that it is filler.
     const Triplets read = Read("30", "00:00:00:00\tT14S144F43ZZ72E2Q"
@@ -96,6 +100,7 @@ TEST(MccFile, ExpandsTheLettersOfHeaders)
 
 TEST(MccFile, RefusesLinesWithLettersThatHaveNoMeaning)
 {
+    Requirement("T24");
     for (const char letter : std::string("VWXYvwxy!")) {
         SCOPED_TRACE(letter);
         Notices notices;
@@ -134,6 +139,7 @@ TEST(MccFile, TakesTheRateOfItsPacketsWhereTheHeaderHasNone)
 
 TEST(MccFile, OfVersion2MayNameFieldAndLine)
 {
+    Requirement("T25");
     const std::string packet = "\t" + Packet("FC9420", 1) + "\n";
     const Triplets read =
         Read("30", "00:00:01:00.0" + packet + "00:00:01:00.1,9" + packet + "00:00:02:00" + packet);
@@ -146,6 +152,7 @@ TEST(MccFile, OfVersion2MayNameFieldAndLine)
 
 TEST(MccFile, KeepsTheOrderOfLinesWithOneTime)
 {
+    Requirement("T25");
     const Triplets read =
         Read("30", "00:00:00:00\t" + Packet("FC9420", 1) + "\n00:00:00:00\t" + Packet("FC942F", 1) + "\n");
 

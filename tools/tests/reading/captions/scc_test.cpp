@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "captions/requirement.h"
 #include "reading/captions/lines.h"
 
 using caption::Notices;
@@ -35,6 +36,7 @@ TEST(SccFile, IsKnownByItsFirstLineThatIsNotBlank)
 
 TEST(SccFile, SendsTheNthWordNMinusOneFramesAfterTheLinesTime)
 {
+    Requirement("T27");
     EXPECT_EQ(Listed(Read("00:00:01:00\t9420 94ae 9420\n")), std::to_string(FrameTime(30)) + " fc9420\n" +
                                                                  std::to_string(FrameTime(31)) + " fc94ae\n" +
                                                                  std::to_string(FrameTime(32)) + " fc9420\n");
@@ -58,6 +60,7 @@ TEST(SccFile, LeavesTwoLabelsAMinuteOutInDropFrameTimeCodes)
 
 TEST(SccFile, PushesALineBackWhileWordsOfTheOneBeforeAreSent)
 {
+    Requirement("T27");
     const Triplets read = Read("00:00:01:00\t9420 9420 c8e9 942f\n00:00:01:02\t942c\n00:00:02:00\t942c\n");
 
     ASSERT_EQ(read.triplets.size(), 6u);
@@ -80,6 +83,7 @@ TEST(SccFile, MayHaveWindowsLineEndsAMarkCapitalsAndAnyBlanks)
 
 TEST(SccFile, ReportsADamagedLineOnceAndReadsTheRest)
 {
+    Requirement("T27");
     Notices notices;
     const Triplets read = caption::ReadScc(g_header + "00:00:0x:00\t9420\n"
                                                       "00:00:01:00\t94zz 942 9420\n"
