@@ -5,25 +5,22 @@ namespace textdisp
 {
 
 // The time of the last direct flip on a rate-limited layer; zero at load, so the first flip is never deferred. All
-// displays of the process share it, each under a lock of its own, so it is one word that is read and written whole: the
-// microseconds in its lowest bits, and the seconds above them.
-static int64_t g_last_flip_req_time;
-
-enum { MICROSECOND_BITS = 20 };
+// displays of the process share it, each under a lock of its own. Its words may be of two flips, if another display
+// flips at this moment at the turn of a second: then the time is a second off, and the flip is not deferred. One word
+// of 64 bits would cost every flip more, and many 32-bit processors have none that is read whole.
+static struct {
+    long lSeconds, lMicroseconds;
+} g_last_flip_req_time;
 
 static struct timeval LastFlipTime()
 {
-    const int64_t iPacked = Peek(g_last_flip_req_time);
-    struct timeval time;
-
-    time.tv_sec = time_t(iPacked >> MICROSECOND_BITS);
-    time.tv_usec = suseconds_t(iPacked & ((1 << MICROSECOND_BITS) - 1));
-    return time;
+    return {Peek(g_last_flip_req_time.lSeconds), Peek(g_last_flip_req_time.lMicroseconds)};
 }
 
 static void StoreLastFlipTime(const struct timeval &time)
 {
-    Poke(g_last_flip_req_time, int64_t(time.tv_sec) * (1 << MICROSECOND_BITS) + time.tv_usec);
+    Poke(g_last_flip_req_time.lSeconds, time.tv_sec);
+    Poke(g_last_flip_req_time.lMicroseconds, time.tv_usec);
 }
 
 enum { FRAME_TIME = 16 }; // milliseconds
@@ -39,8 +36,10 @@ unsigned long compare_time(const struct timeval *ptime1, const struct timeval *p
 
 bool IsBackBuffered(KovaDFBDisplay_t *pDisplay)
 {
-    DFBDisplayLayerConfig config = {};
+    DFBDisplayLayerConfig config;
 
+    // What is not filled in, not even by a call that fails, has no flag.
+    config.flags = DLCONF_NONE;
     DFB_CHECK(Call(pDisplay->pLayer, &IDirectFBDisplayLayer::GetConfiguration, &config));
     return (config.flags & DLCONF_BUFFERMODE) && (config.buffermode & (DLBM_BACKVIDEO | DLBM_BACKSYSTEM));
 }
@@ -54,10 +53,10 @@ DFBResult FlipSurface(KovaDFBDisplay_t *pDisplay)
 int FilpInternal(pKovaITextDisplay_t pThiz)
 {
     KovaDFBDisplay_t *const pDisplay = Record(pThiz);
-    const struct timeval last = LastFlipTime();
     struct timeval now;
 
     gettimeofday(&now, nullptr);
+    const struct timeval last = LastFlipTime();
     if (pDisplay->bFlip && compare_time(&now, &last) < FRAME_TIME) {
         pDisplay->blast_frame_changed = 0;
         DFB_CHECK(Call(pDisplay->pActiveSurface, &IDirectFBSurface::GetClip, &pDisplay->flip_clip));

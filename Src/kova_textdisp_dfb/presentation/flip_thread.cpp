@@ -35,7 +35,7 @@ static bool IsEnding(const KovaDFBDisplay_t *pDisplay) HOLDS_DISPLAY
 static void Wake(KovaDFBDisplay_t *pDisplay, kova_bool *pbNote) HOLDS_DISPLAY
 {
     // Without a thread, or with one that is ending, there is no mutex and no condition to be touched.
-    if (Holds(pDisplay) == 0 || IsEnding(pDisplay)) return;
+    if (Holds(pDisplay) == 0 || pDisplay->flip_thread_stop) return;
     Poke(*pbNote, 1);
     pthread_mutex_lock(&pDisplay->flip_thread_mutex);
     pthread_mutex_unlock(&pDisplay->flip_thread_mutex);
