@@ -276,7 +276,7 @@ TEST(Ancillary, HoldsAPairOfOneField)
 
     // bit 7 set: field 1
     EXPECT_EQ(Kova_Captions_ReadAncillary(Hex("61 02 03 8a 94 20 55").data(), 7, &triplets, nullptr), 1);
-    EXPECT_EQ(Kova_Captions_ReadAncillary(Hex("61 02 03 0a 15 2c 55").data(), 7, &triplets, nullptr), 1);
+    EXPECT_EQ(Kova_Captions_ReadAncillary(Hex("61 02 03 1f 15 2c 55").data(), 7, &triplets, nullptr), 1);
 
     EXPECT_EQ(triplets.Text(), "fc 94 20  fd 15 2c");
 }

@@ -591,6 +591,7 @@ TEST(TextMode, IsClearedAndBeginsAtTheTopByTextRestart)
 
     decoder.Send(Code(TR) + Text("AB") + Code(CR) + Text("CD"));
     EXPECT_EQ(decoder.Displayed(T1), "1 AB|2 CD");
+    EXPECT_EQ(decoder.NonDisplayed(T1), "") << "Text has one memory";
     decoder.Send(Code(TR));
     EXPECT_EQ(decoder.Displayed(T1), "");
     EXPECT_EQ(decoder.Cursor(T1), "1,1");

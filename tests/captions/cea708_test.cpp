@@ -2,6 +2,8 @@
 // CEA-708: code space, characters, commands, windows.
 #include "driver.h"
 
+#include <cstring>
+
 // A visible window of some rows and columns, and what follows it.
 static ByteString Grid(unsigned rows, unsigned columns, const ByteString &rest = {})
 {
@@ -563,6 +565,23 @@ TEST(Fields, OfSetPenColorAreAsTabled)
     EXPECT_EQ(other.background_opacity, KOVA_CAPTIONS_SOLID);
     EXPECT_EQ(other.background, 0x3F);
     EXPECT_EQ(other.edge_color, 0x3F);
+}
+
+TEST(Fields, OfThePenAreThoseOfTheCellsThatItPrints)
+{
+    Requirement("C19");
+    // SetPenAttributes and SetPenColor with every bit that counts in turn
+    for (unsigned bit = 0; bit < 40; bit++) {
+        unsigned bytes[5] = {};
+        bytes[bit / 8] = 1u << bit % 8;
+        Driver decoder;
+        decoder.SendService(
+            1,
+            Grid(1, 9, Bytes({0x90, bytes[0], bytes[1], 0x91, bytes[2], bytes[3], bytes[4]})) + Ascii("A"));
+        const auto window = decoder.Window(0);
+        ASSERT_EQ(window->cells[0][0].character, 'A');
+        EXPECT_EQ(memcmp(&window->cells[0][0].pen, &window->pen, sizeof window->pen), 0) << bit;
+    }
 }
 
 TEST(Fields, OfSetPenLocationAreAsTabled)

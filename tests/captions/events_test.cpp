@@ -2,6 +2,8 @@
 // What was decoded, as events and as lines for people.
 #include "driver.h"
 
+#include <cstdio>
+
 // The lines of one source, each with its source's name before it.
 static std::string EventsOf(const Pairs &pairs, unsigned field = 1)
 {
@@ -59,6 +61,64 @@ TEST(Events608, NameEveryCode)
 
     // Codes are reported whether they have an effect or not, and the repetition is not.
     for (const auto &each : cases) EXPECT_EQ(EventsOf(each.pairs), each.line);
+}
+
+// The codes of channel 1 that the standard assigns.
+static bool IsAssigned(unsigned first, unsigned second)
+{
+    const bool preamble = second >= 0x40 && (first > 0x10 || second < 0x60);
+
+    switch (first) {
+    case 0x10:
+        return preamble || second < 0x30;
+    case 0x11:
+    case 0x12:
+    case 0x13:
+        return true;
+    case 0x14:
+    case 0x15:
+        return preamble || second < 0x30;
+    case 0x17:
+        return preamble || (second >= 0x21 && second <= 0x2A) || (second >= 0x2D && second <= 0x2F);
+    default:
+        return preamble;
+    }
+}
+
+TEST(Events608, CallEveryCodeUnknownThatIsNotAssigned)
+{
+    for (unsigned first = 0x10; first < 0x18; first++) {
+        for (unsigned second = 0x20; second < 0x80; second++) {
+            char unknown[64];
+            snprintf(unknown, sizeof unknown, "cc1 UnknownCode code=0x%02x%02x\n", first, second);
+            const std::string events = EventsOf(Twice(first, second));
+            EXPECT_EQ(events == unknown, !IsAssigned(first, second)) << unknown << events;
+        }
+    }
+}
+
+TEST(Events608, GiveTheBytesOfPairsWithAParityError)
+{
+    const Pairs bad = {{0x14, 0xA0}};
+
+    EXPECT_EQ(EventsOf(bad), "- ParityError field=1 first=0x14 second=0xa0\n");
+    EXPECT_EQ(EventsOf(bad, 2), "- ParityError field=2 first=0x14 second=0xa0\n");
+}
+
+TEST(Events608, NameTheFieldWhoseDataIsInvalid)
+{
+    KovaCaptionsOptions options = WithEvents();
+    options.event_capacity = 100;
+
+    for (const unsigned field : {1u, 2u}) {
+        Driver decoder(options);
+        decoder.Send(field, Times(44, {{0x14, 0xA0}}));
+        decoder.Events();
+        decoder.Send(field, {{0x14, 0xA0}});
+        const std::string name = std::to_string(field);
+        EXPECT_EQ(decoder.Events(), "- ParityError field=" + name +
+                                        " first=0x14 second=0xa0\n- InvalidData field=" + name + "\n");
+    }
 }
 
 TEST(Events608, NameTheirChannel)
@@ -147,6 +207,17 @@ TEST(Events708, NameEveryCommand)
         {Hex("9d 15 a3 4d 82 11 2b"), "s1 DefineWindow window=5 visible=0 rowlock=1 collock=0 priority=5 "
                                       "relative=1 anchor_v=35 anchor_h=77 anchor=8 "
                                       "rows=3 columns=18 window_style=5 pen_style=3\n"},
+        // tag 5, offset 2, size 0; italics, edge 3, font 4
+        {Hex("90 58 9c"), "s1 SetPenAttributes tag=5 offset=superscript size=small italics=1 underline=0 "
+                          "edge=uniform font=4\n"},
+        // foreground 1, (3,1,2); background 2, (0,2,1); edge (1,3,0)
+        {Hex("91 76 89 1c"), "s1 SetPenColor foreground=3,1,2 foreground_opacity=flash background=0,2,1 "
+                             "background_opacity=translucent edge=1,3,0\n"},
+        // fill 1, (1,2,3); border 01 (3,2,1); border bit 2, no wrap, print 3, scroll 1, justify 2; speed 9, direction 2,
+        // effect 1
+        {Hex("97 5b 79 b6 99"), "s1 SetWindowAttributes fill=1,2,3 fill_opacity=flash border=shadow-right "
+                                "border_color=3,2,1 wordwrap=0 print=bottom-to-top scroll=right-to-left "
+                                "justify=center effect=fade effect_direction=top-to-bottom effect_speed=9\n"},
         {Hex("93"), "s1 UnknownCode code=0x0093\n"},
         {Hex("10 90 00"), "s1 UnknownCode code=0x1090\n"},
         {Ascii("HELLO"), "s1 Text \"HELLO\"\n"},
@@ -156,6 +227,40 @@ TEST(Events708, NameEveryCommand)
     for (const auto &each : cases) EXPECT_EQ(EventsOf(each.bytes), each.line);
     EXPECT_EQ(EventsOf(Define(Window(0)) + SetWindowAttributes(attributes)).find("SetWindowAttributes fill="),
               EventsOf(Define(Window(0))).size() + 3);
+}
+
+TEST(EventsOfTheTransport, TellWhatIsWrong)
+{
+    const struct {
+        const char *triplets, *lines;
+    } cases[] = {
+        // packet 0, then packet 2
+        {"ff 01 00  ff 81 00", "- SequenceGap expected=1 received=2\n"},
+        // two of four bytes, then the next packet
+        {"ff 02 00  ff 41 00", "- ShortPacket bytes=2 announced=4\n"},
+        {"fe 41 42", "- StrayData\n"},
+        // a block of one byte with the extended number 5, which is none
+        {"ff 02 e1  fe 05 00", "- BadServiceBlock header=0x05\n"},
+        // P16 with one byte of two
+        {"ff 02 22  fe 18 26", "s1 CutElement bytes=2\n"},
+    };
+    for (const auto &each : cases) {
+        Driver decoder(WithEvents());
+        decoder.SendTriplets(Hex(each.triplets));
+        EXPECT_EQ(decoder.Events(), each.lines);
+    }
+
+    Driver decoder(WithEvents());
+    const ByteString data = Hex("43 ff  fc 80 80");
+    Kova_Captions_PushCcData(*decoder, decoder.Now(), data.data(), data.size());
+    decoder.Discontinuity();
+    EXPECT_EQ(decoder.Events(), "- CutCcData count=3 present=1\n- Discontinuity\n");
+
+    decoder.SendService(1, Delay(255) + Ascii(std::string(100, 'A')));
+    decoder.SendService(1, Ascii(std::string(29, 'B')));
+    EXPECT_EQ(decoder.Events(), "s1 Delay tenths=255\ns1 BufferFull\ns1 Text \"" + std::string(64, 'A') +
+                                    "\"\ns1 Text \"" + std::string(36, 'A') + std::string(28, 'B') +
+                                    "\"\ns1 Text \"B\"\n");
 }
 
 TEST(Events708, AreReportedWhenTheyTakeEffect)

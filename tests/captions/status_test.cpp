@@ -73,6 +73,23 @@ TEST(Revisions, OfRowsChangeWithTheirRowAlone)
     }
 }
 
+TEST(Revisions, OfARowChangeWhenSomethingIsErasedFromIt)
+{
+    for (const Misc code : {BS, DER}) {
+        Driver decoder;
+        decoder.Send(Code(RDC) + Pac(3) + Text("THREE") + Pac(9) + Text("NINE") + PacIndent(9, 0) + Tab(2));
+        const auto before = decoder.Channel(KOVA_CAPTIONS_CC1);
+
+        decoder.Send(Code(code));
+
+        const auto after = decoder.Channel(KOVA_CAPTIONS_CC1);
+        EXPECT_NE(decoder.Displayed(), "3 THREE|9 NINE");
+        for (int row = 0; row < KOVA_CAPTIONS_CHANNEL_ROWS; row++) {
+            EXPECT_EQ(after->row_revision[row] != before->row_revision[row], row == 8) << row;
+        }
+    }
+}
+
 TEST(Revisions, OfWindowsCountAsVisibleWhatIsOnDisplay)
 {
     Driver decoder;
@@ -181,6 +198,27 @@ TEST(FlashSince, TellsWhetherSomethingVisibleFlashes)
         decoder.SendService(1, HideWindows(0x01));
         EXPECT_EQ(Status(decoder, 1).flash_since, KOVA_CAPTIONS_NO_TIME);
     }
+}
+
+TEST(FlashSince, TellsWhetherACodeOfLine21LetsSomethingFlash)
+{
+    Driver decoder;
+    const auto flashSince = [&] { return Status(decoder, KOVA_CAPTIONS_CC1).flash_since; };
+
+    decoder.Send(Code(RDC) + Pac(15) + Text("AB "));
+    decoder.Send(Code(FON));
+    EXPECT_EQ(flashSince(), KOVA_CAPTIONS_NO_TIME) << "nothing is to the right of the code";
+    decoder.Send(Pac(14) + Text("CD"));
+    EXPECT_EQ(flashSince(), KOVA_CAPTIONS_NO_TIME) << "the other row does not flash";
+
+    // the code takes the place of the C, and D is to the right of it
+    decoder.Send(Pac(14));
+    const int64_t code = decoder.Now();
+    decoder.Send(Code(FON));
+    EXPECT_EQ(flashSince(), code);
+
+    EXPECT_EQ(Kova_Captions_Select(*decoder, KOVA_CAPTIONS_CC1, 0), 0);
+    EXPECT_EQ(flashSince(), KOVA_CAPTIONS_NO_TIME) << "the viewer's choice erased it";
 }
 
 TEST(NextChange, IsTheOneOfTheChannelAskedFor)
