@@ -66,6 +66,18 @@ TEST(CcData, KeepsInvalidTripletsForTheDecoderToIgnore)
     EXPECT_EQ(triplets.Text(), "fa 00 00  f8 80 80");
 }
 
+TEST(CcData, GivesAllWholeTripletsThatAreThere)
+{
+    Requirement("T6");
+    const ByteString whole = Hex("c4 ff  fc 94 20  fc 94 2f  fc 94 2c  fc 94 25");
+
+    for (size_t size = 0; size < 12; size++) {
+        TripletList triplets;
+        EXPECT_EQ(Kova_Captions_ReadCcData(whole.data(), 2 + size, &triplets), int(size / 3)) << size;
+        EXPECT_EQ(triplets->errors, 1u) << size;
+    }
+}
+
 TEST(CcData, HoldsUpTo31Triplets)
 {
     Requirement("T6");

@@ -830,6 +830,21 @@ TEST(ExtendedData, NeedsItsChecksum)
     EXPECT_EQ(decoder.Counters().xds_errors, 1u);
 }
 
+TEST(ExtendedData, IsDroppedAtAParityError)
+{
+    Requirement("B52");
+    // between two pairs of the packet, in its first byte, in its second, in both, and where a packet may start
+    const Pair damaged[] = {{0x20, 0x80}, {0x80, 0x41}, {0x41, 0x41}, {0x83, 0x83}};
+
+    for (const Pair &pair : damaged) {
+        Driver decoder;
+        decoder.Send(2, Raw(1, 3) + Text("NAME") + Pairs{pair} + Raw(0x0F, XdsChecksum(1, 3, "NAME")));
+        EXPECT_STREQ(Program(decoder).name, "") << int(pair.first);
+        decoder.Send(2, Xds(1, 3, "NAME"));
+        EXPECT_STREQ(Program(decoder).name, "NAME");
+    }
+}
+
 TEST(ExtendedData, IsReportedOnlyWhenItDiffers)
 {
     Requirement("B52");

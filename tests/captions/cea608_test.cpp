@@ -299,8 +299,10 @@ TEST(Bytes608, ArePushedAsPairsToo)
     for (const auto &pair : pairs) EXPECT_EQ(Kova_Captions_PushPair(*decoder, 0, 1, pair[0], pair[1]), 0);
     EXPECT_EQ(Kova_Captions_PushPair(*decoder, 0, 0, 0x94, 0x20), -1);
     EXPECT_EQ(Kova_Captions_PushPair(*decoder, 0, 3, 0x94, 0x20), -1);
+    for (const auto &pair : pairs) EXPECT_EQ(Kova_Captions_PushPair(*decoder, 0, 2, pair[0], pair[1]), 0);
 
     EXPECT_EQ(decoder.Displayed(), "15 HI");
+    EXPECT_EQ(decoder.Displayed(KOVA_CAPTIONS_CC3), "15 HI");
 }
 
 /* -------------------------------------------------------------------------------------------------------- Channels */

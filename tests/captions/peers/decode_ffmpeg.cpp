@@ -3,9 +3,11 @@
 // order of presentation.
 // usage: decode_ffmpeg FILE.ccd
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -40,7 +42,7 @@ std::vector<Entry> ReadCcd(const char *file)
         int hours = 0, minutes = 0;
         double seconds = 0;
         if (std::sscanf(time.c_str(), "%d:%d:%lf", &hours, &minutes, &seconds) == 3) {
-            entry.milliseconds = std::int64_t((hours * 3600 + minutes * 60 + seconds) * 1000 + 0.5);
+            entry.milliseconds = std::llround((hours * 3600 + minutes * 60 + seconds) * 1000);
         } else {
             entry.milliseconds = std::atoll(time.c_str());
         }
@@ -115,6 +117,17 @@ std::vector<std::string> Decode(const std::vector<Entry> &entries, const char *f
     return captions;
 }
 
+void PrintCaptions(const char *file)
+{
+    const std::vector<Entry> entries = ReadCcd(file);
+    nlohmann::json found = nlohmann::json::object();
+    for (const auto &[name, field] : {std::pair("cc1", "first"), std::pair("cc3", "second")}) {
+        const std::vector<std::string> captions = Decode(entries, field);
+        if (!captions.empty()) found[name] = captions;
+    }
+    std::cout << found.dump(1) << '\n';
+}
+
 } // namespace
 
 int main(int count, char **arguments)
@@ -123,12 +136,11 @@ int main(int count, char **arguments)
         std::fprintf(stderr, "usage: decode_ffmpeg FILE.ccd\n");
         return 2;
     }
-    const std::vector<Entry> entries = ReadCcd(arguments[1]);
-    nlohmann::json found = nlohmann::json::object();
-    for (const auto &[name, field] : {std::pair("cc1", "first"), std::pair("cc3", "second")}) {
-        const std::vector<std::string> captions = Decode(entries, field);
-        if (!captions.empty()) found[name] = captions;
+    try {
+        PrintCaptions(arguments[1]);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "decode_ffmpeg: %s: %s\n", arguments[1], error.what());
+        return 1;
     }
-    std::cout << found.dump(1) << '\n';
     return 0;
 }
