@@ -418,6 +418,19 @@ TEST(Rows, OfOtherJustificationAreClearedByANewCharacterOnceComplete)
     }
 }
 
+TEST(Rows, AreClearedWhicheverRowItIs)
+{
+    Requirement("C38");
+    const ByteString begin = Define(Window(0).Rows(3)) + Attributes(2);
+
+    for (unsigned row = 0; row < 3; row++) {
+        const ByteString there = SetPenLocation(row, 0);
+        const std::string number = std::to_string(row);
+        EXPECT_EQ(TextOf(begin + there + Ascii("ABC") + Bytes({ETX}) + Ascii("x")), number + " x");
+        EXPECT_EQ(TextOf(begin + there + Ascii("ABC") + Ascii("x")), number + " ABCx");
+    }
+}
+
 TEST(Rows, AreNotCompletedByPenAttributesAndColor)
 {
     Requirement("C38");

@@ -229,6 +229,34 @@ TEST(Events708, NameEveryCommand)
               EventsOf(Define(Window(0))).size() + 3);
 }
 
+TEST(Events708, EndARunBeforeTheCodeThatEndsIt)
+{
+    EXPECT_EQ(EventsOf(Ascii("AB") + Bytes({0x93}) + Ascii("CD")),
+              "s1 Text \"AB\"\ns1 UnknownCode code=0x0093\ns1 Text \"CD\"\n");
+    EXPECT_EQ(EventsOf(Ascii("AB") + Bytes({BS708}) + Ascii("CD")),
+              "s1 Text \"AB\"\ns1 Backspace\ns1 Text \"CD\"\n");
+}
+
+TEST(Events708, CallEveryCodeUnknownThatIsNotAssigned)
+{
+    for (unsigned code = 0; code < 0xA0; code++) {
+        if (code >= 0x20 && code < 0x80) continue;
+        const bool nothing = code == 0x00, extended = code == 0x10;
+        const bool assigned = code == ETX || code == BS708 || code == FF || code == CR708 || code == HCR ||
+                              code == P16 || (code >= 0x80 && code <= 0x92) || code >= 0x97;
+        // parameters enough for any
+        const std::string events = EventsOf(Bytes({code, 0, 0, 0, 0, 0, 0}));
+        char unknown[64];
+        snprintf(unknown, sizeof unknown, "s1 UnknownCode code=0x%04x\n", code);
+        if (nothing) {
+            EXPECT_EQ(events, "");
+        }
+        if (!nothing && !extended) {
+            EXPECT_EQ(events == unknown, !assigned) << unknown << events;
+        }
+    }
+}
+
 TEST(EventsOfTheTransport, TellWhatIsWrong)
 {
     const struct {

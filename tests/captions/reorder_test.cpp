@@ -41,6 +41,17 @@ protected:
 };
 
 // Coding order I0 P3 B1 B2 P6 B4 B5.
+TEST_F(Reorder, SortsTimesBeforeZero)
+{
+    GivenCapacity(4);
+
+    EXPECT_EQ(Push(-9900000, 'B'), 0);
+    EXPECT_EQ(Push(-10000000, 'A'), 0);
+    PopWhatIsDue(true);
+
+    EXPECT_EQ(m_out, "AB");
+}
+
 TEST_F(Reorder, PutsPicturesIntoPresentationOrder)
 {
     Requirement("T8");

@@ -289,6 +289,18 @@ TEST(Activity, TellsWhatCarriesCaptions)
     EXPECT_EQ(activity.channels_with_text, 0x81);
 }
 
+TEST(Activity, TellsThatCharactersOfTwoBytesAreText)
+{
+    // a special character and an extended one
+    for (const Pairs &character : {Twice(0x11, 0x37), Twice(0x12, 0x21)}) {
+        Driver decoder;
+        KovaCaptionsActivity activity;
+        decoder.Send(Code(RDC) + character);
+        ASSERT_EQ(Kova_Captions_GetActivity(*decoder, &activity), 0);
+        EXPECT_EQ(activity.channels_with_text, 0x01);
+    }
+}
+
 TEST(Arguments, ThatCannotBeUsedAreRefused)
 {
     Driver decoder;
