@@ -2,53 +2,15 @@
 // Names for people: sources, events, arguments.
 #include <kova/kova_captions.h>
 
-#include <string.h>
+#include "lines.h"
 
 namespace captions
 {
 
-// Lists of names are bytes in a row, each name with its zero byte, and an empty one ends a list: tables of pointers would
-// take twice the room, and every program that loads the library would have to relocate them.
-
-// The name after this one.
-static const char *After(const char *name)
-{
-    return name + strlen(name) + 1;
-}
-
-// The name of a number in a list, or the empty name at its end.
-static const char *Nth(const char *list, unsigned number)
-{
-    while (*list && number-- > 0) list = After(list);
-    return list;
-}
-
-// ------------------------------------------------------------------------------------------------------------- Values
-
-// The names of an argument's values, by the letter of the argument.
-struct Values {
-    char letter;
-    char names[62];
-};
-
-static const Values kValues[] = {
-    {'O', "solid\0flash\0translucent\0transparent\0"},
-    {'o', "solid\0flash\0semi-transparent\0transparent\0"},
-    {'D', "left-to-right\0right-to-left\0top-to-bottom\0bottom-to-top\0"},
-    {'J', "left\0right\0center\0full\0"},
-    {'F', "snap\0fade\0wipe\0reserved\0"},
-    {'E', "none\0raised\0depressed\0uniform\0shadow-left\0shadow-right\0"},
-    {'S', "small\0standard\0large\0"},
-    {'V', "subscript\0normal\0superscript\0"},
-    {'R', "none\0mpa\0us-tv\0canadian-english\0canadian-french\0"},
-    // The colours of 608, by red, green and blue, each of which is off or full.
-    {'c', "black\0blue\0green\0cyan\0red\0magenta\0yellow\0white\0"},
-};
-
 // ------------------------------------------------------------------------------------------------------------- Events
 
 // One line per event, in the order of KovaCaptionsCode: its name, then its arguments, each with a first letter that says
-// how it is printed: # decimal, h two hexadecimal digits, H four, C a colour of 708, or a letter of kValues.
+// how it is printed: # decimal, h two hexadecimal digits, H four, C a colour of 708, or a letter of ValueNames.
 static const char kEvents[] =
     "Text\0\0"
     "TransparentSpace\0\0"
@@ -128,50 +90,12 @@ static const char *FindArgument(const char *event, unsigned index)
     return *argument ? argument : nullptr;
 }
 
-// -------------------------------------------------------------------------------------------------------------- Lines
-
-struct Line {
-    char *text;
-    size_t size;
-    // Of the whole line; what is beyond size is only counted.
-    size_t length;
-    bool cut;
-};
-
-// Writes bytes that belong together, or none of them once something did not fit.
-static void Write(Line &line, const char *bytes, size_t count)
-{
-    line.cut |= line.length + count >= line.size;
-    if (!line.cut) memcpy(line.text + line.length, bytes, count);
-    if (!line.cut) line.text[line.length + count] = '\0';
-    line.length += count;
-}
-
-static void Write(Line &line, const char *text)
-{
-    for (; *text; ++text) Write(line, text, 1);
-}
-
-static void WriteDecimal(Line &line, unsigned value)
-{
-    unsigned power = 1;
-    while (value / power >= 10) power *= 10;
-    for (; power > 0; power /= 10) Write(line, &"0123456789"[value / power % 10], 1);
-}
+// ---------------------------------------------------------------------------------------------------------- Arguments
 
 static void WriteHexadecimal(Line &line, unsigned value, int digits)
 {
     Write(line, "0x");
     while (digits-- > 0) Write(line, &"0123456789abcdef"[value >> 4 * digits & 0x0F], 1);
-}
-
-static void WriteColor(Line &line, unsigned color)
-{
-    WriteDecimal(line, color >> 4 & 3);
-    Write(line, ",");
-    WriteDecimal(line, color >> 2 & 3);
-    Write(line, ",");
-    WriteDecimal(line, color & 3);
 }
 
 // Red, green and blue of a colour of 608, one bit each.
@@ -182,11 +106,8 @@ static unsigned Components(unsigned color)
 
 static void WriteName(Line &line, char letter, unsigned value)
 {
-    for (const Values &values : kValues) {
-        if (values.letter == letter && *Nth(values.names, value))
-            return Write(line, Nth(values.names, value));
-    }
-    WriteDecimal(line, value);
+    const char *const name = Nth(ValueNames(letter), value);
+    return *name ? Write(line, name) : WriteDecimal(line, value);
 }
 
 static void WriteArgument(Line &line, const char *argument, uint16_t value)
@@ -286,10 +207,9 @@ using namespace captions;
 int Kova_Captions_FormatEvent(const KovaCaptionsEvent *event, char *text, size_t size)
 {
     if (!event || (!text && size > 0)) return -1;
-    Line line = {text, size, 0, false};
+    Line line = Start(text, size);
     const char *const names = FindEvent(event->code);
 
-    if (size > 0) text[0] = '\0';
     Write(line, Kova_Captions_EventName(event->code));
     for (unsigned i = 0; names && i < event->argument_count && i < KOVA_CAPTIONS_EVENT_ARGUMENTS; ++i) {
         const char *const argument = FindArgument(names, i);

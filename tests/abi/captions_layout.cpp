@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The layout and the values of everything a caller of the caption decoder sees, the same on every machine. Compiling
 // this file is the test.
-#include "kova/kova_captions.h"
+#include "kova/kova_captions_settings.h"
 
 #include <stddef.h>
 #include <type_traits>
@@ -180,3 +180,23 @@ FIELD(KovaCaptionsOptions, korean_services, uint64_t, 8);
 FIELD(KovaCaptionsOptions, channel_timeout, int64_t, 16);
 FIELD(KovaCaptionsOptions, service_timeout, int64_t, 24);
 FIELD(KovaCaptionsOptions, event_capacity, uint32_t, 32);
+
+RECORD(KovaCaptionsSettings, 832);
+FIELD(KovaCaptionsSettings, foreground, uint8_t, 0);
+FIELD(KovaCaptionsSettings, foreground_opacity, uint8_t, 1);
+FIELD(KovaCaptionsSettings, background, uint8_t, 2);
+FIELD(KovaCaptionsSettings, background_opacity, uint8_t, 3);
+FIELD(KovaCaptionsSettings, window, uint8_t, 4);
+FIELD(KovaCaptionsSettings, window_opacity, uint8_t, 5);
+FIELD(KovaCaptionsSettings, edge_type, uint8_t, 6);
+FIELD(KovaCaptionsSettings, edge_color, uint8_t, 7);
+FIELD(KovaCaptionsSettings, font, uint8_t, 8);
+FIELD(KovaCaptionsSettings, italics, uint8_t, 9);
+FIELD(KovaCaptionsSettings, underline, uint8_t, 10);
+FIELD(KovaCaptionsSettings, flash, uint8_t, 11);
+FIELD(KovaCaptionsSettings, size, uint8_t, 12);
+FIELD(KovaCaptionsSettings, safe_area, uint8_t, 13);
+FIELD(KovaCaptionsSettings, source, uint8_t, 14);
+FIELD(KovaCaptionsSettings, easy_reader, uint8_t, 15);
+ARRAY(KovaCaptionsSettings, language, char, 4, 16);
+static_assert(sizeof(KovaCaptionsSettings::fonts) == 8 * 100 && offsetof(KovaCaptionsSettings, fonts) == 32);
