@@ -16,6 +16,7 @@ endif()
 install(FILES
         ${PROJECT_SOURCE_DIR}/include/kova/kova_captions.h
         ${PROJECT_SOURCE_DIR}/include/kova/kova_captions_carriage.h
+        ${PROJECT_SOURCE_DIR}/include/kova/kova_captions_draw.h
         ${PROJECT_SOURCE_DIR}/include/kova/kova_captions_settings.h
         ${PROJECT_SOURCE_DIR}/include/kova/kova_textdisp_types.h
         ${PROJECT_SOURCE_DIR}/include/kova/kova_textdisp.h
