@@ -29,7 +29,7 @@
     nearest colour.
 
     **Fonts** take slots of the display, which has eight and takes eight different files in its life. Files of styles
-    come first, then fallbacks, then those that settings name; styles that share a file share a slot, and what is beyond
+    come first, then their italics, fallbacks, and those that settings name; styles that share a file share a slot, and what is beyond
     eight is not used. Other users
     of the display do not use these files, or call Kova_Captions_Redraw afterwards.
 
@@ -84,6 +84,9 @@ typedef struct KovaCaptionsScreen {
         a font of small capitals; else lower case is drawn as small upper case. CEA-608 is drawn with style 0 unless the
         viewer chooses another. */
     const char *fonts[KOVA_CAPTIONS_FONTS];
+    /** The file of each style's italics, as of fonts. Null: the display slants the style's font, where its platform can;
+        published DirectFB cannot. */
+    const char *italic_fonts[KOVA_CAPTIONS_FONTS];
     /** Files for characters that a style's font lacks, in order, for example one with Hangul. */
     const char *fallbacks[KOVA_CAPTIONS_FALLBACKS];
     int8_t context;     /**< the context, 0 to 3; default 0 */
@@ -141,8 +144,8 @@ KOVA_CAPTIONS_API int Kova_Captions_SetAspect(KovaCaptionsRenderer *renderer, ui
             pointer or a source that is not decoded
 
     Blocks while the display draws and flips. The same holds for the functions below that draw. */
-KOVA_CAPTIONS_API int Kova_Captions_Draw(KovaCaptionsRenderer *renderer, KovaCaptions *decoder, uint8_t source,
-                                         int64_t time);
+KOVA_CAPTIONS_API int Kova_Captions_Draw(KovaCaptionsRenderer *renderer, KovaCaptions *decoder,
+                                         uint8_t source, int64_t time);
 
 /** Brings the state of a 608 channel to the screen.
     @param renderer from Kova_Captions_CreateRenderer

@@ -86,7 +86,8 @@ static bool ReadCharacters(Bytes map, Coverage &coverage)
     for (size_t i = 0; i < count; ++i) {
         const Bytes record = map.From(kHeader + kRecord * i);
         const uint32_t platform = record.Word16(0), encoding = record.Word16(2);
-        const bool unicode = platform == kUnicode || (platform == kWindows && (encoding == 1 || encoding == 10));
+        const bool unicode =
+            platform == kUnicode || (platform == kWindows && (encoding == 1 || encoding == 10));
         const Bytes table = map.From(record.Word32(4));
         if (!unicode || table.size == 0) continue;
         if (table.Word16(0) == kSegments) {

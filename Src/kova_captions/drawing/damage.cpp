@@ -70,11 +70,13 @@ static void AddStrip(const Rect &before, const Rect &after, Damage &damage)
         damage.Add(large);
     } else if (inside && large.y == small.y && large.height == small.height && large.x == small.x) {
         damage.Add(FromEdges(small.Right(), large.y, large.Right(), large.Bottom()));
-    } else if (inside && large.y == small.y && large.height == small.height && large.Right() == small.Right()) {
+    } else if (inside && large.y == small.y && large.height == small.height &&
+               large.Right() == small.Right()) {
         damage.Add(FromEdges(large.x, large.y, small.x, large.Bottom()));
     } else if (inside && large.x == small.x && large.width == small.width && large.y == small.y) {
         damage.Add(FromEdges(large.x, small.Bottom(), large.Right(), large.Bottom()));
-    } else if (inside && large.x == small.x && large.width == small.width && large.Bottom() == small.Bottom()) {
+    } else if (inside && large.x == small.x && large.width == small.width &&
+               large.Bottom() == small.Bottom()) {
         damage.Add(FromEdges(large.x, large.y, large.Right(), small.y));
     } else {
         damage.Add(large);

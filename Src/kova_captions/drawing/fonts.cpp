@@ -7,9 +7,11 @@ namespace captions
 {
 
 constexpr uint16_t kUnderscore = '_';
-// Room above and below the letters of a row, so that edges and accents stay inside.
-constexpr int kRoom = 2;
+// Room above and below the letters of a row, for edges.
+constexpr int kRoom = 1;
 constexpr kova_uint32 kHighest = 255;
+// Letters fill their cells, but grow by no more than a picture of 4:3 does on a screen of 16:9.
+constexpr kova_uint32 kWidest = kNaturalWidth * 4 / 3;
 
 // ------------------------------------------------------------------------------------------------------------- Files
 
@@ -37,6 +39,7 @@ void Fonts::Start(const KovaCaptionsScreen &screen, const KovaCaptionsSettings &
         m_given[i] = Add(screen.fonts[i]);
         if (first == kNoFont) first = m_given[i];
     }
+    for (int i = 0; i < kFonts; ++i) m_italics[i] = Add(screen.italic_fonts[i]);
     for (const char *name : screen.fallbacks) {
         const uint8_t font = Add(name);
         if (font != kNoFont) m_fallbacks[m_fallback_count++] = font;
@@ -46,6 +49,7 @@ void Fonts::Start(const KovaCaptionsScreen &screen, const KovaCaptionsSettings &
     }
     // The names belong to the caller.
     memset(m_screen.fonts, 0, sizeof m_screen.fonts);
+    memset(m_screen.italic_fonts, 0, sizeof m_screen.italic_fonts);
     memset(m_screen.fallbacks, 0, sizeof m_screen.fallbacks);
     Use(settings);
     Forget();
@@ -120,7 +124,12 @@ Glyph Fonts::Find(const Cell &cell, int row_height)
     uint8_t font = m_styles[style];
     uint16_t character = cell.character;
     int percent = PercentOf(cell);
+    bool slanted = cell.flags & kItalics;
 
+    if (slanted && m_italics[style] != kNoFont && font == m_given[style]) {
+        font = m_italics[style];
+        slanted = false;
+    }
     if (font == kNoFont) return {character, {kNoFont, 0, 0, 0}};
     if (style == KOVA_CAPTIONS_FONT_SMALL_CAPITALS) {
         // A file that serves another style has no small capitals of its own.
@@ -154,8 +163,7 @@ Glyph Fonts::Find(const Cell &cell, int row_height)
     int height = m_files[font].standard * m_percent * percent / (100 * 100);
     if (height < 1) height = 1;
     if (height > int(kHighest)) height = int(kHighest);
-    return {character,
-            {font, uint8_t(height), uint8_t(cell.flags & kItalics ? 1 : 0), uint8_t(IsWide(character))}};
+    return {character, {font, uint8_t(height), uint8_t(slanted), uint8_t(IsWide(character))}};
 }
 
 int ToUtf8(uint16_t character, char *text)
@@ -240,7 +248,7 @@ void Fonts::Fit(uint8_t font, int row_height)
     File &file = m_files[font];
 
     if (file.row_height == row_height || file.failed) return;
-    const int base_line = row_height * 4 / 5, room = row_height > 8 * kRoom ? kRoom : 0;
+    const int base_line = row_height * 4 / 5, room = row_height > 16 ? kRoom : 0;
     const int above = base_line - room, below = row_height - base_line - room;
     int height = row_height < int(kHighest) ? row_height : int(kHighest);
     // Rounding of the font's metrics takes a step or two behind the first.
@@ -273,8 +281,9 @@ kova_uint32 Fonts::ScaleFor(const FontKey &key, int width)
 {
     const int em = key.wide ? 1024 : m_files[key.font].widest;
     const int widest = (em * key.height + 1023) / 1024;
-    if (widest <= width || widest == 0) return kNaturalWidth;
-    return kNaturalWidth * kova_uint32(width) / kova_uint32(widest);
+    if (widest <= 0) return kNaturalWidth;
+    const kova_uint32 scale = kNaturalWidth * kova_uint32(width) / kova_uint32(widest);
+    return scale < kWidest ? scale : kWidest;
 }
 
 int Fonts::Ascent(const FontKey &key)

@@ -54,7 +54,7 @@ public:
     Glyph Find(const Cell &cell, int row_height);
     // Selects it in the display; false if the font cannot be opened.
     bool Select(const FontKey &key, kova_uint32 scale);
-    // The scale at which the key's Latin letters (or those as wide as high) fit into so many pixels.
+    // The scale at which the key's Latin letters (or those as wide as high) fill so many pixels.
     kova_uint32 ScaleFor(const FontKey &key, int width);
     // Of the selected font: pixels from a line's top to its base line.
     int Ascent(const FontKey &key);
@@ -87,6 +87,7 @@ private:
     int m_count;
     uint8_t m_given[kFonts];
     uint8_t m_styles[kFonts];
+    uint8_t m_italics[kFonts];
     uint8_t m_fallbacks[KOVA_CAPTIONS_FALLBACKS];
     int m_fallback_count;
     uint8_t m_selected;

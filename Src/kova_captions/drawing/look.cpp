@@ -36,9 +36,10 @@ Cell Stylist::Style(const KovaCaptionsPen &provided, uint16_t character, bool mo
         m_cell.background = Color(pen.background_opacity, pen.background);
         m_cell.edge = uint8_t(pen.offset << 6 | (Color(0, pen.edge_color) & 0x3F));
         m_cell.font = uint8_t(pen.size << 6 | (pen.font & 7) << 3 | (pen.edge_type & 7));
-        m_cell.flags = uint8_t(kTaken | (pen.background_opacity != KOVA_CAPTIONS_TRANSPARENT ? kBackground : 0) |
-                               (pen.underline ? kUnderline : 0) | (pen.italics ? kItalics : 0) |
-                               (IsMonospaced(pen.font) ? kMono : 0));
+        m_cell.flags =
+            uint8_t(kTaken | (pen.background_opacity != KOVA_CAPTIONS_TRANSPARENT ? kBackground : 0) |
+                    (pen.underline ? kUnderline : 0) | (pen.italics ? kItalics : 0) |
+                    (IsMonospaced(pen.font) ? kMono : 0));
     }
     Cell cell = m_cell;
     cell.character = character;

@@ -86,7 +86,8 @@ static void KeepLeaver(const Panel &before, int first_row, Panel &panel)
     }
 }
 
-void ApplyScroll(View &view, const KovaCaptionsMotion &scroll, int first_row, const Panel &before, Panel &panel)
+void ApplyScroll(View &view, const KovaCaptionsMotion &scroll, int first_row, const Panel &before,
+                 Panel &panel)
 {
     Frame &frame = panel.frame;
 
@@ -95,6 +96,8 @@ void ApplyScroll(View &view, const KovaCaptionsMotion &scroll, int first_row, co
     const int up = height - Done(view, scroll, height), across = width - Done(view, scroll, width);
 
     frame.scroll_start = scroll.start;
+    frame.band = Intersection(frame.band, frame.rect);
+    frame.shown = Intersection(frame.shown, OuterRect(frame));
     switch (scroll.direction) {
     case KOVA_CAPTIONS_LEFT_TO_RIGHT:
         frame.dx = -across;

@@ -15,7 +15,8 @@ bool IsMoving(View &view, const KovaCaptionsMotion &motion);
 void ApplyEffect(View &view, const KovaCaptionsMotion &effect, bool visible, Frame &frame, uint8_t &alpha);
 
 // Displaces the cells; `before` is the panel as it is on the screen, of which a row may be leaving.
-void ApplyScroll(View &view, const KovaCaptionsMotion &scroll, int first_row, const Panel &before, Panel &panel);
+void ApplyScroll(View &view, const KovaCaptionsMotion &scroll, int first_row, const Panel &before,
+                 Panel &panel);
 
 } // namespace captions
 

@@ -43,7 +43,7 @@ void Painter::DrawBorder(const Frame &frame)
 {
     const Ink light = Over(frame.border_color, kNoInk, m_economy);
     const Ink dark = Over(HalfColor(frame.border_color), kNoInk, m_economy);
-    const Rect outer = OuterRect(frame);
+    const Rect outer = Grown(frame.rect, frame.border_width);
     const int width = frame.border_width;
     const Rect left = {outer.x, outer.y, width, outer.height};
     const Rect right = {frame.rect.Right(), outer.y, width, outer.height};
@@ -220,8 +220,7 @@ size_t Painter::TextOf(const Panel &panel, const Run &run, char *text) const
     for (int i = run.first; i < run.first + run.count; ++i) {
         const Cell &cell = CellOf(panel, run.row, i);
         const bool blank = cell.character == 0 || cell.character == 0xA0;
-        const uint16_t character =
-            blank ? uint16_t(' ') : m_fonts->Find(cell, m_row_height).character;
+        const uint16_t character = blank ? uint16_t(' ') : m_fonts->Find(cell, m_row_height).character;
         bytes += size_t(ToUtf8(character, text + bytes));
     }
     return bytes;
@@ -311,8 +310,9 @@ void Painter::PlaceRuns(const Panel &panel)
 static const struct {
     KovaTextEdgeType_e type;
     int dx, dy;
-} kEdges[] = {{KOVA_TEXT_ENONE, 0, 0},    {KOVA_TEXT_ERAISED, 2, 0},         {KOVA_TEXT_EDEPRESSED, 0, 0},
-              {KOVA_TEXT_EUNIFORM, 1, 1}, {KOVA_TEXT_ELEFTDROPSHADOW, 0, 0}, {KOVA_TEXT_ERIGTHDROPSHADOW, 0, 0}};
+} kEdges[] = {{KOVA_TEXT_ENONE, 0, 0},           {KOVA_TEXT_ERAISED, 2, 0},
+              {KOVA_TEXT_EDEPRESSED, 0, 0},      {KOVA_TEXT_EUNIFORM, 1, 1},
+              {KOVA_TEXT_ELEFTDROPSHADOW, 0, 0}, {KOVA_TEXT_ERIGTHDROPSHADOW, 0, 0}};
 
 void Painter::DrawText(const Cell &cell, const CellInks &inks, const char *text, size_t bytes, int x, int y)
 {
@@ -328,7 +328,8 @@ void Painter::DrawText(const Cell &cell, const CellInks &inks, const char *text,
         display->SetEdgeColor(display, context, m_palette->Value(*m_screen, inks.edge, m_panel));
     }
     display->DrawString(display, context, static_cast<const unsigned short *>(units), kova_uint8(bytes),
-                        kova_uint32(x - edge.dx), kova_uint32(y - edge.dy), KOVA_TEXT_UTF8, KOVA_TEXT_TOPLEFT);
+                        kova_uint32(x - edge.dx), kova_uint32(y - edge.dy), KOVA_TEXT_UTF8,
+                        KOVA_TEXT_TOPLEFT);
 }
 
 // Of all cells alike, although some are a pixel wider: each change opens a font file.

@@ -175,7 +175,8 @@ kova_uint32 Palette::Value(const KovaCaptionsScreen &screen, const Ink &ink, uin
     }
     for (int i = 0; i < kPool; ++i) {
         const Entry &entry = m_entries[i];
-        if (entry.used && entry.panel == panel && IsSame(entry.ink, ink)) return kova_uint32(kPoolEntries + i);
+        if (entry.used && entry.panel == panel && IsSame(entry.ink, ink))
+            return kova_uint32(kPoolEntries + i);
     }
     return 0;
 }

@@ -45,9 +45,9 @@ static bool IsUsable(const KovaCaptionsScreen *screen)
     if (!screen || !screen->display) return false;
     const auto fits = [](uint32_t size) { return size > 0 && size <= kLargestPlane; };
     const KovaTextRect_t &picture = screen->picture;
-    const bool inside = picture.uiWidth == 0 ||
-                        (fits(picture.uiWidth) && fits(picture.uiHeight) && picture.uiX <= kLargestPlane &&
-                         picture.uiY <= kLargestPlane);
+    const bool inside =
+        picture.uiWidth == 0 || (fits(picture.uiWidth) && fits(picture.uiHeight) &&
+                                 picture.uiX <= kLargestPlane && picture.uiY <= kLargestPlane);
     return fits(screen->plane_width) && fits(screen->plane_height) && inside && screen->context >= 0 &&
            screen->context <= 3 && screen->color_mode <= KOVA_CAPTIONS_TRUE_COLORS &&
            screen->layer < KOVA_GRAPHIC_MAXLAYER && screen->aspect <= KOVA_CAPTIONS_NARROW;
@@ -222,7 +222,8 @@ template <typename Show> static int Draw(KovaCaptionsRenderer *renderer, int64_t
     return Present(renderer, before, scene);
 }
 
-int Kova_Captions_DrawChannel(KovaCaptionsRenderer *renderer, const KovaCaptionsChannel *channel, int64_t time)
+int Kova_Captions_DrawChannel(KovaCaptionsRenderer *renderer, const KovaCaptionsChannel *channel,
+                              int64_t time)
 {
     if (!renderer || !channel) return -1;
     return Draw(renderer, time, [channel](View &view, const Scene &before, Scene &scene) {

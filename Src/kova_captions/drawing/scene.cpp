@@ -44,13 +44,28 @@ Rect RowReach(const Panel &panel, int row)
     const Rect rect = CellRect(frame, row, -1, count + 1);
     bool tall = false;
     for (int i = 0; i < count; ++i) tall |= IsTall(cells[i]);
-    const int more = tall ? rect.height / 4 : 0;
-    return Intersection({rect.x, rect.y - more, rect.width, rect.height + 2 * more}, frame.band);
+    return Intersection(tall ? WithOverhang(rect, rect.height) : rect, frame.band);
+}
+
+Rect WithOverhang(const Rect &rect, int row_height)
+{
+    const int more = row_height / 4;
+    return {rect.x, rect.y - more, rect.width, rect.height + 2 * more};
+}
+
+bool HasTallRow(const Panel &panel)
+{
+    for (int row = 0; row < panel.frame.rows; ++row) {
+        for (int cell = 0; cell < CellsOf(panel.frame); ++cell) {
+            if (IsTall(panel.cells[row][cell])) return true;
+        }
+    }
+    return false;
 }
 
 Rect OuterRect(const Frame &frame)
 {
-    return Grown(frame.rect, frame.border_width);
+    return Union(Grown(frame.rect, frame.border_width), frame.band);
 }
 
 int BorderWidth(const Rect &rect, int rows)

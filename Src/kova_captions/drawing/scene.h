@@ -46,7 +46,13 @@ struct Cell {
 };
 
 // Where the row or column that scrolls out of sight lies.
-enum Leaving : uint8_t { kNothingLeaves, kAboveFirstRow, kBelowLastRow, kLeftOfFirstColumn, kRightOfLastColumn };
+enum Leaving : uint8_t {
+    kNothingLeaves,
+    kAboveFirstRow,
+    kBelowLastRow,
+    kLeftOfFirstColumn,
+    kRightOfLastColumn
+};
 
 // A panel but for its cells. Frames are compared byte for byte, so every byte of theirs is set.
 struct Frame {
@@ -54,7 +60,7 @@ struct Frame {
     Rect area;
     // What the fill covers.
     Rect rect;
-    // Where cells are seen: all of the panel, or the rows that roll.
+    // Where text is seen: in the panel, a little around it for large letters, or in the rows that roll.
     Rect band;
     // What is seen of panel and border: less than all during a wipe.
     Rect shown;
@@ -136,7 +142,10 @@ Rect CellRect(const Frame &frame, int row, int first, int last);
 // Where a row's text can reach: more than the row for large and raised text.
 Rect RowReach(const Panel &panel, int row);
 const Cell *RowOf(const Panel &panel, int row);
-// With the border.
+// Large and raised letters need more than their row: a quarter of it.
+Rect WithOverhang(const Rect &rect, int row_height);
+bool HasTallRow(const Panel &panel);
+// With the border, and with what reaches over the panel.
 Rect OuterRect(const Frame &frame);
 int BorderWidth(const Rect &rect, int rows);
 

@@ -58,8 +58,8 @@ static void JustifyColumn(Panel &panel, int column, uint8_t justify)
 
 static void Justify(const KovaCaptionsWindowAttributes &attributes, Panel &panel)
 {
-    const bool starts = attributes.justify == KOVA_CAPTIONS_JUSTIFY_LEFT ||
-                        attributes.justify == KOVA_CAPTIONS_JUSTIFY_FULL;
+    const bool starts =
+        attributes.justify == KOVA_CAPTIONS_JUSTIFY_LEFT || attributes.justify == KOVA_CAPTIONS_JUSTIFY_FULL;
 
     if (starts) return;
     if (!IsVertical(attributes)) {
@@ -81,6 +81,7 @@ static void Place(const View &view, const KovaCaptionsWindow &window, Panel &pan
     frame.area =
         PlaceWindow(view.safe, view.units, window.definition, frame.rows, frame.columns, view.settings.size);
     frame.rect = frame.band = frame.area;
+    if (HasTallRow(panel)) frame.band = WithOverhang(frame.rect, frame.area.height / frame.rows);
     frame.exists = !IsEmpty(frame.area);
     frame.priority = window.definition.priority;
     const Stylist stylist(view);

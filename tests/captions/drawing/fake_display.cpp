@@ -42,8 +42,8 @@ std::vector<unsigned> CharactersOf(const std::string &text)
 }
 
 FakeDisplay::FakeDisplay(int width, int height)
-    : m_width(width), m_height(height), m_back(size_t(width) * size_t(height)), m_front(m_back),
-      m_clip{0, 0, width, height}
+    : m_width(width), m_height(height), m_back(size_t(width) * size_t(height)),
+      m_front(m_back), m_clip{0, 0, width, height}
 {
     m_own.display = this;
     FillOperations();
@@ -114,7 +114,8 @@ std::uint32_t FakeDisplay::ColorAt(int x, int y) const
     const kova_uint32 value = Front(x, y);
     const KovaTextColor_t color = value < 256 ? palette[value] : KovaTextColor_t();
     if (color.a == 0) return 0;
-    return std::uint32_t(color.r) << 24 | std::uint32_t(color.g) << 16 | std::uint32_t(color.b) << 8 | color.a;
+    return std::uint32_t(color.r) << 24 | std::uint32_t(color.g) << 16 | std::uint32_t(color.b) << 8 |
+           color.a;
 }
 
 std::vector<std::uint32_t> FakeDisplay::Colors() const
@@ -230,8 +231,8 @@ void FakeDisplay::FillOperations()
         self.m_changed = true;
         return self.WriteBox(BoxOf(*rect), color), 0;
     };
-    operations.SetPalette = [](pKovaITextDisplay_t table, kova_sint8, pKovaTextColor_t colors, kova_uint32 count,
-                            kova_uint8 offset) {
+    operations.SetPalette = [](pKovaITextDisplay_t table, kova_sint8, pKovaTextColor_t colors,
+                               kova_uint32 count, kova_uint8 offset) {
         FakeDisplay &self = Self(table);
         EXPECT_LE(offset + count, 256u);
         std::copy(colors, colors + count, self.palette + offset);
@@ -239,7 +240,8 @@ void FakeDisplay::FillOperations()
         self.calls.push_back("SetPalette " + std::to_string(offset) + "+" + std::to_string(count));
         return 0;
     };
-    operations.Blit = [](pKovaITextDisplay_t table, kova_sint8, pKovaTextRect_t rect, kova_uint32 x, kova_uint32 y) {
+    operations.Blit = [](pKovaITextDisplay_t table, kova_sint8, pKovaTextRect_t rect, kova_uint32 x,
+                         kova_uint32 y) {
         FakeDisplay &self = Self(table);
         const Box from = BoxOf(*rect);
         EXPECT_LE(from.right, self.m_width);
@@ -254,7 +256,7 @@ void FakeDisplay::FillOperations()
         return 0;
     };
     operations.CreateFont = [](pKovaITextDisplay_t table, kova_sint8, const char *name, kova_uint32 height,
-                            KovaTextFontAttr_e, kova_sint32 *number) {
+                               KovaTextFontAttr_e, kova_sint32 *number) {
         FakeDisplay &self = Self(table);
         if (self.missing.count(name) != 0) return 0;
         if (self.m_names.count(name) == 0 && self.m_names.size() == self.m_fonts.size()) return 0;
@@ -271,7 +273,7 @@ void FakeDisplay::FillOperations()
         return 0;
     };
     operations.SetFont = [](pKovaITextDisplay_t table, kova_sint8, kova_sint32 number, kova_uint32 height,
-                         KovaTextFontAttr_e attributes) {
+                            KovaTextFontAttr_e attributes) {
         FakeDisplay &self = Self(table);
         EXPECT_TRUE(number >= 0 && number < 8 && height > 0 && height < 300) << number << " " << height;
         Font &font = self.m_fonts[size_t(number)];
@@ -298,7 +300,7 @@ void FakeDisplay::FillOperations()
         return 0;
     };
     operations.GetStringWidth = [](pKovaITextDisplay_t table, kova_sint8, const unsigned short *text,
-                                kova_uint8 bytes, KovaTextEncoding_e encoding, kova_uint32 *width) {
+                                   kova_uint8 bytes, KovaTextEncoding_e encoding, kova_uint32 *width) {
         FakeDisplay &self = Self(table);
         EXPECT_GE(self.m_selected, 0);
         EXPECT_EQ(encoding, KOVA_TEXT_UTF8);
@@ -307,8 +309,8 @@ void FakeDisplay::FillOperations()
         for (const unsigned character : CharactersOf(string)) *width += kova_uint32(self.Advance(character));
         return 0;
     };
-    operations.GetUnderlineInfo = [](pKovaITextDisplay_t table, kova_sint8, kova_sint32, kova_uint32, kova_uint32,
-                                  kova_sint32 *top, kova_sint32 *thickness) {
+    operations.GetUnderlineInfo = [](pKovaITextDisplay_t table, kova_sint8, kova_sint32, kova_uint32,
+                                     kova_uint32, kova_sint32 *top, kova_sint32 *thickness) {
         *top = Self(table).underline_top;
         *thickness = Self(table).underline_thickness;
         return 0;
@@ -323,8 +325,9 @@ void FakeDisplay::FillOperations()
     operations.SetEdgeType = [](pKovaITextDisplay_t table, kova_sint8, KovaTextEdgeType_e edge) {
         return Self(table).m_edge = edge, 0;
     };
-    operations.DrawString = [](pKovaITextDisplay_t table, kova_sint8, const unsigned short *text, kova_uint8 bytes,
-                            kova_uint32 x, kova_uint32 y, KovaTextEncoding_e encoding, KovaTextAlignFlag_e) {
+    operations.DrawString = [](pKovaITextDisplay_t table, kova_sint8, const unsigned short *text,
+                               kova_uint8 bytes, kova_uint32 x, kova_uint32 y, KovaTextEncoding_e encoding,
+                               KovaTextAlignFlag_e) {
         FakeDisplay &self = Self(table);
         const std::string string(reinterpret_cast<const char *>(text), bytes);
         const int left = int(x), top = int(y);
@@ -334,7 +337,9 @@ void FakeDisplay::FillOperations()
         int width = 0;
         for (const unsigned character : CharactersOf(string)) width += self.Advance(character);
         int dx = 0, dy = 0;
-        const auto edge = [&](int ex, int ey) { self.Letters(string, left + ex, top + ey, self.m_edge_color); };
+        const auto edge = [&](int ex, int ey) {
+            self.Letters(string, left + ex, top + ey, self.m_edge_color);
+        };
         switch (int(self.m_edge)) {
         case KOVA_TEXT_ENONE:
             break;

@@ -133,8 +133,9 @@ TEST(Opacity, OfTextOverItsBackground)
     const struct {
         uint8_t fill, background;
         std::uint32_t off;
-    } backs[] = {{TRANSPARENT, TRANSPARENT, 0}, {TRANSPARENT, SOLID, RED}, {TRANSPARENT, TRANSLUCENT, HALF_RED},
-                 {SOLID, TRANSPARENT, BLUE},    {SOLID, FLASH, BLUE},      {TRANSPARENT, FLASH, 0}};
+    } backs[] = {
+        {TRANSPARENT, TRANSPARENT, 0}, {TRANSPARENT, SOLID, RED}, {TRANSPARENT, TRANSLUCENT, HALF_RED},
+        {SOLID, TRANSPARENT, BLUE},    {SOLID, FLASH, BLUE},      {TRANSPARENT, FLASH, 0}};
     for (const auto &back : backs) {
         const Looks looks = LookOf(back.fill, back.background, FLASH);
         EXPECT_EQ(looks.texts[0], GREEN);
@@ -239,7 +240,8 @@ TEST(Pool, HoldsSixtyThreeColours)
     stage.Draw(state, START + HALF);
     for (unsigned i = 0; i < 63; ++i) {
         const Box cell = CellBox(int(i / 32), int(i % 32));
-        EXPECT_EQ(stage.display->Front(cell.left, cell.top), stage.display->Front(cell.left + 9, cell.top + 9));
+        EXPECT_EQ(stage.display->Front(cell.left, cell.top),
+                  stage.display->Front(cell.left + 9, cell.top + 9));
         EXPECT_GE(stage.display->Front(cell.left, cell.top), 193u);
     }
     // In the second phase every cell has the colour of its background.

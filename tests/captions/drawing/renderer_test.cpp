@@ -162,8 +162,8 @@ static void ChangeSomething(std::mt19937 &random, ServiceState &state)
         pen.font = uint8_t(below(8));
         pen.italics = uint8_t(below(2));
         pen.underline = uint8_t(below(2));
-        state.Print(number, below(window.definition.rows), below(4), std::u16string(below(5), char16_t('A' + below(50))),
-                    pen);
+        state.Print(number, below(window.definition.rows), below(4),
+                    std::u16string(below(5), char16_t('A' + below(50))), pen);
     }
 }
 
@@ -313,7 +313,8 @@ TEST(Styles, OfCaptionsAreAllShown)
         EXPECT_EQ(stage.display->Ink().top, TOP + 2 * 20);
     }
     ServiceState windows;
-    for (unsigned i = 0; i < 8; ++i) windows.Define(i, i * 9, 0, 1, 1 + i).attributes.fill_color = uint8_t(i + 1);
+    for (unsigned i = 0; i < 8; ++i)
+        windows.Define(i, i * 9, 0, 1, 1 + i).attributes.fill_color = uint8_t(i + 1);
     stage.Draw(windows);
     for (unsigned i = 0; i < 8; ++i) {
         EXPECT_EQ(stage.display->Count(Solid(i + 1), {0, 0, 1050, 375}), int(i + 1) * CELL * CELL);
@@ -332,7 +333,8 @@ TEST(ColorModes, GiveTheSamePicture)
     state.Print(0, 1, 1, u"text", pen);
     state.service.status.flash_since = START;
 
-    for (const int64_t time : {START, START + KOVA_CAPTIONS_FLASH_HALF, START + 2 * KOVA_CAPTIONS_FLASH_HALF}) {
+    for (const int64_t time :
+         {START, START + KOVA_CAPTIONS_FLASH_HALF, START + 2 * KOVA_CAPTIONS_FLASH_HALF}) {
         std::vector<std::vector<std::uint32_t>> pictures;
         for (const uint8_t mode :
              {KOVA_CAPTIONS_INDEX_COLORS, KOVA_CAPTIONS_PALETTE_COLORS, KOVA_CAPTIONS_TRUE_COLORS}) {

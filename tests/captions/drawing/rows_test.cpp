@@ -25,9 +25,11 @@ TEST(Grid, Of15By32FillsTheSafeArea)
 
     for (int row = 1; row <= 15; ++row) {
         for (int column = 1; column <= 32; ++column) {
-            const Box cell = {ColumnEdge(column - 1), TOP + 20 * (row - 1), ColumnEdge(column), TOP + 20 * row};
+            const Box cell = {ColumnEdge(column - 1), TOP + 20 * (row - 1), ColumnEdge(column),
+                              TOP + 20 * row};
             const auto color = kova_uint32(Solid(unsigned(1 + (row * 7 + column * 3) % 62)));
-            ASSERT_EQ(stage.display->Count(color, cell), (cell.right - cell.left) * 20) << row << "," << column;
+            ASSERT_EQ(stage.display->Count(color, cell), (cell.right - cell.left) * 20)
+                << row << "," << column;
         }
     }
 }
@@ -87,7 +89,8 @@ TEST(Box, HasASpaceBeforeAndAfterEachElement)
     const int y = TOP + 14 * 20, black = int(Solid(KOVA_CAPTIONS_BLACK));
     EXPECT_EQ(display.Around(kova_uint32(black)), (Box{ColumnEdge(0) - 26, y, ColumnEdge(13), y + 20}));
     // Columns 4 to 9 between the boxes show the picture.
-    EXPECT_EQ(display.Count(0, {ColumnEdge(3), y, ColumnEdge(9), y + 20}), (ColumnEdge(9) - ColumnEdge(3)) * 20);
+    EXPECT_EQ(display.Count(0, {ColumnEdge(3), y, ColumnEdge(9), y + 20}),
+              (ColumnEdge(9) - ColumnEdge(3)) * 20);
     EXPECT_EQ(display.Front(ColumnEdge(3) - 1, y), kova_uint32(black));
     EXPECT_EQ(display.Front(ColumnEdge(9), y), kova_uint32(black));
 }
@@ -221,6 +224,7 @@ TEST(WindowColor, OfTheViewerFillsTheBoxOfEachRow)
     stage.Draw(state);
 
     // From the first box to the last, the gap between the elements included.
-    EXPECT_EQ(stage.display->Around(Solid(KOVA_CAPTIONS_RED)), (Box{ColumnEdge(0) - 26, TOP, ColumnEdge(12), TOP + 20}));
+    EXPECT_EQ(stage.display->Around(Solid(KOVA_CAPTIONS_RED)),
+              (Box{ColumnEdge(0) - 26, TOP, ColumnEdge(12), TOP + 20}));
     EXPECT_EQ(stage.display->Count(0, {ColumnEdge(3), TOP, ColumnEdge(9), TOP + 20}), 0);
 }

@@ -58,7 +58,8 @@ void ServiceState::Scroll(unsigned window, int64_t time)
     KovaCaptionsWindow &scrolled = windows[window];
     const unsigned rows = scrolled.definition.rows;
     for (unsigned row = 0; row + 1 < rows; ++row) {
-        std::copy(std::begin(scrolled.cells[row + 1]), std::end(scrolled.cells[row + 1]), scrolled.cells[row]);
+        std::copy(std::begin(scrolled.cells[row + 1]), std::end(scrolled.cells[row + 1]),
+                  scrolled.cells[row]);
     }
     std::fill(std::begin(scrolled.cells[rows - 1]), std::end(scrolled.cells[rows - 1]),
               KovaCaptionsWindowCell());
@@ -139,7 +140,8 @@ Stage::Stage(int width, int height) : Stage(GivenScreen(), width, height)
 {
 }
 
-Stage::Stage(const KovaCaptionsScreen &wanted, int width, int height) : display(new FakeDisplay(width, height))
+Stage::Stage(const KovaCaptionsScreen &wanted, int width, int height)
+    : display(new FakeDisplay(width, height))
 {
     KovaCaptionsScreen screen = wanted;
     screen.display = **display;
@@ -171,5 +173,6 @@ void Stage::Set(const KovaCaptionsSettings &settings)
 
 Box CellBox(int row, int column, int rows, int columns)
 {
-    return {LEFT + column * CELL, TOP + row * CELL, LEFT + (column + columns) * CELL, TOP + (row + rows) * CELL};
+    return {LEFT + column * CELL, TOP + row * CELL, LEFT + (column + columns) * CELL,
+            TOP + (row + rows) * CELL};
 }

@@ -39,7 +39,8 @@ public:
     ServiceState();
 
     // A visible window of window style 1 at an anchor in the grid, by its top left corner.
-    KovaCaptionsWindow &Define(unsigned window, unsigned row, unsigned column, unsigned rows, unsigned columns);
+    KovaCaptionsWindow &Define(unsigned window, unsigned row, unsigned column, unsigned rows,
+                               unsigned columns);
     void Print(unsigned window, unsigned row, unsigned column, const std::u16string &text,
                const KovaCaptionsPen &pen = PenStyle1());
     // The rows move up by one, as by a carriage return at a time.

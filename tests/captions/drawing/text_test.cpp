@@ -69,7 +69,8 @@ TEST(FontStyles, AreChosenByTheViewer)
     EXPECT_EQ(TextOf(PenOf(KOVA_CAPTIONS_FONT_SERIF), screen, settings).font, "/none/mono1");
     EXPECT_EQ(TextOf(PenOf(KOVA_CAPTIONS_FONT_SANS), screen, settings).font, "/none/prop4");
     snprintf(settings.fonts[KOVA_CAPTIONS_FONT_SANS], sizeof settings.fonts[0], "/none/mono of the viewer");
-    EXPECT_EQ(TextOf(PenOf(KOVA_CAPTIONS_FONT_SANS), GivenScreen(), settings).font, "/none/mono of the viewer");
+    EXPECT_EQ(TextOf(PenOf(KOVA_CAPTIONS_FONT_SANS), GivenScreen(), settings).font,
+              "/none/mono of the viewer");
 }
 
 TEST(FontSlots, HoldEightStylesWithSizesAndItalics)
@@ -97,6 +98,25 @@ TEST(FontSlots, HoldEightStylesWithSizesAndItalics)
     for (const auto &[font, looks] : seen) EXPECT_EQ(looks.size(), 6u) << font;
     // Each look is opened once for measuring what is proportional, and once for drawing.
     EXPECT_LE(stage.display->openings, 8 * (3 + 2 * 6) + 8 * 8);
+}
+
+TEST(Italics, AreAFontOfTheirOwnOrSlanted)
+{
+    Requirement("B24", "C50");
+    KovaCaptionsScreen screen = ScreenWithEightFonts();
+    KovaCaptionsPen pen = PenOf(KOVA_CAPTIONS_FONT_SANS);
+    pen.italics = 1;
+    EXPECT_TRUE(TextOf(pen, screen).italics);
+    EXPECT_EQ(TextOf(pen, screen).font, "/none/prop4");
+    screen = GivenScreen();
+    screen.italic_fonts[KOVA_CAPTIONS_FONT_SANS] = "/none/prop italics";
+    EXPECT_FALSE(TextOf(pen, screen).italics);
+    EXPECT_EQ(TextOf(pen, screen).font, "/none/prop italics");
+    // Another file for the style has no italics of its own.
+    KovaCaptionsSettings settings = Defaults();
+    snprintf(settings.fonts[KOVA_CAPTIONS_FONT_SANS], sizeof settings.fonts[0], "/none/mono");
+    EXPECT_TRUE(TextOf(pen, screen, settings).italics);
+    EXPECT_EQ(TextOf(pen, screen, settings).font, "/none/mono");
 }
 
 TEST(FontSlots, SurviveAFileThatCannotBeOpened)
@@ -245,8 +265,9 @@ TEST(Edges, LeaveTheLettersWhereTheyAre)
 {
     Requirement("E12", "D8");
     const DrawnText plain = TextOf(PenStyle1());
-    const KovaTextEdgeType_e types[] = {KOVA_TEXT_ENONE,    KOVA_TEXT_ERAISED,         KOVA_TEXT_EDEPRESSED,
-                                        KOVA_TEXT_EUNIFORM, KOVA_TEXT_ELEFTDROPSHADOW, KOVA_TEXT_ERIGTHDROPSHADOW};
+    const KovaTextEdgeType_e types[] = {KOVA_TEXT_ENONE,           KOVA_TEXT_ERAISED,
+                                        KOVA_TEXT_EDEPRESSED,      KOVA_TEXT_EUNIFORM,
+                                        KOVA_TEXT_ELEFTDROPSHADOW, KOVA_TEXT_ERIGTHDROPSHADOW};
 
     for (uint8_t edge = 0; edge < 6; ++edge) {
         KovaCaptionsPen pen = PenStyle1();

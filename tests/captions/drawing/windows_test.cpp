@@ -113,7 +113,8 @@ TEST(Window, IsShownSolidBlackAndTransparentWithoutBorder)
 TEST(Window, HasFiveKindsOfBorder)
 {
     Requirement("C47");
-    const kova_uint32 fill = Solid(KOVA_CAPTIONS_BLUE), light = Solid(KOVA_CAPTIONS_WHITE), dark = Solid(0x2A);
+    const kova_uint32 fill = Solid(KOVA_CAPTIONS_BLUE), light = Solid(KOVA_CAPTIONS_WHITE),
+                      dark = Solid(0x2A);
     const Box rect = CellBox(5, 5, 4, 10);
     const struct {
         uint8_t type;
@@ -278,13 +279,15 @@ TEST(Wrapping, BreaksAtSpacesAndAfterHyphens)
     Requirement("C42", "D16");
 
     // 21 columns fit at 200 %. Spaces are not drawn.
-    EXPECT_EQ(RowsAt(200, {u"every good boy deserves favour and fudge"}), "everygoodboy|deservesfavourand|fudge");
+    EXPECT_EQ(RowsAt(200, {u"every good boy deserves favour and fudge"}),
+              "everygoodboy|deservesfavourand|fudge");
     EXPECT_EQ(RowsAt(200, {u"a non-breaking twenty-first-century word"}),
               "anon-breaking|twenty-first-century|word");
     EXPECT_EQ(RowsAt(200, {u"0123456789012345678901234567890"}), "012345678901234567890|1234567890");
     // Not at a non-breaking space.
     EXPECT_EQ(RowsAt(200, {u"twelve o'clock\u00A0and\u00A0half past"}), "twelve|o'clockandhalfpast");
-    EXPECT_EQ(RowsAt(100, {u"every good boy deserves favour and fudge"}), "everygoodboydeservesfavourandfudge");
+    EXPECT_EQ(RowsAt(100, {u"every good boy deserves favour and fudge"}),
+              "everygoodboydeservesfavourandfudge");
 }
 
 TEST(Wrapping, CutsOffBlankRowsFirstAndThenTheOldest)
