@@ -32,7 +32,8 @@ constexpr Color YELLOW = {255, 230, 80, 255};
 static Picture PictureOf(const std::string &example, int pause = 1)
 {
     const Folder folder;
-    const bool layer2 = example == "plane32"; // which the dummy system does not have
+    const bool layer2 =
+        example == "plane32" || example == "closed_captions"; // which the dummy system does not have
     const std::string command = std::string("env -u DISPLAY ASAN_OPTIONS=detect_leaks=0 KOVA_PICTURE='") +
                                 folder / "shot" + "' DFBARGS=system=" + (layer2 ? "x11" : "dummy") +
                                 ",mode=1280x720,no-sighandler,no-banner,quiet " +
@@ -193,6 +194,26 @@ TEST(Plane32, MixesColourAndOpacityInEveryColumn)
     }
     EXPECT_GT(Count(picture, WHITE, {200, 560, 980, 650}), 1000);
     EXPECT_GT(Count(picture, BLACK, {200, 560, 980, 650}), 500);
+}
+
+TEST(ClosedCaptions, ShowsThreeRowsOfARollUpCaption)
+{
+    const Picture picture = PictureOf("closed_captions");
+    const Color black = {0, 0, 0, 255};
+
+    // Edges of rows are rounded to whole pixels.
+    const auto edge = [](int row) { return 72 + (576 * row + 7) / 15; };
+
+    // Rows 13 to 15 of 15 in the middle 80 % of 720 lines, and the columns of the longest row with a column on each side.
+    const Box box = Around(picture, black, Whole(picture));
+    EXPECT_EQ(box.top, edge(12));
+    EXPECT_EQ(box.bottom, edge(15));
+    EXPECT_EQ(box.left, 128 - 32);
+    EXPECT_EQ(box.right, 128 + 20 * 32 + 32);
+    for (int row = 12; row < 15; ++row) {
+        EXPECT_GT(Count(picture, WHITE, {box.left, edge(row), box.right, edge(row + 1)}), 300);
+    }
+    EXPECT_EQ(Ink(picture, Whole(picture)), Ink(picture, box));
 }
 
 TEST(Readme, ShowsItsLineWhereItSays)

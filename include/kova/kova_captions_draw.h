@@ -17,7 +17,8 @@
     The display is shown and its context active before the first drawing. A drawing compares what is to be seen with
     what is on the screen, draws the rectangles that differ, and flips once; nothing is drawn where nothing changed. What
     is seen depends on the state, the settings and the time alone, not on what was drawn before; only a row that
-    scrolls out of sight is remembered from the drawing before.
+    scrolls out of sight is remembered from the drawing before. Pixels of a window that scrolls and stands alone are
+    copied, if the last flip is half a frame old by the machine's clock; the result is the same as drawn again.
 
     **Index mode** on KOVA_GRAPHIC_LAYER2 or LAYER3 is what the renderer is made for: flashing and fading change palette
     entries only and flip nothing. On ARGB planes both draw the text again. On KOVA_GRAPHIC_LAYER1 the pictures are the

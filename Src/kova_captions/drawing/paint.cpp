@@ -438,11 +438,11 @@ void Painter::Draw(const View &view, const Scene &scene, const Damage &damage)
     m_row_height = view.safe.height / kPanelRows;
     m_fonts->Deselect();
     display->SetFlip(display, 0);
+    // Blit waits for a flip that is still to come, because it copies what was flipped last. A clip that is set before would
+    // cancel that flip.
     for (int i = 0; i < damage.shift_count; ++i) {
         const Shift &shift = damage.shifts[i];
-        const Rect target = {shift.x, shift.y, shift.from.width, shift.from.height};
         KovaTextRect_t from = ForDisplay(shift.from);
-        SetClip(&target);
         display->Blit(display, m_screen->context, &from, kova_uint32(shift.x), kova_uint32(shift.y));
     }
     for (int i = 0; i < damage.count; ++i) {

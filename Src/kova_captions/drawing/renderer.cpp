@@ -4,6 +4,7 @@
 
 #include <stdlib.h>
 #include <string.h>
+#include <time.h>
 
 using namespace captions;
 
@@ -20,6 +21,8 @@ struct KovaCaptionsRenderer {
     // Everything has to be drawn, whether it changed or not.
     bool stale;
     int64_t next;
+    // When the display was last asked to flip, by the machine's clock.
+    int64_t flipped;
     // What a decoder is copied to.
     union {
         KovaCaptionsChannel channel;
@@ -192,6 +195,31 @@ template <typename Show> static void MakeScene(KovaCaptionsRenderer *renderer, S
     }
 }
 
+// The one thing that the machine's clock decides: the display's Blit copies what was flipped last, and it waits for a flip
+// that is still to come only once the display's thread has heard of that flip. A drawing that follows too soon does not
+// copy, but gives the same pixels.
+static int64_t MachineTime()
+{
+    struct timespec now;
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return int64_t(now.tv_sec) * 1000000 + now.tv_nsec / 1000;
+}
+
+static bool MayShift(const KovaCaptionsRenderer *renderer)
+{
+    constexpr int64_t kHalfFrame = 8000;
+    const KovaCaptionsScreen &screen = renderer->screen;
+    return !screen.no_blit && screen.layer != KOVA_GRAPHIC_LAYER1 &&
+           MachineTime() - renderer->flipped >= kHalfFrame;
+}
+
+static int Flip(KovaCaptionsRenderer *renderer, const Scene &scene)
+{
+    renderer->painter.Draw(renderer->view, scene, renderer->damage);
+    renderer->flipped = MachineTime();
+    return 1;
+}
+
 // Brings a scene to the screen, and to be the current one.
 static int Present(KovaCaptionsRenderer *renderer, const Scene &before, Scene &scene)
 {
@@ -200,14 +228,13 @@ static int Present(KovaCaptionsRenderer *renderer, const Scene &before, Scene &s
     const bool off = SettleFlash(renderer, before, scene);
 
     MarkPhases(screen, off, scene);
-    const bool may_shift = !screen.no_blit && screen.layer != KOVA_GRAPHIC_LAYER1;
-    Compare(renderer->view, before, scene, renderer->stale, may_shift, renderer->damage);
+    Compare(renderer->view, before, scene, renderer->stale, MayShift(renderer), renderer->damage);
     renderer->palette.Take(scene, off);
     const bool recolored = renderer->palette.Load(screen);
     renderer->stale = false;
     renderer->next = renderer->view.next;
     renderer->current ^= 1;
-    if (renderer->damage.count > 0) return renderer->painter.Draw(renderer->view, scene, renderer->damage), 1;
+    if (renderer->damage.count > 0) return Flip(renderer, scene);
     if (recolored && screen.palette_needs_flip) display->Flip(display, screen.context);
     return 0;
 }
