@@ -209,7 +209,8 @@ TEST(Captions, FlashByThePaletteOfTheSurface)
     Kova_Captions_DrawChannel(pRenderer.get(), pChannel.get(), START);
     const Picture_t on = Drawn();
 
-    const int iDrawn = Kova_Captions_DrawChannel(pRenderer.get(), pChannel.get(), START + KOVA_CAPTIONS_FLASH_HALF);
+    const int iDrawn =
+        Kova_Captions_DrawChannel(pRenderer.get(), pChannel.get(), START + KOVA_CAPTIONS_FLASH_HALF);
 
     if (Colors() == INDEX) {
         EXPECT_EQ(iDrawn, 0);
