@@ -59,7 +59,9 @@ static void Play(KovaCaptionsRenderer *renderer, KovaCaptions *decoder)
         Kova_Captions_PushPair(decoder, time, 1, WithParity(stream[i]), WithParity(stream[i + 1]));
         DrawUntil(renderer, decoder, time + FRAME);
     }
+    /* The last roll goes on a little, and then it has ended, however busy the machine was. */
     DrawUntil(renderer, decoder, time + KOVA_CAPTIONS_ROLL);
+    Kova_Captions_Draw(renderer, decoder, KOVA_CAPTIONS_CC1, time + KOVA_CAPTIONS_ROLL);
 }
 
 int main(int argc, char **argv)

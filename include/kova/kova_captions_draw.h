@@ -193,7 +193,8 @@ KOVA_CAPTIONS_API int Kova_Captions_Redraw(KovaCaptionsRenderer *renderer);
     @return a time after that of the last drawing; KOVA_CAPTIONS_NEVER if nothing will change */
 KOVA_CAPTIONS_API int64_t Kova_Captions_NextDraw(const KovaCaptionsRenderer *renderer);
 
-/** The size of a renderer in bytes. */
+/** Says how much memory a renderer takes, all of it at creation.
+    @return bytes */
 KOVA_CAPTIONS_API size_t Kova_Captions_GetRendererSize(void);
 
 #ifdef __cplusplus

@@ -48,7 +48,9 @@ static KovaITextDisplay_t SilentDisplay()
 
     table.SetFlip = [](pKovaITextDisplay_t, kova_bool) { return ++s_calls, 0; };
     table.SetClip = [](pKovaITextDisplay_t, kova_sint8, pKovaTextRect_t) { return ++s_calls, 0; };
-    table.FillRect = [](pKovaITextDisplay_t, kova_sint8, pKovaTextRect_t, kova_uint32) { return ++s_calls, 0; };
+    table.FillRect = [](pKovaITextDisplay_t, kova_sint8, pKovaTextRect_t, kova_uint32) {
+        return ++s_calls, 0;
+    };
     table.SetPalette = [](pKovaITextDisplay_t, kova_sint8, pKovaTextColor_t, kova_uint32, kova_uint8) {
         return ++s_calls, 0;
     };
@@ -60,8 +62,12 @@ static KovaITextDisplay_t SilentDisplay()
     table.SetFont = [](pKovaITextDisplay_t, kova_sint8, kova_sint32, kova_uint32, KovaTextFontAttr_e) {
         return ++s_calls, 0;
     };
-    table.ScaleFontWidth = [](pKovaITextDisplay_t, kova_sint8, kova_bool, kova_uint32) { return ++s_calls, 0; };
-    table.GetFontHeight = [](pKovaITextDisplay_t, kova_sint8, kova_sint32 *height) { return *height = 20, 0; };
+    table.ScaleFontWidth = [](pKovaITextDisplay_t, kova_sint8, kova_bool, kova_uint32) {
+        return ++s_calls, 0;
+    };
+    table.GetFontHeight = [](pKovaITextDisplay_t, kova_sint8, kova_sint32 *height) {
+        return *height = 20, 0;
+    };
     table.GetStringWidth = [](pKovaITextDisplay_t, kova_sint8, const unsigned short *, kova_uint8 bytes,
                               KovaTextEncoding_e, kova_uint32 *width) { return *width = bytes * 9u, 0; };
     table.GetUnderlineInfo = [](pKovaITextDisplay_t, kova_sint8, kova_sint32, kova_uint32, kova_uint32,
