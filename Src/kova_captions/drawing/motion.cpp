@@ -59,8 +59,8 @@ void ApplyEffect(View &view, const KovaCaptionsMotion &effect, bool visible, Fra
     alpha = uint8_t(effect.showing ? 1 + done : 255 - done);
 }
 
-// The row or column that the scroll pushes out: of the screen as it was when the scroll began.
-static void KeepLeaver(const Panel &before, int first_row, Panel &panel)
+// The row or column that the scroll pushes out: of the screen as it was when the scroll began, if it was drawn then.
+static void KeepLeaver(const View &view, const Panel &before, int first_row, Panel &panel)
 {
     Frame &frame = panel.frame;
     const bool alike = before.frame.exists && before.frame.rows == frame.rows &&
@@ -71,6 +71,7 @@ static void KeepLeaver(const Panel &before, int first_row, Panel &panel)
         memcpy(frame.leaver, before.frame.leaver, sizeof frame.leaver);
         return;
     }
+    if (view.previous > frame.scroll_start) return;
     switch (frame.leaving) {
     case kAboveFirstRow:
         memcpy(frame.leaver, before.cells[first_row], sizeof frame.leaver);
@@ -118,7 +119,7 @@ void ApplyScroll(View &view, const KovaCaptionsMotion &scroll, int first_row, co
         frame.leaving = kAboveFirstRow;
         break;
     }
-    KeepLeaver(before, first_row, panel);
+    KeepLeaver(view, before, first_row, panel);
 }
 
 } // namespace captions

@@ -46,66 +46,71 @@ static bool IsSame(const Ink &first, const Ink &second)
 
 // ------------------------------------------------------------------------------------------------------- Handing out
 
+// What is on the screen and stays keeps its entry.
+void Palette::Keep(const Ink &ink, uint8_t panel)
+{
+    for (int i = 0; i < kPool; ++i) {
+        const Entry &entry = m_entries[i];
+        if (entry.used && entry.panel == panel && IsSame(entry.ink, ink)) m_next[i] = entry;
+    }
+}
+
+// Takes an entry that nothing on the screen has, as long as there is one: a palette changes before its pixels do.
 bool Palette::Need(const Ink &ink, uint8_t panel)
 {
     int free = -1;
 
-    if (panel == kNoPanel && FixedEntry(ink) >= 0) return true;
     for (int i = 0; i < kPool; ++i) {
         const Entry &next = m_next[i];
         if (next.used && next.panel == panel && IsSame(next.ink, ink)) return true;
-    }
-    // The entry that it has on the screen; else one that nothing on the screen has; else any.
-    for (int i = 0; i < kPool; ++i) {
-        const Entry &entry = m_entries[i];
-        if (m_next[i].used) continue;
-        if (entry.used && entry.panel == panel && IsSame(entry.ink, ink)) {
-            free = i;
-            break;
-        }
-        if (free < 0 || (m_entries[free].used && !entry.used)) free = i;
+        if (!next.used && (free < 0 || (m_entries[free].used && !m_entries[i].used))) free = i;
     }
     if (free < 0) return false;
     m_next[free] = {ink, panel, true};
     return true;
 }
 
-bool Palette::NeedPanel(const Panel &panel, uint8_t number, uint8_t economy)
+// Calls the action for all inks that need an entry of the pool, and the panel if they are its own.
+template <typename Action> void Palette::ForEachInk(const Scene &scene, Action action)
 {
-    const Frame &frame = panel.frame;
-    const uint8_t own = frame.fades ? number : kNoPanel;
-    bool enough = Need(FillInk(frame, economy), own);
+    for (uint8_t number = 0; number < kPanels; ++number) {
+        const Panel &panel = scene.panels[number];
+        const Frame &frame = panel.frame;
+        const uint8_t own = frame.fades ? number : kNoPanel;
+        const auto visit = [&](const Ink &ink) {
+            if (own != kNoPanel || FixedEntry(ink) < 0) action(ink, own);
+        };
+        const auto visitCell = [&](const Cell &cell) {
+            if (!cell.flags) return;
+            const CellInks inks = InksOf(frame, cell, scene.economy);
+            if (cell.flags & kBackground) visit(inks.back);
+            if (!HasText(cell)) return;
+            visit(inks.text);
+            if (EdgeOf(cell) != KOVA_CAPTIONS_EDGE_NONE) visit(inks.edge);
+        };
 
-    if (frame.border_type != KOVA_CAPTIONS_EDGE_NONE) {
-        enough &= Need(Over(frame.border_color, kNoInk, economy), own);
-        enough &= Need(Over(HalfColor(frame.border_color), kNoInk, economy), own);
+        if (!frame.exists) continue;
+        visit(FillInk(frame, scene.economy));
+        if (frame.border_type != KOVA_CAPTIONS_EDGE_NONE) {
+            visit(Over(frame.border_color, kNoInk, scene.economy));
+            visit(Over(HalfColor(frame.border_color), kNoInk, scene.economy));
+        }
+        for (int row = 0; row < frame.rows; ++row) {
+            for (int cell = 0; cell < CellsOf(frame); ++cell) visitCell(panel.cells[row][cell]);
+        }
+        if (!frame.leaving) continue;
+        for (const Cell &cell : frame.leaver) visitCell(cell);
     }
-    const auto needCell = [&](const Cell &cell) {
-        if (!cell.flags) return;
-        const CellInks inks = InksOf(frame, cell, economy);
-        if (cell.flags & kBackground) enough &= Need(inks.back, own);
-        if (!HasText(cell)) return;
-        enough &= Need(inks.text, own);
-        if (EdgeOf(cell) != KOVA_CAPTIONS_EDGE_NONE) enough &= Need(inks.edge, own);
-    };
-    for (int row = 0; row < frame.rows; ++row) {
-        for (int cell = 0; cell < CellsOf(frame); ++cell) needCell(panel.cells[row][cell]);
-    }
-    if (frame.leaving) {
-        for (const Cell &cell : frame.leaver) needCell(cell);
-    }
-    return enough;
 }
 
 bool Palette::Allot(const Scene &scene)
 {
+    bool enough = true;
+
     memset(m_next, 0, sizeof m_next);
-    // What is on the screen keeps its entries: it is looked for first.
-    for (int i = 0; i < kPanels; ++i) {
-        const Panel &panel = scene.panels[i];
-        if (panel.frame.exists && !NeedPanel(panel, uint8_t(i), scene.economy)) return false;
-    }
-    return true;
+    ForEachInk(scene, [this](const Ink &ink, uint8_t panel) { Keep(ink, panel); });
+    ForEachInk(scene, [&](const Ink &ink, uint8_t panel) { enough = enough && Need(ink, panel); });
+    return enough;
 }
 
 void Palette::Take(const Scene &scene, bool off)

@@ -43,8 +43,9 @@ private:
         bool used;
     };
 
+    void Keep(const Ink &ink, uint8_t panel);
     bool Need(const Ink &ink, uint8_t panel);
-    bool NeedPanel(const Panel &panel, uint8_t number, uint8_t economy);
+    template <typename Action> static void ForEachInk(const Scene &scene, Action action);
     Rgba Current(const Ink &ink, uint8_t panel) const;
 
     // On the screen, and for the scene that comes.

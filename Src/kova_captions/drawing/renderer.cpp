@@ -23,6 +23,10 @@ struct KovaCaptionsRenderer {
     int64_t next;
     // When the display was last asked to flip, by the machine's clock.
     int64_t flipped;
+    // What the screen shows, if it came of a decoder.
+    const KovaCaptions *decoder;
+    uint8_t source;
+    uint32_t revision;
     // What a decoder is copied to.
     union {
         KovaCaptionsChannel channel;
@@ -128,6 +132,7 @@ int Kova_Captions_SetAspect(KovaCaptionsRenderer *renderer, uint8_t aspect)
 {
     if (!renderer || aspect > KOVA_CAPTIONS_NARROW) return -1;
     SetGrid(renderer->view, aspect);
+    renderer->decoder = nullptr;
     return 0;
 }
 
@@ -232,6 +237,7 @@ static int Present(KovaCaptionsRenderer *renderer, const Scene &before, Scene &s
     renderer->palette.Take(scene, off);
     const bool recolored = renderer->palette.Load(screen);
     renderer->stale = false;
+    renderer->decoder = nullptr;
     renderer->next = renderer->view.next;
     renderer->current ^= 1;
     if (renderer->damage.count > 0) return Flip(renderer, scene);
@@ -244,6 +250,7 @@ template <typename Show> static int Draw(KovaCaptionsRenderer *renderer, int64_t
     const Scene &before = renderer->scenes[renderer->current];
     Scene &scene = renderer->scenes[renderer->current ^ 1];
 
+    renderer->view.previous = renderer->view.time;
     renderer->view.time = time;
     MakeScene(renderer, scene, [&](Scene &made) { show(renderer->view, before, made); });
     return Present(renderer, before, scene);
@@ -279,24 +286,36 @@ int Kova_Captions_Clear(KovaCaptionsRenderer *renderer)
     return renderer ? Kova_Captions_Preview(renderer, "", renderer->view.time) : -1;
 }
 
-int Kova_Captions_Draw(KovaCaptionsRenderer *renderer, KovaCaptions *decoder, uint8_t source, int64_t time)
+// Draws a copy of a source's state.
+static int DrawSource(KovaCaptionsRenderer *renderer, KovaCaptions *decoder, uint8_t source, int64_t time)
 {
-    if (!renderer || !decoder) return -1;
     auto &state = renderer->state;
-    Kova_Captions_Advance(decoder, time);
-    if (source == KOVA_CAPTIONS_NONE) {
-        renderer->view.time = time;
-        return Kova_Captions_Clear(renderer);
-    }
-    int drawn;
+
     if (source >= KOVA_CAPTIONS_CC1) {
         if (Kova_Captions_GetChannel(decoder, source, &state.channel)) return -1;
-        drawn = Kova_Captions_DrawChannel(renderer, &state.channel, time);
-    } else {
-        KovaCaptionsService service;
-        if (Kova_Captions_GetService(decoder, source, &service, state.windows, 0xFF)) return -1;
-        drawn = Kova_Captions_DrawService(renderer, &service, state.windows, time);
+        return Kova_Captions_DrawChannel(renderer, &state.channel, time);
     }
+    KovaCaptionsService service;
+    if (Kova_Captions_GetService(decoder, source, &service, state.windows, 0xFF)) return -1;
+    return Kova_Captions_DrawService(renderer, &service, state.windows, time);
+}
+
+int Kova_Captions_Draw(KovaCaptionsRenderer *renderer, KovaCaptions *decoder, uint8_t source, int64_t time)
+{
+    KovaCaptionsStatus status;
+
+    if (!renderer || !decoder) return -1;
+    Kova_Captions_Advance(decoder, time);
+    if (source == KOVA_CAPTIONS_NONE) return Kova_Captions_Preview(renderer, "", time);
+    if (Kova_Captions_GetStatus(decoder, source, &status)) return -1;
+    const bool same = renderer->decoder == decoder && renderer->source == source &&
+                      renderer->revision == status.revision && !renderer->stale;
+    if (same && time >= renderer->view.time && time < renderer->next) return 0;
+    const int drawn = DrawSource(renderer, decoder, source, time);
+    if (drawn < 0) return -1;
+    renderer->decoder = decoder;
+    renderer->source = source;
+    renderer->revision = status.revision;
     const int64_t change = Kova_Captions_NextChange(decoder, source, KOVA_CAPTIONS_CHANGE_STATE);
     if (change < renderer->next) renderer->next = change;
     return drawn;

@@ -75,10 +75,9 @@ struct Span {
 static Span RowsOf(const KovaCaptionsChannel &channel, const Panel &panel)
 {
     if (channel.mode == KOVA_CAPTIONS_TEXT_MODE) return {0, KOVA_CAPTIONS_CHANNEL_ROWS};
-    if (channel.mode == KOVA_CAPTIONS_ROLL_UP && channel.depth > 0) {
-        const int first = channel.base_row - channel.depth + 1;
-        return {first > 0 ? first : 0, channel.depth};
-    }
+    const int first = channel.base_row - channel.depth + 1;
+    const bool inside = first >= 0 && channel.base_row < KOVA_CAPTIONS_CHANNEL_ROWS;
+    if (channel.mode == KOVA_CAPTIONS_ROLL_UP && channel.depth > 0 && inside) return {first, channel.depth};
     Span rows = {0, 0};
     for (int row = 0; row < KOVA_CAPTIONS_CHANNEL_ROWS; ++row) {
         if (IsBlank(panel.cells[row])) continue;

@@ -116,6 +116,8 @@ struct View {
     int columns;
     bool eight_colors;
     int64_t time;
+    // Of the drawing before.
+    int64_t previous;
     // When something moves on.
     int64_t next;
     // Fades are not possible, because palette entries are short.

@@ -290,3 +290,21 @@ TEST(Pool, TakesTheNearestColourForMixturesWhenItIsEmpty)
     // Half of 1 (red 0, green 0, blue 55) and half of 3 (FF): blue AA, which is nearest to C0.
     EXPECT_EQ(stage.display->Front(LEFT, TOP), Solid(2));
 }
+
+TEST(Pool, KeepsTheEntriesOfWhatStays)
+{
+    Requirement("E3", "E9");
+    Stage stage;
+    stage.Draw(WithFlashPairs(60), START + HALF);
+    // Other pairs in the first row, and those of the second row as they were.
+    ServiceState state = WithFlashPairs(60);
+    const ServiceState other = WithFlashPairs(130);
+    for (unsigned i = 0; i < 32; ++i) state.windows[0].cells[0][i] = other.windows[0].cells[2][i];
+
+    stage.Draw(state, START + HALF);
+
+    Stage fresh;
+    fresh.Draw(state, START + HALF);
+    EXPECT_EQ(stage.display->Colors(), fresh.display->Colors());
+    EXPECT_GE(stage.display->Front(CellBox(1, 0).left, CellBox(1, 0).top), 193u);
+}

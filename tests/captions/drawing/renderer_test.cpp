@@ -87,6 +87,39 @@ TEST(Change, OfNothingDrawsNothing)
     EXPECT_TRUE(stage.display->clips.empty());
 }
 
+TEST(Change, OfADecoderIsDrawnAndNothingElse)
+{
+    Requirement("E1");
+    KovaCaptions *const decoder = Kova_Captions_Create(nullptr);
+    Stage stage;
+    const auto push = [decoder](unsigned first, unsigned second) {
+        const auto parity = [](unsigned byte) {
+            return uint8_t(byte | (__builtin_popcount(byte) % 2 ? 0u : 0x80u));
+        };
+        Kova_Captions_PushPair(decoder, START, 1, parity(first), parity(second));
+    };
+    // Paint-on, row 15, two letters.
+    push(0x14, 0x29);
+    push(0x14, 0x70);
+    push('H', 'i');
+    EXPECT_EQ(Kova_Captions_Draw(*stage, decoder, KOVA_CAPTIONS_CC1, START), 1);
+    EXPECT_EQ(stage.display->strings, 2);
+    stage.display->Forget();
+    EXPECT_EQ(Kova_Captions_Draw(*stage, decoder, KOVA_CAPTIONS_CC1, START + 1), 0);
+    push('!', 0);
+    EXPECT_EQ(Kova_Captions_Draw(*stage, decoder, KOVA_CAPTIONS_CC1, START + 2), 1);
+    EXPECT_EQ(stage.display->flips, 1);
+    // Another source, and back.
+    EXPECT_EQ(Kova_Captions_Draw(*stage, decoder, KOVA_CAPTIONS_S1, START + 3), 1);
+    EXPECT_TRUE(stage.display->Ink().IsEmpty());
+    EXPECT_EQ(Kova_Captions_Draw(*stage, decoder, KOVA_CAPTIONS_CC1, START + 4), 1);
+    EXPECT_EQ(Kova_Captions_Preview(*stage, "preview", START + 5), 1);
+    EXPECT_EQ(Kova_Captions_Draw(*stage, decoder, KOVA_CAPTIONS_CC1, START + 6), 1);
+    EXPECT_EQ(Kova_Captions_Draw(*stage, decoder, KOVA_CAPTIONS_NONE, START + 7), 1);
+    EXPECT_TRUE(stage.display->Ink().IsEmpty());
+    Kova_Captions_Destroy(decoder);
+}
+
 TEST(Change, OfARowDrawsThatRow)
 {
     Requirement("E4");
