@@ -3,6 +3,7 @@
 #ifndef KOVA_TESTS_CAPTIONS_TRIPLET_LIST_H
 #define KOVA_TESTS_CAPTIONS_TRIPLET_LIST_H
 
+#include "generating/bytes.h"
 #include "kova/kova_captions_carriage.h"
 
 #include <cstdint>
@@ -11,7 +12,8 @@
 #include <string>
 #include <vector>
 
-using ByteString = std::vector<uint8_t>;
+using caption::encoding::ByteString;
+using caption::encoding::operator+;
 
 // Bytes in hexadecimal, blanks between them as the writer likes: Hex("fc 94 20").
 inline ByteString Hex(const char *text)
@@ -22,12 +24,6 @@ inline ByteString Hex(const char *text)
 
     for (; sscanf(text, " %2x%n", &byte, &read) == 1; text += read) bytes.push_back(uint8_t(byte));
     return bytes;
-}
-
-inline ByteString operator+(ByteString left, const ByteString &right)
-{
-    left.insert(left.end(), right.begin(), right.end());
-    return left;
 }
 
 inline std::string ToHex(const uint8_t *bytes, size_t count)
