@@ -2,7 +2,6 @@
 #include "drawing/picture.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -11,9 +10,9 @@
 
 #include <pixman.h>
 #include <png.h>
-#include <unistd.h>
 
 #include "base/failure.h"
+#include "base/whole_file.h"
 
 namespace caption
 {
@@ -156,28 +155,10 @@ static std::vector<std::uint8_t> EncodePng(const Picture &picture)
 void WritePng(const Picture &picture, const std::filesystem::path &file)
 {
     const std::vector<std::uint8_t> bytes = EncodePng(picture);
-    const std::string unfinished = file.string() + "." + std::to_string(getpid()) + ".part";
+    WholeFile out(file);
 
-    std::FILE *const out = std::fopen(unfinished.c_str(), "wb");
-    if (!out) {
-        throw Failure(file.string() + ": cannot be written (" + std::strerror(errno) +
-                      "); choose another path with -o");
-    }
-    bool done = std::fwrite(bytes.data(), 1, bytes.size(), out) == bytes.size();
-    int error = errno;
-    if (std::fclose(out) != 0 && done) {
-        done = false;
-        error = errno;
-    }
-    if (done && std::rename(unfinished.c_str(), file.c_str()) != 0) {
-        done = false;
-        error = errno;
-    }
-    if (!done) {
-        std::remove(unfinished.c_str());
-        throw Failure(file.string() + ": cannot be written (" + std::strerror(error) +
-                      "); free some space, or choose another path with -o");
-    }
+    out.Write(bytes.data(), bytes.size());
+    out.Finish();
 }
 
 } // namespace caption
