@@ -20,9 +20,9 @@ std::vector<Command> AddCommands(CLI::App &tool)
                 "              is drawn in memory\n"
                 "  DFBARGS     settings of DirectFB; used unchanged if set\n"
                 "  KOVA_DEBUG  log level of the library, 0 to 5");
-    return {AddPlay(tool),  AddSnapshot(tool), AddSheet(tool),     AddInfo(tool),
-            AddList(tool),  AddCoverage(tool), AddEdges(tool),     AddPreview(tool),
-            AddBench(tool), AddMan(tool),      AddCompletion(tool)};
+    return {AddPlay(tool),     AddSnapshot(tool), AddSheet(tool), AddInfo(tool),
+            AddList(tool),     AddCoverage(tool), AddEdges(tool), AddPreview(tool),
+            AddGenerate(tool), AddBench(tool),    AddMan(tool),   AddCompletion(tool)};
 }
 
 CLI::App &AddCommand(CLI::App &tool, const std::string &name, const std::string &purpose,

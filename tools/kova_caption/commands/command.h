@@ -26,6 +26,7 @@ Command AddBench(CLI::App &tool);
 Command AddCompletion(CLI::App &tool);
 Command AddCoverage(CLI::App &tool);
 Command AddEdges(CLI::App &tool);
+Command AddGenerate(CLI::App &tool);
 Command AddInfo(CLI::App &tool);
 Command AddList(CLI::App &tool);
 Command AddMan(CLI::App &tool);

@@ -23,20 +23,25 @@ void AddFile(CLI::App &command, std::string &file)
         ->required();
 }
 
+std::vector<CLI::Option *> AddChoiceOfSource(CLI::App &command, SourceOptions &source)
+{
+    return {command.add_option("--stream", source.stream, "Stream number [first subtitle stream]")
+                ->type_name("NUMBER"),
+            command
+                .add_option("--charset", source.charset,
+                            "Character set of a text file, as iconv names it [auto-detect]")
+                ->type_name("NAME"),
+            command
+                .add_option_function<std::string>(
+                    "--service", [&source](const std::string &name) { source.service = ParseService(name); },
+                    "Closed captions: s1 to s63, cc1 to cc4, t1 to t4 [first with captions]")
+                ->type_name("NAME")};
+}
+
 void AddSource(CLI::App &command, SourceOptions &source)
 {
     AddFile(command, source.file);
-    command.add_option("--stream", source.stream, "Stream number [first subtitle stream]")
-        ->type_name("NUMBER");
-    command
-        .add_option("--charset", source.charset,
-                    "Character set of a text file, as iconv names it [auto-detect]")
-        ->type_name("NAME");
-    command
-        .add_option_function<std::string>(
-            "--service", [&source](const std::string &name) { source.service = ParseService(name); },
-            "Closed captions: s1 to s63, cc1 to cc4, t1 to t4 [first with captions]")
-        ->type_name("NAME");
+    AddChoiceOfSource(command, source);
 }
 
 void AddPlane(CLI::App &command, Options &options)

@@ -4,6 +4,7 @@
 #define KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
 
 #include <string>
+#include <vector>
 
 #include <CLI/CLI.hpp>
 
@@ -41,7 +42,10 @@ CLI::Option *AddChoice(CLI::App &command, const std::string &name, Target &value
 // FILE alone.
 void AddFile(CLI::App &command, std::string &file);
 
-// FILE, --stream, --charset, --service: what is read.
+// --stream, --charset, --service: what is read of a file.
+std::vector<CLI::Option *> AddChoiceOfSource(CLI::App &command, SourceOptions &source);
+
+// The same with FILE.
 void AddSource(CLI::App &command, SourceOptions &source);
 
 // --plane alone.

@@ -92,6 +92,14 @@ TEST(Json, OfListHasTheDocumentedFields)
     ExpectSnakeCase(fields);
 }
 
+TEST(Json, OfGenerateHasTheDocumentedFields)
+{
+    const Fields fields = FieldsOf("generate --list --json");
+
+    EXPECT_EQ(fields, Documented("generate --list"));
+    ExpectSnakeCase(fields);
+}
+
 TEST(Json, OfBenchHasTheDocumentedFields)
 {
     const Fields fields = FieldsOf("bench --headless --plane 160x90 --time 1 --json");

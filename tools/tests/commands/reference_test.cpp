@@ -163,8 +163,8 @@ class Examples : public testing::TestWithParam<const char *>
 
 } // namespace
 
-static const char *const g_commands[] = {"play",  "snapshot", "sheet", "info", "list",      "coverage",
-                                         "edges", "preview",  "bench", "man",  "completion"};
+static const char *const g_commands[] = {"play",  "snapshot", "sheet",    "info",  "list", "coverage",
+                                         "edges", "preview",  "generate", "bench", "man",  "completion"};
 
 TEST(ExamplesOfAllCommands, AreTested)
 {
@@ -179,7 +179,7 @@ TEST_P(Examples, DoWhatTheySay)
     std::string script = "set -e\ncd '" + folder / "" +
                          "'\nmkdir bin sets\nln -s \"$TOOL\" bin/kova-caption\n" + "PATH=$PWD/bin:$PATH\n" +
                          "ln -s /usr/share/fonts/truetype/dejavu/DejaVuSans.ttf sets/Sans.ttf\n";
-    folder.Write("film.srt", "1\n00:00:00,200 --> 00:00:00,400\nGood evening.\n\n"
+    folder.Write("film.srt", "1\n00:00:00,700 --> 00:00:00,900\nGood evening.\n\n"
                              "2\n00:00:02,100 --> 00:00:02,300\n<i>Good</i> night.\n");
     std::filesystem::copy_file(KOVA_CAPTION_SAMPLES "/roll_up.scc", folder / "film.scc");
 
