@@ -39,6 +39,7 @@ static void WriteText(const Recording &recording, const std::string &file)
 }
 
 static const Format g_formats[] = {
+    {".ts", false, WriteTs},
     {".mcc", false, WriteText<MccText>},
     {".scc", true, WriteText<SccText>},
     {".ccd", false, WriteText<CcdText>},
@@ -51,7 +52,7 @@ static const Format &FormatOf(const std::string &file)
     for (const Format &format : g_formats) {
         if (extension == format.extension) return format;
     }
-    throw WrongUsage("-o " + file + ": the name must end in .mcc, .scc or .ccd");
+    throw WrongUsage("-o " + file + ": the name must end in .ts, .mcc, .scc or .ccd");
 }
 
 static std::vector<std::string> FormatsFor(const Recording &recording)
@@ -149,18 +150,19 @@ Command AddGenerate(CLI::App &tool)
     const auto arguments = std::make_shared<Arguments>();
     CLI::App &command = AddCommand(
         tool, "generate", "Write a test pattern, or the captions of any source, as closed captions",
-        {"kova-caption generate --list", "kova-caption generate anchors -o anchors.mcc",
+        {"kova-caption generate --list", "kova-caption generate anchors -o anchors.ts",
          "kova-caption generate roll-up -o roll_up.scc",
          "kova-caption generate --from film.srt -o captions.mcc"});
 
     CLI::Option *const pattern =
         command.add_option("PATTERN", arguments->pattern, "Test pattern, one of --list")
             ->type_name("PATTERN");
-    CLI::Option *const file = command
-                                  .add_option("-o", arguments->file,
-                                              "Output file: .mcc, .scc (CEA-608 of field "
-                                              "1 only) or .ccd")
-                                  ->type_name("FILE");
+    CLI::Option *const file =
+        command
+            .add_option("-o", arguments->file,
+                        "Output file: .ts (video with captions), .mcc, .scc (CEA-608 of field "
+                        "1 only) or .ccd")
+            ->type_name("FILE");
     CLI::Option *const list =
         command.add_flag("--list", arguments->list, "List the patterns, and what must be seen of each")
             ->excludes(pattern)
@@ -186,7 +188,7 @@ Command AddGenerate(CLI::App &tool)
                 const std::string beyond = format.scc ? BeyondScc(recording) : "";
                 if (!beyond.empty()) {
                     throw Failure(arguments->file + ": .scc holds field 1 of CEA-608 only, and " +
-                                  arguments->pattern + " has " + beyond + "; choose .mcc or .ccd");
+                                  arguments->pattern + " has " + beyond + "; choose .ts, .mcc or .ccd");
                 }
                 format.write(recording, arguments->file);
                 std::fprintf(out, "%s\n", arguments->file.c_str());

@@ -186,13 +186,13 @@ static bool IsLight(unsigned color)
     return (color >> 2 & 3) >= 2;
 }
 
-// Eight rows of eight colours, three cells each, and the same beside them in the picture.
+// Eight rows of eight colours, two cells each, and the same beside them in the picture.
 static void ColorPage(Script &script, const std::string &text, bool background)
 {
     const Window window =
-        Window(0).Hidden().Anchor(0, 17, 0).Rows(8).Columns(24).Styles(g_transparentStyle, 1);
+        Window(0).Hidden().Anchor(0, 17, 0).Rows(8).Columns(16).Styles(g_transparentStyle, 1);
     const Box cube = BoxOf(window);
-    const double apart = 18 / 42.0;
+    const double apart = 20 / 42.0;
     Scene scene = {text};
     ByteString bytes = Define(window);
 
@@ -200,17 +200,17 @@ static void ColorPage(Script &script, const std::string &text, bool background)
         const unsigned row = color / 8;
         const unsigned column = color % 8;
         char name[8];
-        std::snprintf(name, sizeof name, "%02X ", color);
+        std::snprintf(name, sizeof name, "%02X", color);
         if (column == 0) bytes = bytes + SetPenLocation(row, 0);
         if (background) {
             bytes = bytes + Colors(IsLight(color) ? g_black : g_brightWhite, color) + Ascii(name);
         } else {
             bytes = bytes + Colors(color, g_black);
-            for (unsigned cell = 0; cell < 3; ++cell) bytes = bytes + Bytes({EXT1, 0x30}); // solid blocks
+            bytes = bytes + Bytes({EXT1, 0x30, EXT1, 0x30}); // solid blocks
         }
-        const double left = cube.left + apart + column * 3 / 42.0;
+        const double left = cube.left + apart + column * 2 / 42.0;
         const double top = cube.top + row / 15.0;
-        scene.boxes.push_back({left, top, left + 3 / 42.0, top + 1 / 15.0, ColorOf(color)});
+        scene.boxes.push_back({left, top, left + 2 / 42.0, top + 1 / 15.0, ColorOf(color)});
     }
     script.ShowPage(scene, bytes, 5);
 }

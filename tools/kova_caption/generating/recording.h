@@ -50,6 +50,7 @@ struct Recording {
     std::vector<Frame> frames;
     std::vector<std::pair<std::size_t, Scene>> scenes; // each with its first frame, in order
     std::set<unsigned> services;                       // of CEA-708
+    std::string language = "und";                      // ISO 639-2
 };
 
 std::int64_t FrameTime(std::size_t frame); // microseconds
@@ -70,6 +71,7 @@ public:
     explicit Script(const std::string &title)
     {
         recording_.title = title;
+        recording_.language = "eng";
     }
 
     // Each sends from the present frame on, a pair or a packet a frame, and ends at the frame after the last.

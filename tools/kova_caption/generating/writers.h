@@ -19,6 +19,10 @@ std::string SccText(const Recording &recording);
 std::string MccText(const Recording &recording);
 std::string CcdText(const Recording &recording);
 
+// A transport stream of MPEG-2 video with the captions in it, which shows the scenes of the recording. Starts DirectFB,
+// which draws their text.
+void WriteTs(const Recording &recording, const std::string &file);
+
 // "00:01:00;02": drop-frame counting, which stays with the clock.
 std::string FrameLabel(std::size_t frame);
 

@@ -148,8 +148,10 @@ TEST(FromCues, ShowsTheSameTextsAtTheSameFrames)
     EXPECT_EQ(Shown(srt, "cc1", "scc"), cc1);
     EXPECT_EQ(Shown(srt, "cc1", "mcc"), cc1);
     EXPECT_EQ(Shown(srt, "cc1"), cc1);
+    EXPECT_EQ(Shown(srt, "cc1", "ts"), cc1);
     EXPECT_EQ(Shown(srt, "s1", "mcc"), s1);
     EXPECT_EQ(Shown(srt, "s1"), s1);
+    EXPECT_EQ(Shown(srt, "s1", "ts"), s1);
 }
 
 TEST(FromCues, KeepsTheTimesOfALongFileWithinAFrame)

@@ -28,7 +28,7 @@ struct Expected {
     Texts texts; // of cues, lines joined by " / ": in this order among the pattern's cues, the last one last
 };
 
-class PatternTexts : public testing::TestWithParam<Expected>
+class PatternTexts : public testing::TestWithParam<std::size_t>
 {
 };
 
@@ -54,14 +54,14 @@ static Texts ColorNumbers()
     Texts texts = {""};
 
     for (int row = 0; row < 8; ++row) {
-        for (int i = 0; i < 24; ++i) texts[0] += "\u2588";
+        for (int i = 0; i < 16; ++i) texts[0] += "\u2588";
         if (row < 7) texts[0] += " / ";
     }
     std::string numbers;
     for (int color = 0; color < 64; ++color) {
         char number[8];
         std::snprintf(number, sizeof number, "%02X", unsigned(color));
-        numbers += std::string(color == 0 ? "" : color % 8 == 0 ? " / " : " ") + number;
+        numbers += std::string(color > 0 && color % 8 == 0 ? " / " : "") + number;
     }
     texts.push_back(numbers);
     return texts;
@@ -192,7 +192,7 @@ static std::vector<ListedCue> Listed(const std::string &file, const std::string 
 
 TEST_P(PatternTexts, AreThoseOfThePatternInEveryFormat)
 {
-    const Expected &expected = GetParam();
+    const Expected &expected = g_expected[GetParam()];
     const Folder folder;
     const Recording recording = Record(*FindPattern(expected.pattern));
     const std::vector<ListedCue> ccd = Listed(folder.Write("a.ccd", CcdText(recording)), expected.service);
@@ -219,11 +219,13 @@ TEST_P(PatternTexts, AreThoseOfThePatternInEveryFormat)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Patterns, PatternTexts, testing::ValuesIn(g_expected), [](const auto &row) {
-    std::string name = std::string(row.param.pattern) + "_" + row.param.service;
-    std::replace(name.begin(), name.end(), '-', '_');
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Patterns, PatternTexts, testing::Range(std::size_t(0), g_expected.size()),
+                         [](const auto &row) {
+                             const Expected &expected = g_expected[row.param];
+                             std::string name = std::string(expected.pattern) + "_" + expected.service;
+                             std::replace(name.begin(), name.end(), '-', '_');
+                             return name;
+                         });
 
 TEST(Patterns, AllHaveTheirTextsTested)
 {
@@ -387,11 +389,11 @@ TEST(Patterns, HaveEveryColourAndOpacity)
 
     cube.RunToScene(0);
     for (unsigned color = 0; color < 64; ++color) {
-        EXPECT_EQ(cube.Window().cells[color / 8][color % 8 * 3].pen.foreground, color);
+        EXPECT_EQ(cube.Window().cells[color / 8][color % 8 * 2].pen.foreground, color);
     }
     cube.RunToEnd();
     for (unsigned color = 0; color < 64; ++color) {
-        EXPECT_EQ(cube.Window().cells[color / 8][color % 8 * 3].pen.background, color);
+        EXPECT_EQ(cube.Window().cells[color / 8][color % 8 * 2].pen.background, color);
     }
     for (Played *played : {&opacities, &fills, &borders}) played->RunToEnd();
     for (unsigned opacity = 0; opacity < 4; ++opacity) {

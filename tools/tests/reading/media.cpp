@@ -14,6 +14,8 @@ extern "C" {
 #include <libavutil/opt.h>
 }
 
+#include "generating/programme_map.h"
+
 namespace media
 {
 
@@ -397,40 +399,13 @@ static void WriteFile(const std::string &file, const Bytes &bytes)
         .write(reinterpret_cast<const char *>(bytes.data()), std::streamsize(bytes.size()));
 }
 
-static std::uint32_t Crc(const std::uint8_t *bytes, std::size_t size)
-{
-    std::uint32_t crc = 0xFFFFFFFF;
-    for (std::size_t i = 0; i < size; ++i) {
-        crc ^= std::uint32_t(bytes[i]) << 24;
-        for (int bit = 0; bit < 8; ++bit) crc = crc << 1 ^ (crc & 0x80000000 ? 0x04C11DB7 : 0);
-    }
-    return crc;
-}
-
-// libavformat puts the map on PID 1000 (hexadecimal), in one section in one packet. The descriptor goes to
-// the first stream's.
 void AnnounceServices(const std::string &file, const Bytes &descriptor)
 {
     Bytes stream = FileBytes(file);
-    const std::size_t packetSize = 188;
-    const std::size_t header = 5; // with the pointer before the section
 
-    for (std::size_t at = 0; at + packetSize <= stream.size(); at += packetSize) {
-        if ((stream[at + 1] & 0x1F) != 0x10 || stream[at + 2] != 0) continue;
-        const std::uint8_t *const old = &stream[at + header];
-        const std::size_t oldSize = 3 + ((old[1] & 0x0Fu) << 8 | old[2]);
-        const std::size_t programmeInfo = (old[10] & 0x0Fu) << 8 | old[11];
-        const std::size_t lengthAt = 12 + programmeInfo + 3;
-        const std::size_t info = ((old[lengthAt] & 0x0Fu) << 8 | old[lengthAt + 1]) + 2 + descriptor.size();
-        Bytes section(old, old + oldSize - 4);
-        Bytes whole = Bytes{0x86, std::uint8_t(descriptor.size())} + descriptor;
-        section[lengthAt + 1] = std::uint8_t(info);
-        section.insert(section.begin() + std::ptrdiff_t(lengthAt) + 2, whole.begin(), whole.end());
-        section[2] = std::uint8_t(section.size() + 4 - 3);
-        const std::uint32_t crc = Crc(section.data(), section.size());
-        for (const int shift : {24, 16, 8, 0}) section.push_back(std::uint8_t(crc >> shift));
-        section.resize(packetSize - header, 0xFF);
-        std::copy(section.begin(), section.end(), stream.begin() + std::ptrdiff_t(at + header));
+    for (std::size_t at = 0; at + caption::g_transportPacket <= stream.size();
+         at += caption::g_transportPacket) {
+        caption::AnnounceServices(&stream[at], descriptor);
     }
     WriteFile(file, stream);
 }
