@@ -225,6 +225,58 @@ TEST(Redraw, OfEverythingGivesTheSamePixelsAsTheChanges)
     }
 }
 
+// Codes and characters in any order, in packets of service 1 and as pairs of field 1.
+static void PushAnything(std::mt19937 &random, KovaCaptions *decoder, int64_t time)
+{
+    uint8_t packet[32] = {uint8_t(sizeof packet / 2), 1 << 5 | (sizeof packet - 2)};
+    const auto below = [&random](unsigned most) { return unsigned(random() % most); };
+    for (size_t i = 2; i < sizeof packet; ++i) {
+        packet[i] = uint8_t(below(3) ? below(128) : 0x80 + below(32));
+    }
+    for (size_t i = 0; i < sizeof packet; i += 2) {
+        const uint8_t triplet[3] = {uint8_t(i == 0 ? 0xFF : 0xFE), packet[i], packet[i + 1]};
+        Kova_Captions_PushTriplets(decoder, time, triplet, 1);
+    }
+    for (int i = 0; i < 8; ++i) {
+        const auto parity = [](unsigned byte) {
+            return uint8_t(byte | (__builtin_popcount(byte) % 2 ? 0u : 0x80u));
+        };
+        const unsigned first = below(2) ? 0x10 + below(8) : 0x20 + below(96);
+        Kova_Captions_PushPair(decoder, time, 1, parity(first), parity(0x20 + below(96)));
+    }
+}
+
+TEST(Redraw, OfAnyBytesGivesTheSamePixelsAsTheChanges)
+{
+    Requirement("E3");
+    std::mt19937 random(608708);
+    KovaCaptions *const decoder = Kova_Captions_Create(nullptr);
+    Stage service(525, 188), channel(525, 188);
+    int seen = 0;
+
+    for (int64_t time = START; time < START + 60 * int64_t(1000000); time += 1000000) {
+        PushAnything(random, decoder, time);
+        // While something moves, then when it has ended.
+        for (const int64_t later : {0, 100000, 200000, 900000}) {
+            Kova_Captions_Draw(*service, decoder, KOVA_CAPTIONS_S1, time + later);
+            Kova_Captions_Draw(*channel, decoder, KOVA_CAPTIONS_CC1, time + later);
+        }
+        for (const auto &[stage, source] :
+             {std::pair{&service, KOVA_CAPTIONS_S1}, {&channel, KOVA_CAPTIONS_CC1}}) {
+            if (Kova_Captions_NextChange(decoder, uint8_t(source), KOVA_CAPTIONS_CHANGE_MOTION) !=
+                KOVA_CAPTIONS_NEVER) {
+                continue;
+            }
+            Stage fresh(525, 188);
+            Kova_Captions_Draw(*fresh, decoder, uint8_t(source), time + 900000);
+            ASSERT_EQ(stage->display->Colors(), fresh.display->Colors()) << time << " " << source;
+            seen += !fresh.display->Ink().IsEmpty();
+        }
+    }
+    EXPECT_GT(seen, 30);
+    Kova_Captions_Destroy(decoder);
+}
+
 TEST(Redraw, BringsAnErasedPlaneBack)
 {
     Requirement("E3");
