@@ -47,11 +47,14 @@ static void ReadSegments(Bytes table, Coverage &coverage)
     const size_t twice = table.Word16(6) & ~1u;
     constexpr size_t kEnds = 14;
     const size_t starts = kEnds + twice + 2, deltas = starts + twice, offsets = deltas + twice;
+    uint32_t next = 0;
 
     for (size_t i = 0; i < twice; i += 2) {
         const uint32_t first = table.Word16(starts + i), last = table.Word16(kEnds + i);
         const uint32_t offset = table.Word16(offsets + i);
-        if (offsets + i + 2 > table.size) return;
+        // They are in rising order, which also bounds the work on a damaged file.
+        if (offsets + i + 2 > table.size || first < next) return;
+        next = last + 1;
         for (uint32_t character = first; character <= last && character < 0xFFFF; ++character) {
             const uint32_t glyph = offset ? table.Word16(offsets + i + offset + 2 * (character - first))
                                           : (character + table.Word16(deltas + i)) & 0xFFFF;
@@ -66,10 +69,13 @@ static void ReadGroups(Bytes table, Coverage &coverage)
     constexpr size_t kHeader = 16, kGroup = 12;
     const size_t present = table.size > kHeader ? (table.size - kHeader) / kGroup : 0;
     const size_t announced = table.Word32(12);
+    uint32_t next = 0;
 
     for (size_t i = 0; i < (announced < present ? announced : present); ++i) {
         const Bytes group = table.From(kHeader + kGroup * i);
         const uint32_t last = group.Word32(4) < 0xFFFF ? group.Word32(4) : 0xFFFF;
+        if (group.Word32(0) < next || group.Word32(0) > 0xFFFF) return;
+        next = last + 1;
         for (uint32_t character = group.Word32(0); character <= last; ++character) {
             if (group.Word32(8) + (character - group.Word32(0)) != 0) Add(character, coverage);
         }
@@ -109,10 +115,11 @@ static void ReadProportions(Bytes file, Coverage &coverage)
     const int ascent = Signed(lines.Word16(4)), descent = -Signed(lines.Word16(6));
 
     if (ascent > 0 && descent >= 0) coverage.ascent = uint16_t(ascent * kCoverageUnit / (ascent + descent));
-    const int thickness = Signed(post.Word16(10)), middle = -Signed(post.Word16(8));
-    if (unit < 16 || thickness <= 0 || thickness > unit || middle < 0 || middle > unit) return;
+    // Below the base line is negative there.
+    const int top = -Signed(post.Word16(8)), thickness = Signed(post.Word16(10));
+    if (unit < 16 || thickness <= 0 || thickness > unit || top < 0 || top > unit) return;
     coverage.underline_thickness = int16_t(thickness * kCoverageUnit / unit);
-    coverage.underline_top = int16_t((middle - thickness / 2) * kCoverageUnit / unit);
+    coverage.underline_top = int16_t(top * kCoverageUnit / unit);
 }
 
 void ReadCoverage(const char *name, Coverage &coverage)

@@ -471,6 +471,18 @@ TEST(MissingCharacters, ADamagedFileCountsAsComplete)
     }
 }
 
+TEST(MissingCharacters, RangesOutOfOrderEndTheMap)
+{
+    Requirement("E19");
+    for (const unsigned format : {4u, 12u}) {
+        const FontFile file("order", {{0x20, 0x7E}, {0x2600, 0x2610}, {0x2500, 0x2510}}, format);
+        KovaCaptionsScreen screen = GivenScreen();
+        screen.fonts[0] = file.Name();
+        EXPECT_EQ(Shown(screen, u'\u2605'), "★");
+        EXPECT_EQ(Shown(screen, u'\u2505'), "_");
+    }
+}
+
 TEST(SpecialCharacters, AreDrawnWithoutTheFont)
 {
     ServiceState state;
