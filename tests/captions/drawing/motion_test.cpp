@@ -7,7 +7,6 @@
 
 constexpr int64_t STEP = KOVA_CAPTIONS_STEP;
 constexpr int64_t SECOND = 1000000;
-constexpr kova_uint32 BLUE = Solid(KOVA_CAPTIONS_BLUE);
 
 // The renderer does not copy what may not have been flipped yet.
 static void LetTheDisplayFlip()
