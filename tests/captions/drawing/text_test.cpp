@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <iterator>
 #include <map>
 #include <unistd.h>
 
@@ -180,7 +181,7 @@ TEST(PenSize, FollowsTheViewersSize)
 
 TEST(PenSize, KeepsStandardTextInsideItsRowAndCell)
 {
-    Requirement("E13", "E14");
+    Requirement("E13", "E14", "E15");
 
     for (const char *font : {"/none/mono", "/none/prop"}) {
         for (const uint8_t aspect : {KOVA_CAPTIONS_WIDE, KOVA_CAPTIONS_NARROW}) {
@@ -192,7 +193,7 @@ TEST(PenSize, KeepsStandardTextInsideItsRowAndCell)
                 screen.aspect = aspect;
                 const DrawnText text = TextOf(pen, screen, Defaults(), u"W");
                 // The safe area is 1680 by 600: rows of 40, cells of 40 or 52.5.
-                EXPECT_LE(text.width, aspect == KOVA_CAPTIONS_WIDE ? 40 : 53);
+                EXPECT_LT(text.width, aspect == KOVA_CAPTIONS_WIDE ? 40 : 53);
                 if (size == KOVA_CAPTIONS_PEN_STANDARD) {
                     EXPECT_LE(text.height * 120 / 100, 40u);
                 }
@@ -345,17 +346,30 @@ public:
         Append32(map, 12);
         map += format == 4 ? Segments(ranges) : Groups(ranges);
 
+        // 1000 units; the line's top is 700 above the base line, its end 300 below; an underline 100 below, 50 thick.
+        std::string head(18, 0), lines(4, 0), post(8, 0);
+        Append16(head, 1000);
+        Append16(lines, 700);
+        Append16(lines, 0x10000 - 300);
+        Append16(post, 0x10000 - 100);
+        Append16(post, 50);
+        const std::pair<const char *, std::string> tables[] = {
+            {"cmap", map}, {"head", head}, {"hhea", lines}, {"post", post}};
+
         std::string file;
         if (collection) {
             file += "ttcf";
             for (const unsigned word : {0x10000u, 1u, 16u}) Append32(file, word);
         }
-        const auto start = unsigned(file.size());
+        auto start = unsigned(file.size() + 12 + 16 * std::size(tables));
         Append32(file, 0x10000);
-        for (const unsigned word : {1u, 16u, 0u, 0u}) Append16(file, word);
-        file += "cmap";
-        for (const unsigned word : {0u, start + 28, unsigned(map.size())}) Append32(file, word);
-        file += map;
+        for (const unsigned word : {unsigned(std::size(tables)), 64u, 2u, 0u}) Append16(file, word);
+        for (const auto &[tag, table] : tables) {
+            file += tag;
+            for (const unsigned word : {0u, start, unsigned(table.size())}) Append32(file, word);
+            start += unsigned(table.size());
+        }
+        for (const auto &[tag, table] : tables) file += table;
         std::ofstream(m_name, std::ios::binary) << file;
     }
     ~FontFile()
@@ -458,14 +472,14 @@ TEST(MissingCharacters, ADamagedFileCountsAsComplete)
 {
     Requirement("E19");
 
-    for (size_t size = 0; size < 80; ++size) {
+    for (size_t size = 0; size < 130; ++size) {
         const FontFile file("cut", {{0x20, 0x7E}, {0x100, 0x200}});
         file.Cut(size);
         KovaCaptionsScreen screen = GivenScreen();
         screen.fonts[0] = file.Name();
         // Whatever could be read of it, something is shown.
         EXPECT_NE(Shown(screen, u'A'), "");
-        if (size < 28) {
+        if (size < 76) {
             EXPECT_EQ(Shown(screen, u'\u2607'), "☇");
         }
     }
@@ -481,6 +495,32 @@ TEST(MissingCharacters, RangesOutOfOrderEndTheMap)
         EXPECT_EQ(Shown(screen, u'\u2605'), "★");
         EXPECT_EQ(Shown(screen, u'\u2505'), "_");
     }
+}
+
+TEST(FontFiles, SayWhereBaseLinesAndUnderlinesAre)
+{
+    Requirement("E18");
+    const FontFile file("metrics", {{0x20, 0x7E}});
+    KovaCaptionsScreen screen = GivenScreen();
+    KovaCaptionsPen pen = PenStyle1();
+    ServiceState state;
+    screen.fonts[0] = file.Name();
+    pen.underline = 1;
+    state.Define(0, 0, 0, 1, 4);
+    state.Print(0, 0, 0, u"H   ", pen);
+    Stage stage(screen, 5250, 1875);
+    stage.display->underline_top = stage.display->underline_thickness = 0;
+
+    stage.Draw(state);
+
+    // The row is 100 pixels high, its base line 80 below its top, which is 187 or 188.
+    ASSERT_EQ(stage.display->texts.size(), 1u);
+    const auto height = int(stage.display->texts[0].height);
+    EXPECT_NEAR(stage.display->texts[0].y, 187 + 80 - height * 120 / 100 * 7 / 10, 1);
+    const Box line = stage.display->Around(Solid(0x2A));
+    EXPECT_NEAR(line.bottom, 187 + 80 + height * 150 / 1000, 2);
+    EXPECT_EQ(stage.display->Count(Solid(0x2A), {line.right - 100, line.top, line.right, line.bottom}) / 100,
+              height * 50 / 1000);
 }
 
 TEST(SpecialCharacters, AreDrawnWithoutTheFont)
