@@ -33,8 +33,10 @@ extern "C" {
 /** Room for a font file's name and its zero byte. */
 #define KOVA_CAPTIONS_FONT_FILE 100
 
-/** The sizes that a viewer can choose, in percent. [79.103(c)(4)] */
+/** The smallest size that a viewer can choose, in percent. [79.103(c)(4)] */
 #define KOVA_CAPTIONS_SMALLEST_SIZE 50
+
+/** The largest size that a viewer can choose, in percent. [79.103(c)(4)] */
 #define KOVA_CAPTIONS_LARGEST_SIZE 200
 
 /** Room for the text form of any settings, zero byte included. */

@@ -393,6 +393,37 @@ TEST(SettingsText, WithoutARecordOrRoomIsRefused)
     EXPECT_TRUE(Same(settings, Unusual()));
 }
 
+// A generator of its own, so that every run is the same.
+static unsigned Random()
+{
+    static unsigned state = 1;
+
+    state = state * 1664525 + 1013904223;
+    return state >> 8;
+}
+
+TEST(SettingsText, OfAnyBytesIsReadOrRefused)
+{
+    int accepted = 0;
+
+    for (int i = 0; i < 20000; i++) {
+        std::string text = Written(Unusual());
+        for (unsigned changes = Random() % 4; changes > 0; changes--) {
+            const std::size_t at = Random() % text.size();
+            text[at] = char(Random());
+            if (Random() % 8 == 0) text.resize(at + 1);
+        }
+        Settings settings = Defaults();
+        const unsigned line = Read(settings, text);
+        EXPECT_LE(line, 27u + 3); // a comment, the version, 25 settings, and three new lines
+        if (line != 0) continue;
+        accepted++;
+        EXPECT_TRUE(Same(SettingsOf(Written(settings)), settings)) << text;
+    }
+
+    EXPECT_GT(accepted, 4000);
+}
+
 /* ----------------------------------------------------------------------------------------------------------- Menus */
 
 TEST(SettingValues, OfferEightColoursFourOpacitiesAllEdgesAndFonts)
