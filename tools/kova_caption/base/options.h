@@ -3,12 +3,15 @@
 #ifndef KOVA_CAPTION_BASE_OPTIONS_H
 #define KOVA_CAPTION_BASE_OPTIONS_H
 
+#include <algorithm>
+#include <cmath>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "base/color.h"
 #include "base/rect.h"
+#include "base/viewer.h"
 #include "kova/kova_textdisp_types.h"
 
 namespace caption
@@ -41,20 +44,28 @@ struct Options {
     Size plane = {1280, 720};
     std::string font;                   // empty: the first default font that is installed
     std::vector<std::string> fallbacks; // fonts to try next
-    int height = 0;                     // text size in pixels; 0: a sixteenth of the plane height
+    int height = 0; // of text that has no size of its own, in pixels; 0: a sixteenth of the plane height
     KovaTextEdgeType_e edge = KOVA_TEXT_EUNIFORM;
     Color color = {255, 255, 255};
     Color edgeColor = {0, 0, 0};
     std::optional<Color> background; // none: pictures stay transparent
     bool headless = false;           // draw without a window even with an X server
+    ViewerSettings viewer = DefaultSettings();
 
     ColorMode Mode() const
     {
         return mode.value_or(ColorMode::PALETTE);
     }
-    int TextHeight() const
+    int TextHeight(double scale = 1) const
     {
-        return height ? height : (plane.height + 15) / 16;
+        return Enlarged(scale * (height ? height : (plane.height + 15) / 16));
+    }
+
+    // A text size as the viewer wants it. None is larger than the plane but that of --height, which is refused.
+    int Enlarged(double pixels) const
+    {
+        const double most = std::max(height, plane.height);
+        return int(std::lround(std::clamp(pixels * viewer.size / 100, 1.0, most)));
     }
 };
 

@@ -59,4 +59,17 @@ bool IsSpace(char32_t code)
            (code >= 0x2000 && code <= 0x200A && code != 0x2007);
 }
 
+std::string Printable(const std::string &text)
+{
+    std::string printable;
+
+    for (const Character &character : Characters(text)) {
+        const char32_t code = character.code;
+        const bool control = code < 0x20 || (code >= 0x7F && code <= 0x9F);
+        const bool direction = (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+        printable += control || direction ? Utf8(0xFFFD) : character.text;
+    }
+    return printable;
+}
+
 } // namespace caption

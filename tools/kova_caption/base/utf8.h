@@ -24,6 +24,9 @@ std::string Utf8(char32_t code);
 // "U+0041".
 std::string CodeName(char32_t code);
 
+// Text for a terminal: what would command it, or turn the order of what follows, becomes U+FFFD.
+std::string Printable(const std::string &text);
+
 // Takes no room and draws nothing: joiners, direction marks, variation selectors, byte order marks.
 bool IsInvisible(char32_t code);
 

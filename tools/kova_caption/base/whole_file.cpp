@@ -12,13 +12,13 @@
 namespace caption
 {
 
-static const char g_space[] = "free some space, or choose another path with -o";
+static const char g_space[] = "free some space, or choose";
 
-WholeFile::WholeFile(const std::filesystem::path &file)
-    : file_(file), unfinished_(file.string() + "." + std::to_string(getpid()) + ".part")
+WholeFile::WholeFile(const std::filesystem::path &file, const char *option)
+    : option_(option), file_(file), unfinished_(file.string() + "." + std::to_string(getpid()) + ".part")
 {
     out_ = std::fopen(unfinished_.c_str(), "wb");
-    if (!out_) Fail("choose another path with -o");
+    if (!out_) Fail("choose");
 }
 
 WholeFile::~WholeFile()
@@ -29,7 +29,8 @@ WholeFile::~WholeFile()
 
 void WholeFile::Fail(const char *advice) const
 {
-    throw Failure(file_.string() + ": cannot be written (" + std::strerror(errno) + "); " + advice);
+    throw Failure(file_.string() + ": cannot be written (" + std::strerror(errno) + "); " + advice +
+                  " another path with " + option_);
 }
 
 void WholeFile::Write(const void *bytes, std::size_t size)

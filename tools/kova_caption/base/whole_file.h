@@ -15,7 +15,8 @@ namespace caption
 class WholeFile
 {
 public:
-    explicit WholeFile(const std::filesystem::path &file);
+    // The option is the one that names the file; advice refers to it.
+    explicit WholeFile(const std::filesystem::path &file, const char *option = "-o");
     ~WholeFile();
     WholeFile(const WholeFile &) = delete;
     WholeFile &operator=(const WholeFile &) = delete;
@@ -25,6 +26,8 @@ public:
 
 private:
     [[noreturn]] void Fail(const char *advice) const;
+
+    const char *option_;
 
     std::filesystem::path file_;
     std::filesystem::path unfinished_;

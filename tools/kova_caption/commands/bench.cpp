@@ -69,7 +69,7 @@ static void MeasureMode(std::size_t mode, const Options &options, Fonts &fonts,
     const Cue cue = Sample();
     std::vector<Letters> line = {Prepare(cue.blocks.front().lines.front())};
     fonts.Choose(line);
-    const Piece piece = Pieces(line.front()).front();
+    const Piece piece = Pieces(line.front(), options).front();
     Display display(options);
     std::size_t operation = 0;
     const auto measure = [&](const std::string &name, const std::function<void()> &work) {

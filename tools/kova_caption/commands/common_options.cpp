@@ -34,7 +34,8 @@ std::vector<CLI::Option *> AddChoiceOfSource(CLI::App &command, SourceOptions &s
             command
                 .add_option_function<std::string>(
                     "--service", [&source](const std::string &name) { source.service = ParseService(name); },
-                    "Closed captions: s1 to s63, cc1 to cc4, t1 to t4 [first with captions]")
+                    "Closed captions: s1 to s63, cc1 to cc4, t1 to t4 [by the settings, else the first with "
+                    "captions]")
                 ->type_name("NAME")};
 }
 
@@ -63,14 +64,17 @@ void AddPlace(CLI::App &command, Options &options)
 void AddLetters(CLI::App &command, Options &options)
 {
     AddChoice(command, "--edge", options.edge, "uniform", g_edges, "Edge of the text");
-    command.add_option("--height", options.height, "Text size in pixels [a sixteenth of the plane height]")
+    command
+        .add_option("--height", options.height,
+                    "Text size in pixels, where the file has none [a sixteenth of the plane height]")
         ->type_name("PIXELS")
         ->check(CLI::Range(1, 1080).description(""));
 }
 
 void AddFonts(CLI::App &command, Options &options)
 {
-    command.add_option("--font", options.font, "Font to try first [DejaVu Sans]")->type_name("FILE");
+    command.add_option("--font", options.font, "Font to try first where the file names none [DejaVu Sans]")
+        ->type_name("FILE");
     command.add_option("--fallback", options.fallbacks, "Font to try next; may be repeated")
         ->type_name("FILE")
         ->allow_extra_args(false);
@@ -92,6 +96,15 @@ void AddEdgeColor(CLI::App &command, Options &options)
 void AddHeadless(CLI::App &command, Options &options)
 {
     command.add_flag("--headless", options.headless, "Draw without a window, even with an X server");
+}
+
+void AddSettingsFile(CLI::App &command, std::optional<std::string> &file)
+{
+    command
+        .add_option("--settings", file,
+                    "The viewer's settings, which override the look that the file and other options ask for "
+                    "[~/.config/kova-caption/settings]")
+        ->type_name("FILE");
 }
 
 void AddBackground(CLI::App &command, Options &options)

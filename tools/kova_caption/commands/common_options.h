@@ -3,6 +3,7 @@
 #ifndef KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
 #define KOVA_CAPTION_COMMANDS_COMMON_OPTIONS_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -64,6 +65,9 @@ void AddFonts(CLI::App &command, Options &options);
 void AddLook(CLI::App &command, Options &options);
 void AddEdgeColor(CLI::App &command, Options &options);
 void AddHeadless(CLI::App &command, Options &options);
+
+// --settings: the viewer's settings, for ReadSettings.
+void AddSettingsFile(CLI::App &command, std::optional<std::string> &file);
 
 // --background, for commands that write pictures.
 void AddBackground(CLI::App &command, Options &options);

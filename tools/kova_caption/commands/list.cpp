@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <cmath>
 #include <memory>
+#include <optional>
 
 #include <nlohmann/json.hpp>
 
@@ -56,20 +57,6 @@ static void PrintJson(const Listing &listing, std::FILE *out)
     std::fprintf(out, "%s\n", json.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
 }
 
-// Text for a terminal. Captions may hold characters that command it, or that turn the order of what follows.
-static std::string Printable(const std::string &text)
-{
-    std::string printable;
-
-    for (const Character &character : Characters(text)) {
-        const char32_t code = character.code;
-        const bool control = code < 0x20 || (code >= 0x7F && code <= 0x9F);
-        const bool direction = (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
-        printable += control || direction ? Utf8(0xFFFD) : character.text;
-    }
-    return printable;
-}
-
 static void PrintCues(const Listing &listing, std::FILE *out)
 {
     for (const ListedCue &cue : listing.cues) {
@@ -119,6 +106,7 @@ Command AddList(CLI::App &tool)
         SourceOptions source;
         bool json = false;
         bool commands = false;
+        std::optional<std::string> settings;
     };
     const auto arguments = std::make_shared<Arguments>();
     CLI::App &command = AddCommand(tool, "list", "List the cues of a file without drawing them",
@@ -127,11 +115,13 @@ Command AddList(CLI::App &tool)
 
     command.footer(command.get_footer() + CommandNames());
     AddSource(command, arguments->source);
+    AddSettingsFile(command, arguments->settings);
     CLI::Option *const json = command.add_flag("--json", arguments->json, "Print JSON");
     command.add_flag("--commands", arguments->commands, "Print the decoded commands of closed captions")
         ->excludes(json);
     return {&command, [arguments](std::FILE *out) {
                 std::vector<std::string> notices;
+                arguments->source.viewer = ReadSettings(arguments->settings);
                 if (arguments->commands) {
                     const CommandListing listing = ListCommands(arguments->source);
                     PrintCommands(listing, out);

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 #include "commands/command.h"
 #include "commands/common_options.h"
@@ -17,6 +18,7 @@ Command AddPlay(CLI::App &tool)
         SourceOptions source;
         Playback playback;
         Options options;
+        std::optional<std::string> settings;
     };
     const auto arguments = std::make_shared<Arguments>();
     CLI::App &command =
@@ -43,7 +45,9 @@ Command AddPlay(CLI::App &tool)
     AddPlace(command, arguments->options);
     AddLetters(command, arguments->options);
     AddLook(command, arguments->options);
+    AddSettingsFile(command, arguments->settings);
     return {&command, [arguments](std::FILE *out) {
+                arguments->options.viewer = arguments->source.viewer = ReadSettings(arguments->settings);
                 Play(arguments->source, arguments->playback, arguments->options, out);
             }};
 }

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "base/failure.h"
@@ -133,6 +134,7 @@ Command AddSheet(CLI::App &tool)
     struct Arguments {
         SourceOptions source;
         Options options;
+        std::optional<std::string> settings;
         int columns = 0;
         std::string picture;
     };
@@ -149,8 +151,10 @@ Command AddSheet(CLI::App &tool)
     AddPlace(command, arguments->options);
     AddLetters(command, arguments->options);
     AddLook(command, arguments->options);
+    AddSettingsFile(command, arguments->settings);
     AddBackground(command, arguments->options);
     return {&command, [arguments](std::FILE *out) {
+                arguments->options.viewer = arguments->source.viewer = ReadSettings(arguments->settings);
                 WritePng(Sheet(arguments->source, arguments->columns, arguments->options),
                          arguments->picture);
                 std::fprintf(out, "%s\n", arguments->picture.c_str());

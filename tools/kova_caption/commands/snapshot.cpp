@@ -178,6 +178,7 @@ Command AddSnapshot(CLI::App &tool)
     struct Arguments {
         SnapshotOptions snapshot;
         Options options;
+        std::optional<std::string> settings;
     };
     const auto arguments = std::make_shared<Arguments>();
     CLI::App &command =
@@ -201,9 +202,13 @@ Command AddSnapshot(CLI::App &tool)
     AddPlace(command, arguments->options);
     AddLetters(command, arguments->options);
     AddLook(command, arguments->options);
+    AddSettingsFile(command, arguments->settings);
     AddBackground(command, arguments->options);
-    return {&command,
-            [arguments](std::FILE *out) { Snapshot(arguments->snapshot, arguments->options, out); }};
+    return {&command, [arguments](std::FILE *out) {
+                arguments->options.viewer = arguments->snapshot.source.viewer =
+                    ReadSettings(arguments->settings);
+                Snapshot(arguments->snapshot, arguments->options, out);
+            }};
 }
 
 } // namespace caption

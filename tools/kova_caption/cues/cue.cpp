@@ -11,7 +11,7 @@ bool Style::operator==(const Style &other) const
 {
     return italic == other.italic && bold == other.bold && underline == other.underline &&
            strikeout == other.strikeout && color == other.color && edgeColor == other.edgeColor &&
-           background == other.background;
+           background == other.background && font == other.font && line == other.line && scale == other.scale;
 }
 
 bool Run::operator==(const Run &other) const

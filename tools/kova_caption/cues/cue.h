@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/color.h"
+#include "base/interned.h"
 #include "base/rect.h"
 
 namespace caption
@@ -24,6 +25,9 @@ struct Style {
     std::optional<Color> color = {};
     std::optional<Color> edgeColor = {};
     std::optional<Color> background = {}; // behind the letters, as high as the line
+    Interned font = {};                   // family; none: the default font
+    float line = 0;  // height of a line of this text, as a share of the canvas height; 0: the default size
+    float scale = 1; // of that height
 
     bool operator==(const Style &other) const;
 };

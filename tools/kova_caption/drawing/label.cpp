@@ -13,7 +13,7 @@ int DrawLine(Display &display, Fonts &fonts, const Line &line, int height, int x
     int width = 0;
 
     fonts.Choose(lines);
-    for (const Piece &piece : Pieces(lines.front())) {
+    for (const Piece &piece : Pieces(lines.front(), {})) {
         display.Draw(piece, height, x + width, y);
         width += display.Width(piece, height);
     }

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <map>
 
+#include "cues/look.h"
 #include "drawing/bitmaps.h"
 #include "text/letters.h"
 #include "text/visual_order.h"
@@ -12,11 +13,12 @@
 namespace caption
 {
 
-// The area that every TV shows: without 5 % at each side.
-static Rect SafeArea(Size plane)
+// The area that every TV shows: without 5 % at each side, unless the viewer's set shows more.
+static Rect SafeArea(Size plane, const ViewerSettings &settings)
 {
-    const int x = plane.width / 20;
-    const int y = plane.height / 20;
+    const int percent = settings.safe_area > 90 ? 100 - settings.safe_area : 10;
+    const int x = plane.width * percent / 200;
+    const int y = plane.height * percent / 200;
 
     return {x, y, plane.width - 2 * x, plane.height - 2 * y};
 }
@@ -61,8 +63,8 @@ Rect Bounds(const Drawn &drawn)
 }
 
 LayoutEngine::LayoutEngine(const Options &options, Display &display, Fonts &fonts)
-    : options_(options), safe_(SafeArea(options.plane)), margins_(MarginsOf(options.edge)), display_(display),
-      fonts_(fonts)
+    : options_(options), safe_(SafeArea(options.plane, options.viewer)), margins_(MarginsOf(options.edge)),
+      display_(display), fonts_(fonts)
 {
 }
 
@@ -75,21 +77,23 @@ int LayoutEngine::WidthOf(const Letters &letters, Span span, int enough)
     for (std::size_t at = span.begin; at < span.end && width <= enough; at += step) {
         const auto begin = letters.begin() + std::ptrdiff_t(at);
         const auto end = letters.begin() + std::ptrdiff_t(std::min(at + step, span.end));
-        for (const Piece &piece : Pieces({begin, end})) width += display_.Width(piece, options_.TextHeight());
+        for (const Piece &piece : Pieces({begin, end}, options_))
+            width += display_.Width(piece, piece.height);
     }
     return width;
 }
 
-Row LayoutEngine::MakeRow(const Letters &letters, Span span)
+// An empty row is as high as one of blanks of that size.
+Row LayoutEngine::MakeRow(const Letters &letters, Span span, int blank)
 {
     const Letters visual = InVisualOrder(letters, span.begin, span.end);
     Row row;
 
-    if (visual.empty()) row.reach = ReachOf(fonts_.First(), options_.TextHeight());
-    row.pieces = Pieces(visual);
+    if (visual.empty()) row.reach = ReachOf(fonts_.First(), blank);
+    row.pieces = Pieces(visual, options_);
     for (const Piece &piece : row.pieces) {
-        const Reach reach = ReachOf(*piece.face, options_.TextHeight());
-        row.widths.push_back(display_.Width(piece, options_.TextHeight()));
+        const Reach reach = ReachOf(*piece.face, piece.height);
+        row.widths.push_back(display_.Width(piece, piece.height));
         row.width += row.widths.back();
         row.reach.ascent = std::max(row.reach.ascent, reach.ascent);
         row.reach.descent = std::max(row.reach.descent, reach.descent);
@@ -134,11 +138,22 @@ static bool HasBackground(const Block &block)
                        [&](const Line &line) { return std::any_of(line.begin(), line.end(), has); });
 }
 
+// The text size of a block: that of its first letter.
+static int FirstHeight(const std::vector<Letters> &lines, const Options &options)
+{
+    for (const Letters &line : lines) {
+        if (!line.empty()) return HeightOf(line.front(), options);
+    }
+    return options.TextHeight();
+}
+
 BlockLayout LayoutEngine::LayOut(const Block &block, const std::vector<Letters> &lines, Drawn &drawn)
 {
+    const int height = FirstHeight(lines, options_);
     BlockLayout layout;
     layout.alignment = block.horizontal;
-    layout.padding = HasBackground(block) ? options_.TextHeight() / 6 : 0;
+    layout.window = WindowOf(options_.viewer);
+    layout.padding = HasBackground(block) || layout.window ? height / 6 : 0;
     const int widest = (block.width ? int(std::lround(*block.width * options_.plane.width)) : safe_.width) -
                        margins_.left - margins_.right - 2 * layout.padding;
     const Measure measure = [this](const Letters &letters, Span span, int enough) {
@@ -148,7 +163,7 @@ BlockLayout LayoutEngine::LayOut(const Block &block, const std::vector<Letters> 
     for (const Letters &line : lines) {
         std::vector<Span> spans = Wrap(line, widest, measure);
         if (spans.empty()) spans.emplace_back(); // an empty line, or one of spaces
-        for (const Span span : spans) layout.rows.push_back(MakeRow(line, span));
+        for (const Span span : spans) layout.rows.push_back(MakeRow(line, span, height));
     }
     if (!layout.rows.empty()) LimitRows(block, layout, drawn);
     for (const Row &row : layout.rows)
@@ -216,13 +231,32 @@ void LayoutEngine::LayOutBitmaps(const std::vector<const Cue *> &cues, Plan &pla
     if (!plan.drawn.bitmaps.empty()) plan.bitmaps = Compose(cues, options_.plane, colors);
 }
 
-std::vector<Letters> LayoutEngine::Prepared(const Cue &cue, Drawn &drawn)
+static bool IsTranslucent(const std::optional<Color> &color)
+{
+    return color && color->alpha > 0 && color->alpha < 255;
+}
+
+// Whether letters or their edges are.
+static bool IsTranslucent(const Block &block)
+{
+    const auto is = [](const Run &run) {
+        return IsTranslucent(run.style.color) || IsTranslucent(run.style.edgeColor);
+    };
+
+    return std::any_of(block.lines.begin(), block.lines.end(),
+                       [&](const Line &line) { return std::any_of(line.begin(), line.end(), is); });
+}
+
+std::vector<Letters> LayoutEngine::Prepared(const std::vector<Block> &blocks, Drawn &drawn)
 {
     std::vector<Letters> lines;
 
-    for (const Block &block : cue.blocks) {
+    for (const Block &block : blocks) {
         for (const Line &line : block.lines) lines.push_back(Prepare(line));
     }
+    drawn.opaque |=
+        options_.Mode() != ColorMode::INDEX &&
+        std::any_of(blocks.begin(), blocks.end(), [](const Block &block) { return IsTranslucent(block); });
     drawn.unjoined |=
         std::any_of(lines.begin(), lines.end(), [](const Letters &line) { return NeedsShaping(line); });
     fonts_.Choose(lines);
@@ -236,9 +270,11 @@ Plan LayoutEngine::LayOut(const std::vector<const Cue *> &cues)
 
     LayOutBitmaps(cues, plan);
     for (const Cue *const cue : cues) {
-        const std::vector<Letters> lines = Prepared(*cue, plan.drawn);
+        std::vector<Block> blocks;
+        for (const Block &block : cue->blocks) blocks.push_back(WithSettings(block, options_));
+        const std::vector<Letters> lines = Prepared(blocks, plan.drawn);
         auto next = lines.begin();
-        for (const Block &block : cue->blocks) {
+        for (const Block &block : blocks) {
             const auto first = next;
             next += std::ptrdiff_t(block.lines.size());
             BlockLayout layout = LayOut(block, {first, next}, plan.drawn);

@@ -27,6 +27,7 @@ struct Drawn {
     std::size_t lines = 0;            // drawn
     std::size_t left = 0;             // lines omitted for lack of room
     bool unjoined = false;            // some letters should join or stack, and are drawn one by one
+    bool opaque = false;              // translucent letters or edges are drawn opaque
     std::vector<std::string> notices; // what is drawn differently from what was asked, without a full stop
 };
 
@@ -46,8 +47,9 @@ struct BlockLayout {
     Horizontal alignment = Horizontal::CENTER;
     std::vector<Row> rows;
     Rect rect;
-    int padding = 0;      // of backgrounds, at both ends of a row
-    int windowHeight = 0; // of the roll-up window that these rows are the last of; else of the rows
+    int padding = 0;             // of backgrounds, at both ends of a row
+    std::optional<Color> window; // what fills the rectangle
+    int windowHeight = 0;        // of the roll-up window that these rows are the last of; else of the rows
 };
 
 // Cues, laid out and measured ahead of drawing.
@@ -75,9 +77,9 @@ public:
 
 private:
     void LayOutBitmaps(const std::vector<const Cue *> &cues, Plan &plan) const;
-    std::vector<Letters> Prepared(const Cue &cue, Drawn &drawn);
+    std::vector<Letters> Prepared(const std::vector<Block> &blocks, Drawn &drawn);
     int WidthOf(const Letters &letters, Span span, int enough);
-    Row MakeRow(const Letters &letters, Span span);
+    Row MakeRow(const Letters &letters, Span span, int blank);
     BlockLayout LayOut(const Block &block, const std::vector<Letters> &lines, Drawn &drawn);
     void LimitRows(const Block &block, BlockLayout &layout, Drawn &drawn) const;
     Rect PlaceOf(const Block &block, const BlockLayout &layout) const;

@@ -21,6 +21,15 @@ std::vector<std::string> Remarks::On(const Drawn &drawn, const Fonts &fonts)
         remarks.push_back(
             "this script needs complex shaping, which is not supported; its letters are drawn one by one");
     }
+    if (drawn.opaque && !opaque_) {
+        opaque_ = true;
+        remarks.push_back("translucent text or edges are drawn opaque in this colour mode; use --mode index");
+    }
+    for (const std::string &font : fonts.NotInstalled()) {
+        if (notInstalled_.insert(font).second) {
+            remarks.push_back("font " + Printable(font) + " is not installed; the default font is used");
+        }
+    }
     for (const char32_t code : fonts.Missing()) {
         if (!missing_.insert(code).second) continue;
         codes += " " + CodeName(code);

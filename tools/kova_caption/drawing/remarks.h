@@ -22,6 +22,8 @@ public:
 
 private:
     bool unjoined_ = false;
+    bool opaque_ = false;
+    std::set<std::string> notInstalled_;
     std::set<char32_t> missing_;
     std::set<std::string> withoutBold_;
 };

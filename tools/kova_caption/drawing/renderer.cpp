@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "drawing/renderer.h"
 
+#include "cues/look.h"
+
 namespace caption
 {
 
@@ -16,8 +18,8 @@ void Renderer::DrawRow(const Row &row, int x, int y)
     x += margins_.left;
     for (std::size_t i = 0; i < row.pieces.size(); x += row.widths[i++]) {
         const Piece &piece = row.pieces[i];
-        const Reach reach = ReachOf(*piece.face, options_.TextHeight());
-        display_.Draw(piece, options_.TextHeight(), x, y + margins_.top + row.reach.ascent - reach.ascent);
+        const Reach reach = ReachOf(*piece.face, piece.height);
+        display_.Draw(piece, piece.height, x, y + margins_.top + row.reach.ascent - reach.ascent);
     }
 }
 
@@ -30,13 +32,17 @@ void Renderer::DrawRows(const BlockLayout &layout)
     };
     int y = layout.rect.y;
 
+    if (layout.window) display_.Fill(layout.rect, *layout.window);
     for (const Row &row : layout.rows) {
         int x = xOf(row);
         for (std::size_t i = 0; i < row.pieces.size(); ++i) {
             const int width = row.widths[i] + (i == 0 ? layout.padding + margins_.left : 0) +
                               (i + 1 == row.pieces.size() ? margins_.right + layout.padding : 0);
             const auto &background = row.pieces[i].style.background;
-            if (background && background->alpha > 0) display_.Fill({x, y, width, row.height}, *background);
+            if (background && background->alpha > 0) {
+                display_.Fill({x, y, width, row.height},
+                              Over(*background, layout.window.value_or(g_transparent)));
+            }
             x += width;
         }
         y += row.height;

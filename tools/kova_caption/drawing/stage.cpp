@@ -4,7 +4,9 @@
 #include <algorithm>
 
 #include "base/failure.h"
+#include "cues/look.h"
 #include "drawing/directfb_system.h"
+#include "terminal/report.h"
 
 namespace caption
 {
@@ -15,9 +17,12 @@ static const Options &Prepare(const Options &options)
     return options;
 }
 
-// Refuses what the display cannot do: 32-bit colours in the window of layer 1, text higher than the plane.
-static const Options &Checked(const Options &options)
+// With the viewer's settings. Refuses what the display cannot do: 32-bit colours in the window of layer 1, text
+// higher than the plane.
+static Options Checked(const Options &wanted)
 {
+    const Options options = WithSettings(wanted);
+
     if (options.Mode() == ColorMode::ARGB && options.layer == KOVA_GRAPHIC_LAYER1) {
         throw Failure("--mode argb: layer 1 has no 32-bit mode; use --mode palette, or --layer 2 or 3");
     }
@@ -28,11 +33,32 @@ static const Options &Checked(const Options &options)
     return options;
 }
 
+static bool HasTranslucentText(const Cue &cue, const Options &options)
+{
+    for (const Block &block : cue.blocks) {
+        for (const Line &line : block.lines) {
+            for (const Run &run : line) {
+                const Color color = WithSettings(run.style, options).color.value_or(options.color);
+                if (color.alpha > 0 && color.alpha < 255) return true;
+            }
+        }
+    }
+    return false;
+}
+
 Options ResolveMode(const std::vector<Cue> &cues, Options options)
 {
+    const auto translucent = [&](const Cue &cue) { return HasTranslucentText(cue, options); };
     const bool bitmaps =
         std::any_of(cues.begin(), cues.end(), [](const Cue &cue) { return !cue.bitmaps.empty(); });
 
+    // A window of the layers 2 and 3 shows no index mode.
+    if (!bitmaps && !options.mode && options.layer == KOVA_GRAPHIC_LAYER1 &&
+        std::any_of(cues.begin(), cues.end(), translucent)) {
+        Report("translucent text needs index mode, where letters are not smoothed; --mode palette draws it "
+               "opaque");
+        options.mode = ColorMode::INDEX;
+    }
     if (!bitmaps) return options;
     if (options.mode && *options.mode != ColorMode::INDEX) {
         throw Failure(

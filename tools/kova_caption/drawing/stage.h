@@ -11,7 +11,8 @@
 namespace caption
 {
 
-// The options with the colour mode that the cues need: bitmaps need index mode. Throws Failure if the options
+// The options with the colour mode that the cues need: bitmaps need index mode, and so does translucent text
+// where it can be shown. Throws Failure if the options
 // ask for another.
 Options ResolveMode(const std::vector<Cue> &cues, Options options);
 

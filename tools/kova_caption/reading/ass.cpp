@@ -19,6 +19,7 @@ struct AssScript::Reading {
     Style style;
     Block block;
     int alignment = 2;
+    double size = 0; // pixels of the canvas
     bool drawing = false;
     bool aligned = false;
 };
@@ -115,7 +116,7 @@ AssScript::AssScript(const std::string &header, AssHeader asked, Notices &notice
         if (key == "playresx") canvas_.width = Integer(value);
         if (key == "playresy") canvas_.height = Integer(value);
         if (key == "format") names = Fields(Lower(value), 64);
-        if (key == "style" && asked != AssHeader::NOTHING) {
+        if (key == "style") {
             std::vector<std::string> values = Fields(value, 64);
             for (std::size_t i = 0; i < names.size() && i < values.size(); ++i) {
                 names[i] = Trimmed(names[i]);
@@ -132,6 +133,7 @@ AssScript::AssScript(const std::string &header, AssHeader asked, Notices &notice
     if (canvas_.width == 0 && canvas_.height == 0) canvas_ = {384, 288};
     if (canvas_.width == 0) canvas_.width = std::max(1, canvas_.height * 4 / 3);
     if (canvas_.height == 0) canvas_.height = std::max(1, canvas_.width * 3 / 4);
+    for (auto &style : styles_) SetSize(style.second.size, style.second, style.second.style);
 }
 
 void AssScript::ReadStyle(const std::vector<std::string> &names, const std::vector<std::string> &values)
@@ -146,6 +148,9 @@ void AssScript::ReadStyle(const std::vector<std::string> &names, const std::vect
     };
     StyleEntry entry;
 
+    entry.size = std::max(0.0, Number(field("fontsize")));
+    if (usualSize_ <= 0) usualSize_ = entry.size;
+    if (asked_ == AssHeader::NOTHING) return;
     entry.style.italic = Integer(field("italic")) != 0;
     entry.style.bold = IsBold(Integer(field("bold")));
     entry.style.underline = Integer(field("underline")) != 0;
@@ -169,8 +174,10 @@ void AssScript::ReadStyle(const std::vector<std::string> &names, const std::vect
     entry.left = Number(field("marginl"));
     entry.right = Number(field("marginr"));
     entry.vertical = Number(field("marginv"));
-    entry.size = field("fontsize");
     entry.vertically = field("fontname").compare(0, 1, "@") == 0;
+    if (asked_ == AssHeader::STYLES_AND_MARGINS) {
+        entry.style.font = Interned(field("fontname").substr(entry.vertically ? 1 : 0));
+    }
     if (Number(field("angle")) != 0) Unsupported("rotation");
     if (Number(field("spacing")) != 0) Unsupported("letter spacing");
     for (const char *const scale : {"scalex", "scaley"}) {
@@ -193,6 +200,21 @@ const AssScript::StyleEntry &AssScript::Find(const std::string &name) const
     return none;
 }
 
+double AssScript::SizeOf(const StyleEntry &style) const
+{
+    return style.size > 0 ? style.size : usualSize_;
+}
+
+// A script has its own sizes. Where libavcodec wrote the header, a size counts as a share of the usual one.
+void AssScript::SetSize(double size, const StyleEntry &base, Style &style) const
+{
+    if (asked_ == AssHeader::STYLES_AND_MARGINS) {
+        style.line = float(std::clamp(size / canvas_.height, 0.0, 16.0));
+    } else if (size > 0 && SizeOf(base) > 0) {
+        style.scale = float(std::clamp(size / SizeOf(base), 1.0 / 16, 16.0));
+    }
+}
+
 void AssScript::Unsupported(const std::string &what)
 {
     notices_.Say(what + " is not supported");
@@ -201,31 +223,45 @@ void AssScript::Unsupported(const std::string &what)
 void AssScript::ReadTag(const std::string &name, const std::string &value, Reading &reading)
 {
     Style &style = reading.style;
+    const Style &base = reading.base->style;
     const auto flag = [&](bool preset) { return value.empty() ? preset : Integer(value) != 0; };
     const auto setColor = [&](std::optional<Color> &color, const std::optional<Color> &preset) {
         color = value.empty()
                     ? preset
                     : std::make_optional(ColorOf(Packed(value), color ? color->alpha : std::uint8_t(255)));
     };
-    const auto setAlpha = [&](std::optional<Color> &color) {
-        if (color) color->alpha = std::uint8_t(255 - (Packed(value) & 0xFF));
+    // White letters and black edges are usual.
+    const auto setAlpha = [&](std::optional<Color> &color, const std::optional<Color> &preset, Color usual) {
+        const std::uint8_t alpha = preset ? preset->alpha : std::uint8_t(255);
+        color = color.value_or(usual);
+        color->alpha = value.empty() ? alpha : std::uint8_t(255 - (Packed(value) & 0xFF));
     };
 
-    if (name == "i") style.italic = flag(reading.base->style.italic);
-    if (name == "b") style.bold = value.empty() ? reading.base->style.bold : IsBold(Integer(value));
-    if (name == "u") style.underline = flag(reading.base->style.underline);
-    if (name == "s") style.strikeout = flag(reading.base->style.strikeout);
-    if (name == "c" || name == "1c") setColor(style.color, reading.base->style.color);
+    if (name == "i") style.italic = flag(base.italic);
+    if (name == "b") style.bold = value.empty() ? base.bold : IsBold(Integer(value));
+    if (name == "u") style.underline = flag(base.underline);
+    if (name == "s") style.strikeout = flag(base.strikeout);
+    if (name == "c" || name == "1c") setColor(style.color, base.color);
     if (name == "3c") {
-        const bool box = reading.base->style.background.has_value();
-        setColor(box ? style.background : style.edgeColor,
-                 box ? reading.base->style.background : reading.base->style.edgeColor);
+        const bool box = base.background.has_value();
+        setColor(box ? style.background : style.edgeColor, box ? base.background : base.edgeColor);
     }
-    if (name == "alpha" || name == "1a") setAlpha(style.color);
-    if (name == "alpha" || name == "3a") setAlpha(style.edgeColor);
+    if (name == "alpha" || name == "1a") setAlpha(style.color, base.color, {255, 255, 255});
+    if (name == "alpha" || name == "3a") {
+        if (base.background) setAlpha(style.background, base.background, *base.background);
+        if (!base.background) setAlpha(style.edgeColor, base.edgeColor, {0, 0, 0});
+    }
+    if (name == "fn") style.font = value.empty() || value == "0" ? base.font : Interned(value);
+    if (name == "fs") {
+        const bool relative = value.compare(0, 1, "+") == 0 || value.compare(0, 1, "-") == 0;
+        const double size = relative ? reading.size * (1 + Number(value) / 10) : Number(value);
+        reading.size = size > 0 ? size : SizeOf(*reading.base);
+        SetSize(reading.size, *reading.base, style);
+    }
     if (name == "r") {
         reading.base = value.empty() ? &Find(reading.name) : &Find(value);
         style = reading.base->style;
+        reading.size = SizeOf(*reading.base);
     }
     if ((name == "an" || name == "a") && !reading.aligned) {
         const int alignment = name == "a" ? FromOldAlignment(Integer(value)) : Integer(value);
@@ -264,12 +300,12 @@ void AssScript::ReadTags(const std::string &tags, Reading &reading)
                                   {"fax", "shearing"},
                                   {"fay", "shearing"},
                                   {"fe", ""},
-                                  {"fn", "font selection"},
+                                  {"fn", ""},
                                   {"fr", "rotation"},
                                   {"fscx", "letter scaling"},
                                   {"fscy", "letter scaling"},
                                   {"fsp", "letter spacing"},
-                                  {"fs", "a change of font size"},
+                                  {"fs", ""},
                                   {"iclip", "clipping"},
                                   {"i", ""},
                                   {"kf", "karaoke"},
@@ -395,6 +431,7 @@ void AssScript::Read(const std::string &event, Cue &cue)
     reading.name = fields[2];
     reading.base = &Find(reading.name);
     reading.style = reading.base->style;
+    reading.size = SizeOf(*reading.base);
     reading.alignment = reading.base->alignment;
     const StyleEntry &own = *reading.base;
     ReadText(fields[8], reading);
@@ -406,8 +443,6 @@ void AssScript::Read(const std::string &event, Cue &cue)
 
     if (!fields[7].empty()) Unsupported("an effect such as scrolling");
     if (own.vertically) Unsupported("vertical text");
-    if (!own.size.empty()) sizes_.insert(own.size);
-    if (sizes_.size() > 1) Unsupported("a change of font size");
     reading.base = &own;
     Place(fields, reading);
     cue.layer = Integer(fields[1]);

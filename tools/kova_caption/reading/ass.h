@@ -5,7 +5,6 @@
 #define KOVA_CAPTION_READING_ASS_H
 
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -34,13 +33,15 @@ private:
         double left = 0;   // margins, pixels of the canvas
         double right = 0;
         double vertical = 0;
-        std::string size;
+        double size = 0;         // of the text, pixels of the canvas
         bool vertically = false; // vertical text
     };
     struct Reading;
 
     void ReadStyle(const std::vector<std::string> &names, const std::vector<std::string> &values);
     const StyleEntry &Find(const std::string &name) const;
+    double SizeOf(const StyleEntry &style) const;
+    void SetSize(double size, const StyleEntry &base, Style &style) const;
     void ReadTags(const std::string &tags, Reading &reading);
     void ReadTag(const std::string &name, const std::string &value, Reading &reading);
     void ReadText(const std::string &text, Reading &reading);
@@ -52,7 +53,7 @@ private:
     Size canvas_;
     std::map<std::string, StyleEntry> styles_;
     std::string defaultStyle_;
-    std::set<std::string> sizes_;
+    double usualSize_ = 0; // of the header's first style, whether asked for or filled in
 };
 
 } // namespace caption

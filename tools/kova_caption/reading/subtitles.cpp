@@ -73,11 +73,13 @@ static const AVStream &ChooseNumber(const MediaFile &source, int wanted)
                   ": no subtitle stream of that number; kova-caption info lists those there are");
 }
 
-// Of several the first; none where the file has no streams because it is text with captions.
+// Of several the first, or the first in the viewer's language; none where the file has no streams because it
+// is text with captions.
 static const AVStream *Choose(const MediaFile &source, const SourceOptions &options)
 {
     const AVFormatContext &format = source.format();
     const AVStream *subtitles = nullptr;
+    const AVStream *inLanguage = nullptr;
     const AVStream *video = nullptr;
     const AVStream *unsupported = nullptr;
     const bool captionText = !source.text().empty() && format.nb_streams == 0;
@@ -93,8 +95,12 @@ static const AVStream *Choose(const MediaFile &source, const SourceOptions &opti
             if (stream->codecpar->codec_type == AVMEDIA_TYPE_SUBTITLE) unsupported = stream;
         } else if (kind != StreamKind::EMBEDDED_CAPTIONS && wanted) {
             subtitles = stream;
+            if (options.viewer.language[0] && Tag(*stream, "language") == options.viewer.language) {
+                inLanguage = stream;
+            }
         }
     }
+    if (inLanguage) return inLanguage;
     if (subtitles) return subtitles;
     if (video) return video;
     if (unsupported) {
@@ -122,6 +128,15 @@ struct Opened {
         }
     }
 
+    // Read only where the settings need it: it is another pass over the beginning of the file.
+    std::vector<KovaCaptionsServiceInfo> Announced() const
+    {
+        if (!stream || (!options.viewer.language[0] && !options.viewer.easy_reader)) return {};
+        const ServiceDirectory directory = ReadServiceDirectory(options.file);
+        const auto announced = directory.find(stream->id);
+        return announced == directory.end() ? std::vector<KovaCaptionsServiceInfo>() : announced->second;
+    }
+
     bool captions() const
     {
         return !stream || IsCaptions(*stream);
@@ -143,7 +158,35 @@ static DecodedCaptions Decode(Opened &opened, ClosedCaptions::Keep keep)
     return DecodeTriplets(ReadCaptionText(source.text(), source.file(), opened.notices), keep);
 }
 
-// The one asked for, or the first. A Failure that names those that are there.
+static std::uint8_t SourceOf(const KovaCaptionsServiceInfo &info)
+{
+    if (info.digital) return info.number;
+    return info.field == 1 ? KOVA_CAPTIONS_CC1 : KOVA_CAPTIONS_CC3;
+}
+
+// The source that the settings name, else the one that is announced in the viewer's language and as easy to
+// read as the viewer wants, else the first.
+static std::uint8_t Preferred(const ViewerSettings &settings, const std::vector<std::uint8_t> &sources,
+                              const std::vector<KovaCaptionsServiceInfo> &announced)
+{
+    std::uint8_t best = sources.front();
+    int most = 0;
+
+    for (const std::uint8_t source : sources) {
+        if (source == settings.source) return source;
+        for (const KovaCaptionsServiceInfo &info : announced) {
+            if (SourceOf(info) != source) continue;
+            const bool language = settings.language[0] && std::string(settings.language) == info.language;
+            const bool easy = info.easy_reader == settings.easy_reader;
+            const int likeness = 2 * language + (easy && (language || settings.easy_reader));
+            if (likeness > most) best = source;
+            most = std::max(most, likeness);
+        }
+    }
+    return best;
+}
+
+// The one asked for, or the preferred one. A Failure that names those that are there.
 template <class Value> static std::uint8_t ChooseService(const Opened &opened, const BySource<Value> &there)
 {
     const std::uint8_t wanted = opened.options.service;
@@ -156,7 +199,11 @@ template <class Value> static std::uint8_t ChooseService(const Opened &opened, c
                              : ": no captions with visible content") +
                       g_advice);
     }
-    if (wanted == 0) return there.begin()->first;
+    if (wanted == 0) {
+        std::vector<std::uint8_t> sources;
+        for (const auto &source : there) sources.push_back(source.first);
+        return Preferred(opened.options.viewer, sources, opened.Announced());
+    }
     if (there.count(wanted)) return wanted;
     for (const auto &source : there) names += (names.empty() ? "" : ", ") + ServiceName(source.first);
     throw Failure("--service " + ServiceName(wanted) + ": " + opened.options.file +
@@ -284,9 +331,7 @@ static std::vector<CaptionService> ServicesOf(const DecodedCaptions &decoded,
         service.name = ServiceName(source.first);
         service.cues = ListedCues(source.second).size();
         for (const KovaCaptionsServiceInfo &info : announced) {
-            const int channel = info.field == 1 ? KOVA_CAPTIONS_CC1 : KOVA_CAPTIONS_CC3;
-            const int number = info.digital ? info.number : channel;
-            if (number != source.first) continue;
+            if (SourceOf(info) != source.first) continue;
             service.language = info.language;
             service.easyReader = info.easy_reader;
         }

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/viewer.h"
 #include "cues/cue.h"
 #include "cues/listed_cue.h"
 #include "reading/captions/closed_captions.h"
@@ -20,7 +21,9 @@ struct SourceOptions {
     std::string file;
     std::optional<int> stream = {}; // none: the first subtitle stream, else the first video with captions
     std::string charset = {};       // of a text file, as iconv names it; empty: auto-detect
-    std::uint8_t service = 0; // of closed captions, a number of KovaCaptionsSource; 0: the first that has any
+    std::uint8_t service = 0;       // of closed captions, a number of KovaCaptionsSource; 0: by the settings
+    ViewerSettings viewer =
+        DefaultSettings(); // source, language and easy_reader choose where nothing else does
 };
 
 enum class StreamKind { TEXT, BITMAP, EMBEDDED_CAPTIONS, UNSUPPORTED };

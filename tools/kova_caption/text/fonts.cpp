@@ -4,12 +4,12 @@
 #include <algorithm>
 #include <cmath>
 
-#include <fontconfig/fontconfig.h>
 #include <ft2build.h>
 #include FT_FREETYPE_H
 #include FT_TRUETYPE_TABLES_H
 
 #include "base/failure.h"
+#include "text/font_files.h"
 
 namespace caption
 {
@@ -20,6 +20,8 @@ static const char *const g_usual[] = {
     "/usr/share/fonts/opentype/noto/NotoSansCJK-Regular.ttc",
     "/usr/share/fonts/truetype/noto/NotoSansSymbols2-Regular.ttf",
 };
+
+static const std::size_t g_mostNames = 64;
 
 struct Face {
     std::string file;
@@ -62,9 +64,11 @@ struct Fonts::Family {
 Fonts::Fonts(const Options &options, Reserve reserve) : reserve_(reserve)
 {
     FT_Library library = nullptr;
+    const std::string viewers = ViewersFont(options.viewer);
 
     if (FT_Init_FreeType(&library) != 0) throw Failure("FreeType could not be initialised; free some memory");
     library_.reset(library);
+    if (!viewers.empty()) Add("the settings' font", viewers);
     if (!options.font.empty()) Add("--font", options.font);
     for (const std::string &file : options.fallbacks) Add("--fallback", file);
     if (reserve == Reserve::MACHINE) {
@@ -144,34 +148,41 @@ bool Fonts::AddFamily(const std::string &upright)
     return true;
 }
 
-// The library opens only the first face of a file, and DirectFB draws only outline fonts.
 void Fonts::FindInMachine(char32_t code)
 {
-    using Pattern = std::unique_ptr<FcPattern, void (*)(FcPattern *)>;
-    const std::unique_ptr<FcCharSet, void (*)(FcCharSet *)> set(FcCharSetCreate(), FcCharSetDestroy);
-    const Pattern wanted(FcPatternCreate(), FcPatternDestroy);
-    FcResult result = FcResultNoMatch;
-
-    FcCharSetAddChar(set.get(), code);
-    FcPatternAddCharSet(wanted.get(), FC_CHARSET, set.get());
-    FcPatternAddBool(wanted.get(), FC_SCALABLE, FcTrue);
-    FcPatternAddBool(wanted.get(), FC_COLOR, FcFalse);
-    FcPatternAddString(wanted.get(), FC_FAMILY, reinterpret_cast<const FcChar8 *>("sans-serif"));
-    FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
-    FcDefaultSubstitute(wanted.get());
-    const Pattern found(FcFontMatch(nullptr, wanted.get(), &result), FcPatternDestroy);
-    FcChar8 *file = nullptr;
-    FcCharSet *has = nullptr;
-    int index = 0;
-    if (!found || FcPatternGetString(found.get(), FC_FILE, 0, &file) != FcResultMatch) return;
-    if (FcPatternGetInteger(found.get(), FC_INDEX, 0, &index) != FcResultMatch || index != 0) return;
-    if (FcPatternGetCharSet(found.get(), FC_CHARSET, 0, &has) != FcResultMatch) return;
-    if (FcCharSetHasChar(has, code)) AddFamily(reinterpret_cast<const char *>(file));
+    const std::string file = FileWith(code);
+    if (!file.empty()) AddFamily(file);
 }
 
 const Face &Fonts::First() const
 {
     return *families_.front()->faces.front();
+}
+
+// The family of a source's font, or null where the machine has none of that name. A source with countless names
+// would take as many searches, so only the first ones are looked for.
+const Fonts::Family *Fonts::Named(const Interned &name)
+{
+    if (name.empty() || reserve_ == Reserve::NONE) return nullptr;
+    const auto known = named_.find(name);
+    if (known != named_.end()) return known->second.get();
+    if (named_.size() >= g_mostNames) return nullptr;
+    const auto family = named_.try_emplace(name).first;
+
+    auto found = std::make_unique<Family>();
+    for (const FontFile &file : FilesOfFamily(name.text())) {
+        std::unique_ptr<Face> face = Open(file.file);
+        if (!face) continue;
+        face->bold = file.bold;
+        face->italic = file.italic;
+        found->faces.push_back(std::move(face));
+    }
+    if (found->faces.empty()) {
+        notInstalled_.insert(name.text());
+    } else {
+        family->second = std::move(found);
+    }
+    return family->second.get();
 }
 
 const Fonts::Family *Fonts::WithAll(const Letters &letters) const
@@ -200,8 +211,10 @@ void Fonts::ChooseForEach(Letters &letters)
         const Letter *const before = i > 0 ? &letters[i - 1] : nullptr;
         const Face *chosen = nullptr;
 
+        if (const Family *const named = Named(letter.style.font))
+            chosen = named->For(letter.style, letter.code);
         // Spaces and accents use the font of the letter before them.
-        if (before && before->style == letter.style && (IsSpace(letter) || IsAccent(letter)) &&
+        if (!chosen && before && before->style == letter.style && (IsSpace(letter) || IsAccent(letter)) &&
             before->face->Has(letter.code)) {
             chosen = before->face;
         }
@@ -219,13 +232,17 @@ void Fonts::Choose(std::vector<Letters> &lines)
     for (const Letters &line : lines) everything.insert(everything.end(), line.begin(), line.end());
     for (const Letter &letter : everything) {
         const auto has = [&](const auto &family) { return family->For(letter.style, letter.code); };
+        const Family *const named = Named(letter.style.font);
+        if (named && named->For(letter.style, letter.code)) continue;
         if (missing_.count(letter.code) || std::any_of(families_.begin(), families_.end(), has)) continue;
         if (reserve_ == Reserve::MACHINE) FindInMachine(letter.code);
         if (!has(families_.back())) missing_.insert(letter.code);
     }
-    const Family *const one = WithAll(everything);
+    const auto named = [this](const Letter &letter) { return Named(letter.style.font) != nullptr; };
+    const bool anyNamed = std::any_of(everything.begin(), everything.end(), named);
+    const Family *const one = anyNamed ? nullptr : WithAll(everything);
     for (Letters &line : lines) {
-        const Family *const family = one ? one : WithAll(line);
+        const Family *const family = one || anyNamed ? one : WithAll(line);
         if (!family) {
             ChooseForEach(line);
             continue;
@@ -246,6 +263,21 @@ Reach ReachOf(const Face &face, int height)
     FT_Set_Char_Size(face.face, 0, FT_F26Dot6(height) * 64, 0, 0);
     const FT_Size_Metrics &metrics = face.face->size->metrics;
     return {int(metrics.ascender / 64), int(-metrics.descender / 64)};
+}
+
+// The source's size is that of a line, from the ascent of the font to its descent as Windows measures them. The
+// display's is the em.
+int HeightOf(const Letter &letter, const Options &options)
+{
+    const Style &style = letter.style;
+    if (style.line <= 0 || !letter.face) return options.TextHeight(style.scale);
+
+    const FT_Face face = letter.face->face;
+    const auto *const table = static_cast<const TT_OS2 *>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
+    const int measured = table ? table->usWinAscent + table->usWinDescent : 0;
+    const int line = measured > 0 ? measured : std::max(1, face->ascender - face->descender);
+    return options.Enlarged(double(style.line) * double(style.scale) * options.plane.height *
+                            face->units_per_EM / line);
 }
 
 bool IsDrawnRightwards(const Letter &accent)

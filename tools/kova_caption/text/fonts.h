@@ -4,6 +4,7 @@
 #ifndef KOVA_CAPTION_TEXT_FONTS_H
 #define KOVA_CAPTION_TEXT_FONTS_H
 
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -32,6 +33,9 @@ struct Stroke {
 struct Face;
 const std::string &FileOf(const Face &face);
 Reach ReachOf(const Face &face, int height);
+
+// The text size of a letter in pixels, from its style, its font and the viewer's settings.
+int HeightOf(const Letter &letter, const Options &options);
 Stroke UnderlineOf(const Face &face, int height);
 Stroke StrikeoutOf(const Face &face, int height);
 
@@ -44,9 +48,9 @@ class Fonts
 public:
     enum class Reserve { MACHINE, NONE };
 
-    // The fonts that the options name come first. With Reserve::MACHINE the default fonts follow, and
-    // whatever fontconfig finds for a character that none of them has. Throws Failure if a named font cannot
-    // be opened, or if there is no font at all.
+    // The fonts that the settings and the options name come first. With Reserve::MACHINE the default fonts
+    // follow, and whatever fontconfig finds for a character that none of them has, and sources may name fonts.
+    // Throws Failure if a named font cannot be opened, or if there is no font at all.
     explicit Fonts(const Options &options, Reserve reserve = Reserve::MACHINE);
     ~Fonts();
     Fonts(const Fonts &) = delete;
@@ -65,6 +69,12 @@ public:
         return missing_;
     }
 
+    // Fonts that were asked for so far by a name that the machine does not know.
+    const std::set<std::string> &NotInstalled() const
+    {
+        return notInstalled_;
+    }
+
     // Fonts so far that have no bold file though bold letters need one.
     const std::set<std::string> &WithoutBold() const
     {
@@ -78,6 +88,7 @@ private:
     bool AddFamily(const std::string &upright);
     std::unique_ptr<Face> Open(const std::string &file) const;
     void FindInMachine(char32_t code);
+    const Family *Named(const Interned &name);
     const Family *WithAll(const Letters &letters) const;
     void Assign(Letter &letter, const Face *face);
     void ChooseForEach(Letters &letters);
@@ -89,7 +100,9 @@ private:
     Reserve reserve_;
     std::unique_ptr<FT_LibraryRec_, DoneLibrary> library_; // destroyed after the faces
     std::vector<std::unique_ptr<Family>> families_;
+    std::map<Interned, std::unique_ptr<Family>> named_; // null where the machine does not know the name
     std::set<char32_t> missing_;
+    std::set<std::string> notInstalled_;
     std::set<std::string> withoutBold_;
 };
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "base/options.h"
 #include "cues/cue.h"
 #include "text/letters.h"
 
@@ -17,10 +18,11 @@ struct Piece {
     const Face *face = nullptr;
     bool slanted = false;
     Style style;
+    int height = 0; // text size in pixels
 };
 
-// Groups adjacent letters of one font and style, from left to right.
-std::vector<Piece> Pieces(const Letters &visual);
+// Groups adjacent letters of one font and style, from left to right. The options have the text sizes.
+std::vector<Piece> Pieces(const Letters &visual, const Options &options);
 
 } // namespace caption
 

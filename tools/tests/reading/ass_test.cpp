@@ -238,6 +238,84 @@ TEST(AssText, ReadsTheStylesOfTheOldScript)
     EXPECT_EQ(block.anchor, (caption::Anchor{0.5, 0.1}));
 }
 
+// Lines of a script's event.
+static Line LineOf(const std::string &event)
+{
+    return FromScript("0," + event).blocks.at(0).lines.at(0);
+}
+
+TEST(AssSizes, AreSharesOfTheHeightOfTheCanvas)
+{
+    // Sizes of 40 and 80 on a canvas 500 high.
+    EXPECT_FLOAT_EQ(LineOf("Default,,0,0,0,,a")[0].style.line, 40.0f / 500);
+    EXPECT_FLOAT_EQ(LineOf("Big,,0,0,0,,a")[0].style.line, 80.0f / 500);
+
+    const Line line =
+        LineOf("Default,,0,0,0,,a{\\fs100}b{\\fs}c{\\fs+5}d{\\fs-5}e{\\rBig}f{\\fs0}g{\\fs50\\r}h");
+    const float sizes[] = {40, 100, 40, 60, 30, 80, 80, 40};
+    ASSERT_EQ(line.size(), 7u) << "f and g are alike";
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        EXPECT_FLOAT_EQ(line[i].style.line, sizes[i < 6 ? i : 7] / 500) << i;
+        EXPECT_EQ(line[i].style.scale, 1) << i;
+    }
+}
+
+TEST(AssSizes, OfOtherFormatsAreSharesOfTheirUsualOne)
+{
+    Notices notices;
+    Cue cue;
+    AssScript script(g_header, AssHeader::NOTHING, notices);
+
+    script.Read("0,0,Default,,0,0,0,,a{\\fs60}b{\\fs}c", cue);
+
+    const Line line = cue.blocks.at(0).lines.at(0);
+    ASSERT_EQ(line.size(), 3u);
+    EXPECT_EQ(line[0].style, Style());
+    EXPECT_FLOAT_EQ(line[1].style.scale, 1.5f);
+    EXPECT_EQ(line[1].style.line, 0);
+    EXPECT_EQ(line[2].style, Style());
+}
+
+TEST(AssFonts, AreThoseOfTheStyleAndOfTheTags)
+{
+    const Line line = LineOf("Default,,0,0,0,,a{\\fnSome Font}b{\\fn}c{\\fnOther\\fn0}d");
+
+    ASSERT_EQ(line.size(), 3u) << "c and d are alike";
+    EXPECT_EQ(line[0].style.font.text(), "Any");
+    EXPECT_EQ(line[1].style.font.text(), "Some Font");
+    EXPECT_EQ(line[2].style.font.text(), "Any");
+    EXPECT_EQ(LineOf("Down,,0,0,0,,a")[0].style.font.text(), "Any") << "without the sign of vertical text";
+    EXPECT_EQ(LinesOf("{\\fnSome Font}a").at(0).at(0).style.font.text(), "Some Font");
+}
+
+TEST(AssOpacity, IsThatOfTheLettersOfTheEdgeOrOfTheBox)
+{
+    const Style all = LineOf("Default,,0,0,0,,{\\alpha&H40&}a")[0].style;
+    const Style letters = LineOf("Default,,0,0,0,,{\\1a&H40&}a")[0].style;
+    const Style edge = LineOf("Default,,0,0,0,,{\\3a&H40&}a")[0].style;
+    const Style box = LineOf("Box,,0,0,0,,{\\3a&H20&}a")[0].style;
+    const Line reset = LineOf("Sign,,0,0,0,,{\\1a&H10&}a{\\1a}b");
+
+    EXPECT_EQ(all.color->alpha, 0xBF);
+    EXPECT_EQ(all.edgeColor->alpha, 0xBF);
+    EXPECT_EQ(letters.color, (Color{255, 255, 255, 0xBF}));
+    EXPECT_EQ(letters.edgeColor->alpha, 255);
+    EXPECT_EQ(edge.color->alpha, 255);
+    EXPECT_EQ(edge.edgeColor, (Color{0, 0, 0, 0xBF}));
+    EXPECT_EQ(box.background, (Color{0, 0, 255, 0xDF}));
+    EXPECT_EQ(box.color->alpha, 255);
+    EXPECT_EQ(reset[0].style.color->alpha, 0xEF);
+    EXPECT_EQ(reset[1].style.color->alpha, 0x7F) << "that of the style";
+}
+
+TEST(AssOpacity, WithoutAColourIsThatOfWhiteLettersAndBlackEdges)
+{
+    const Style style = LinesOf("{\\alpha&H80&}a").at(0).at(0).style;
+
+    EXPECT_EQ(style.color, (Color{255, 255, 255, 0x7F}));
+    EXPECT_EQ(style.edgeColor, (Color{0, 0, 0, 0x7F}));
+}
+
 TEST(AssText, SaysOnceWhatIsAskedAndNotDrawn)
 {
     const auto said = [](const std::string &text) {
@@ -247,7 +325,6 @@ TEST(AssText, SaysOnceWhatIsAskedAndNotDrawn)
     };
     const auto asks = [](const std::string &what) { return Said{what + " is not supported"}; };
 
-    EXPECT_EQ(said("{\\fs30}a{\\fs40}b"), asks("a change of font size"));
     EXPECT_EQ(said("{\\frz30}a"), asks("rotation"));
     EXPECT_EQ(said("{\\k20}a{\\kf20}b"), asks("karaoke"));
     EXPECT_EQ(said("{\\be1}a{\\blur2}b"), asks("blur"));
@@ -255,7 +332,6 @@ TEST(AssText, SaysOnceWhatIsAskedAndNotDrawn)
     EXPECT_EQ(said("{\\move(1,2,3,4)}a"), asks("movement"));
     EXPECT_EQ(said("{\\fad(1,2)}a"), asks("fading"));
     EXPECT_EQ(said("{\\clip(1,2,3,4)}a"), asks("clipping"));
-    EXPECT_EQ(said("{\\fnSome Font}a"), asks("font selection"));
     EXPECT_EQ(said("{\\fscx120}a"), asks("letter scaling"));
     EXPECT_EQ(said("{\\fsp3}a"), asks("letter spacing"));
     EXPECT_EQ(said("{\\p1}m 0 0{\\p0}a"), asks("drawing"));
@@ -275,9 +351,6 @@ TEST(AssText, SaysWhatStylesAskThatIsNotDrawn)
     EXPECT_TRUE(has("letter scaling"));
     EXPECT_TRUE(has("letter spacing"));
     script.Read("0,0,Default,,0,0,0,,a", cue);
-    EXPECT_FALSE(has("a change of font size"));
-    script.Read("1,0,Big,,0,0,0,,a", cue);
-    EXPECT_TRUE(has("a change of font size"));
     script.Read("2,0,Down,,0,0,0,,a", cue);
     EXPECT_TRUE(has("vertical text"));
     script.Read("3,0,Default,,0,0,0,Banner;5,a", cue);

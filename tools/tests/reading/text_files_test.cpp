@@ -52,11 +52,16 @@ TEST(SubRip, IsReadWithFacesColoursAndAlignment)
     EXPECT_EQ(read.notices, Said{});
 }
 
-TEST(SubRip, SaysThatSizesAreNotDrawn)
+// libavcodec passes sizes on beside its own of 16.
+TEST(SubRip, KeepsSizesAndFontsOfRuns)
 {
-    const Subtitles read = Read("a.srt", "1\n00:00:01,000 --> 00:00:02,000\n<font size=\"40\">a</font>\n");
+    const Subtitles read = Read("a.srt", "1\n00:00:01,000 --> 00:00:02,000\n<font size=\"40\">a</font> "
+                                         "<font face=\"Some Font\">b</font>\n");
 
-    EXPECT_EQ(read.notices, Said{"a change of font size is not supported"});
+    EXPECT_EQ(read.notices, Said{});
+    EXPECT_FLOAT_EQ(read.cues[0].blocks[0].lines[0][0].style.scale, 40.0f / 16);
+    EXPECT_EQ(read.cues[0].blocks[0].lines[0].back().style.font.text(), "Some Font");
+    EXPECT_EQ(read.cues[0].blocks[0].lines[0].back().style.scale, 1);
 }
 
 TEST(SubRip, KeepsCuesThatOverlap)

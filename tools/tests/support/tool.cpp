@@ -61,8 +61,9 @@ static Outcome RunCommand(const std::string &command)
 }
 
 // Under the leak sanitizer what DirectFB itself forgets is left out.
-static const std::string g_clean = "env -u DISPLAY -u DFBARGS KOVA_XVFB_SECONDS=500 "
-                                   "LSAN_OPTIONS=print_suppressions=0:suppressions='" LSAN_SUPPRESSIONS "' ";
+static const std::string g_clean =
+    "env -u DISPLAY -u DFBARGS XDG_CONFIG_HOME=/nonexistent KOVA_XVFB_SECONDS=500 "
+    "LSAN_OPTIONS=print_suppressions=0:suppressions='" LSAN_SUPPRESSIONS "' ";
 
 Outcome RunTool(const std::string &arguments, const std::string &environment)
 {

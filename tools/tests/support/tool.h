@@ -37,8 +37,8 @@ private:
     std::filesystem::path path_;
 };
 
-// The arguments as a shell reads them. No X server, and nothing in the environment that steers DirectFB,
-// unless given: NAME=VALUE.
+// The arguments as a shell reads them. No X server, no settings of a user, and nothing in the environment that
+// steers DirectFB, unless given: NAME=VALUE.
 Outcome RunTool(const std::string &arguments, const std::string &environment = "");
 
 // The same under an X server of its own.

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "base/utf8.h"
+#include "base/viewer.h"
 
 namespace caption
 {
@@ -30,26 +31,19 @@ struct Cell {
 
 } // namespace
 
-static Color ColorOf(std::uint8_t color, std::uint8_t alpha)
-{
-    static const std::uint8_t levels[] = {0x00, 0x55, 0xC0, 0xFF};
-
-    return {levels[color >> 4 & 3], levels[color >> 2 & 3], levels[color & 3], alpha};
-}
-
 // White is what captions have where nothing is asked for, so it is the viewer's to choose. CEA-708 has two.
 static std::optional<Color> Foreground(std::uint8_t color)
 {
     const std::uint8_t paleWhite = 0x2A;
 
     if (color == KOVA_CAPTIONS_WHITE || color == paleWhite) return std::nullopt;
-    return ColorOf(color, 255);
+    return CaptionColor(color);
 }
 
 static std::optional<Color> Background(std::uint8_t color, std::uint8_t opacity)
 {
     if (opacity == KOVA_CAPTIONS_TRANSPARENT) return std::nullopt;
-    return ColorOf(color, opacity == KOVA_CAPTIONS_TRANSLUCENT ? 128 : 255);
+    return CaptionColor(color, AlphaOf(opacity));
 }
 
 static Cell Read(const KovaCaptionsChannelCell &cell)
@@ -76,7 +70,7 @@ static Cell Read(const KovaCaptionsWindowCell &cell, const KovaCaptionsWindowAtt
     read.style.italic = pen.italics;
     read.style.underline = pen.underline;
     read.style.color = Foreground(pen.foreground);
-    if (pen.edge_type != KOVA_CAPTIONS_EDGE_NONE) read.style.edgeColor = ColorOf(pen.edge_color, 255);
+    if (pen.edge_type != KOVA_CAPTIONS_EDGE_NONE) read.style.edgeColor = CaptionColor(pen.edge_color);
     read.style.background = Background(pen.background, pen.background_opacity);
     if (!read.style.background) read.style.background = Background(window.fill_color, window.fill_opacity);
     read.flashing = pen.foreground_opacity == KOVA_CAPTIONS_FLASH;

@@ -6,6 +6,7 @@
 
 #include "base/failure.h"
 #include "captions/encoder.h"
+#include "captions/requirement.h"
 #include "reading/media.h"
 #include "reading/subtitles.h"
 #include "support/tool.h"
@@ -138,16 +139,24 @@ TEST(CaptionsInPictures, AreReadFromH265)
                      {{"a.ts", "mpegts"}, {"a.mp4", "mp4"}, {"a.mkv", "matroska"}, {"a.h265", "hevc"}});
 }
 
-TEST(CaptionServices, HaveTheLanguagesThatTheProgrammeMapAnnounces)
+// The alphabet as service 1 and as CC1, with a descriptor of the services.
+static void WriteAnnounced(const std::string &file, const media::Bytes &descriptor)
 {
-    const Folder folder;
     media::Stream stream;
     const std::vector<media::Packet> packets =
         media::VideoWithTriplets(AV_CODEC_ID_MPEG2VIDEO, Alphabet(), stream);
-    media::Write(folder / "a.ts", "mpegts", {stream}, packets);
+
+    media::Write(file, "mpegts", {stream}, packets);
+    media::AnnounceServices(file, descriptor);
+}
+
+TEST(CaptionServices, HaveTheLanguagesThatTheProgrammeMapAnnounces)
+{
+    Requirement("D10");
+    const Folder folder;
     // Service 1 in English, easy to read; field 1 of line 21 in Spanish; service 2, which is not there.
-    media::AnnounceServices(folder / "a.ts", {0xE3, 'e', 'n', 'g', 0xC1, 0xFF, 0xFF, 's', 'p', 'a', 0x7E,
-                                              0x3F, 0xFF, 'f', 'r', 'a', 0xC2, 0x7F, 0xFF});
+    WriteAnnounced(folder / "a.ts", {0xE3, 'e', 'n', 'g', 0xC1, 0xFF, 0xFF, 's', 'p', 'a', 0x7E, 0x3F, 0xFF,
+                                     'f', 'r', 'a', 0xC2, 0x7F, 0xFF});
 
     const std::vector<caption::StreamInfo> streams = caption::ListStreams({folder / "a.ts"});
 
@@ -162,6 +171,35 @@ TEST(CaptionServices, HaveTheLanguagesThatTheProgrammeMapAnnounces)
     EXPECT_EQ(channel.name, "cc1");
     EXPECT_EQ(channel.language, "spa");
     EXPECT_FALSE(channel.easyReader);
+}
+
+// What is listed by these settings: service 1 is in English and easy to read, CC1 in Spanish.
+static std::string ListedBy(const std::string &file, const std::string &settings, std::uint8_t service = 0)
+{
+    caption::SourceOptions source = {file};
+
+    EXPECT_EQ(Kova_Captions_ReadSettings(&source.viewer, settings.data(), settings.size(), nullptr), 0);
+    source.service = service;
+    return caption::ListCues(source).service;
+}
+
+TEST(CaptionServices, AreChosenByTheViewersSettings)
+{
+    Requirement("D10");
+    const Folder folder;
+    WriteAnnounced(folder / "a.ts", {0xE2, 's', 'p', 'a', 0xC1, 0xFF, 0xFF, 'e', 'n', 'g', 0x7E, 0x3F, 0xFF});
+    const std::string file = folder / "a.ts";
+
+    EXPECT_EQ(ListedBy(file, ""), "s1");
+    EXPECT_EQ(ListedBy(file, "source = cc1"), "cc1");
+    EXPECT_EQ(ListedBy(file, "source = s2"), "s1") << "it is not there";
+    EXPECT_EQ(ListedBy(file, "language = eng"), "cc1");
+    EXPECT_EQ(ListedBy(file, "language = spa"), "s1");
+    EXPECT_EQ(ListedBy(file, "language = fra"), "s1") << "nothing is in French";
+    EXPECT_EQ(ListedBy(file, "easy_reader = on"), "s1");
+    EXPECT_EQ(ListedBy(file, "easy_reader = on\nlanguage = eng"), "cc1") << "the language counts more";
+    EXPECT_EQ(ListedBy(file, "source = s1\nlanguage = eng"), "s1");
+    EXPECT_EQ(ListedBy(file, "source = cc1", KOVA_CAPTIONS_S1), "s1") << "asked for";
 }
 
 TEST(CaptionServices, AreFoundWhereverTheyBegin)
