@@ -19,10 +19,12 @@ std::vector<Command> AddCommands(CLI::App &tool)
                 "  DISPLAY     X server to open a window on; without one only layer 1 is available, and it\n"
                 "              is drawn in memory\n"
                 "  DFBARGS     settings of DirectFB; used unchanged if set\n"
-                "  KOVA_DEBUG  log level of the library, 0 to 5");
-    return {AddPlay(tool),     AddSnapshot(tool), AddSheet(tool), AddInfo(tool),
-            AddList(tool),     AddCoverage(tool), AddEdges(tool), AddPreview(tool),
-            AddGenerate(tool), AddBench(tool),    AddMan(tool),   AddCompletion(tool)};
+                "  KOVA_DEBUG  log level of the library, 0 to 5\n"
+                "  XDG_CONFIG_HOME\n"
+                "              the viewer's settings are in kova-caption/settings there [~/.config]");
+    return {AddPlay(tool),     AddSnapshot(tool), AddSheet(tool),     AddInfo(tool),     AddList(tool),
+            AddCoverage(tool), AddEdges(tool),    AddPreview(tool),   AddSettings(tool), AddGenerate(tool),
+            AddBench(tool),    AddMan(tool),      AddCompletion(tool)};
 }
 
 CLI::App &AddCommand(CLI::App &tool, const std::string &name, const std::string &purpose,

@@ -32,6 +32,7 @@ Command AddList(CLI::App &tool);
 Command AddMan(CLI::App &tool);
 Command AddPlay(CLI::App &tool);
 Command AddPreview(CLI::App &tool);
+Command AddSettings(CLI::App &tool);
 Command AddSheet(CLI::App &tool);
 Command AddSnapshot(CLI::App &tool);
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "drawing/directfb_system.h"
 #include "drawing/label.h"
 #include "drawing/picture.h"
+#include "playing/menu_view.h"
 
 namespace caption
 {
@@ -246,12 +248,17 @@ Command AddPreview(CLI::App &tool)
         Options options;
         std::vector<std::string> fonts;
         std::string file;
+        std::optional<std::string> settings;
     };
     const auto arguments = std::make_shared<Arguments>();
-    CLI::App &command = AddCommand(
-        tool, "preview", "Write one PNG with every edge, size and colour of each font on three backgrounds",
-        {"kova-caption preview -o settings.png", "kova-caption preview -o settings.png --font sets/Sans.ttf",
-         "kova-caption preview -o settings.png --height 20 --edge-color 000080"});
+    CLI::App &command = AddCommand(tool, "preview",
+                                   "Write one PNG with every edge, size and colour of each font on three "
+                                   "backgrounds, or with --settings "
+                                   "the menu of the viewer's settings and a caption that has them",
+                                   {"kova-caption preview -o edges.png",
+                                    "kova-caption preview -o edges.png --font sets/Sans.ttf",
+                                    "kova-caption preview -o edges.png --height 20 --edge-color 000080",
+                                    "kova-caption preview -o settings.png --settings viewer.txt"});
 
     command.add_option("-o", arguments->file, "Output file")->type_name("PNG")->required();
     command
@@ -264,8 +271,13 @@ Command AddPreview(CLI::App &tool)
         ->check(CLI::Range(1, 77).description(""));
     AddEdgeColor(command, arguments->options);
     AddHeadless(command, arguments->options);
+    command.add_option("--settings", arguments->settings, "Draw this file of the viewer's settings")
+        ->type_name("FILE");
     return {&command, [arguments](std::FILE *out) {
-                WritePng(Preview(arguments->fonts, arguments->options), arguments->file);
+                WritePng(arguments->settings
+                             ? MenuPicture(Menu(ReadSettings(arguments->settings)), arguments->options)
+                             : Preview(arguments->fonts, arguments->options),
+                         arguments->file);
                 std::fprintf(out, "%s\n", arguments->file.c_str());
             }};
 }

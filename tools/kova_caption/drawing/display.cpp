@@ -109,6 +109,23 @@ kova_uint32 Display::Value(Color color)
     return kova_uint32(entry - palette_.begin());
 }
 
+// Entry 0 is transparent; then come the 64 colours, and the same translucent. Those that flash and those that
+// the renderer hands out are not used here.
+pKovaITextDisplay_t Display::ShareWithCaptions()
+{
+    std::vector<KovaTextColor_t> loaded;
+
+    shared_ = true;
+    palette_.assign(256, g_transparent);
+    for (std::size_t i = 0; i < 64; ++i) {
+        palette_[1 + i] = CaptionColor(std::uint8_t(i));
+        palette_[65 + i] = CaptionColor(std::uint8_t(i), 128);
+    }
+    for (const Color &color : palette_) loaded.push_back({color.red, color.green, color.blue, color.alpha});
+    display_->SetPalette(display_, context_, loaded.data(), kova_uint32(loaded.size()), 0);
+    return display_;
+}
+
 void Display::SetEdge(KovaTextEdgeType_e edge)
 {
     edge_ = edge;
@@ -259,7 +276,7 @@ void Display::Copy(const Picture &picture, Rect rect)
 // screen.
 void Display::Clear()
 {
-    if (palette_.size() > 64) palette_.clear();
+    if (!shared_ && palette_.size() > 64) palette_.clear();
     ranOutOfColors_ = false;
     Fill({0, 0, options_.plane.width, options_.plane.height},
          g_transparent); // entry 0 of the palette from now on

@@ -28,6 +28,14 @@ public:
     Display(const Display &) = delete;
     Display &operator=(const Display &) = delete;
 
+    // What a caption renderer of the library needs to draw on the same plane. Its palette is used from now on,
+    // and colours are replaced by the nearest.
+    pKovaITextDisplay_t ShareWithCaptions();
+    kova_sint8 context() const
+    {
+        return context_;
+    }
+
     void SetEdge(KovaTextEdgeType_e edge);
     int Width(const Piece &piece, int height);
 
@@ -75,6 +83,7 @@ private:
     std::unique_ptr<FontSlots> slots_;
     std::unique_ptr<Readback> readback_;
     std::vector<Color> palette_; // loaded since the last Clear
+    bool shared_ = false;        // the palette is that of closed captions
     bool ranOutOfColors_ = false;
     bool flipped_ = false; // nothing was drawn since the last flip
 };

@@ -73,7 +73,10 @@ public:
             Key key;
         } meanings[] = {{" ", Key::PAUSE},        {"q", Key::END},       {"Q", Key::END},
                         {"\x1B[D", Key::BACK},    {"\x1BOD", Key::BACK}, {"\x1B[C", Key::FORWARD},
-                        {"\x1BOC", Key::FORWARD}, {"\x1B\x1B", Key::END}};
+                        {"\x1BOC", Key::FORWARD}, {"\x1B[A", Key::UP},   {"\x1BOA", Key::UP},
+                        {"\x1B[B", Key::DOWN},    {"\x1BOB", Key::DOWN}, {"r", Key::RESET},
+                        {"R", Key::RESET},        {"s", Key::SAVE},      {"S", Key::SAVE},
+                        {"\r", Key::SAVE},        {"\n", Key::SAVE},     {"\x1B\x1B", Key::END}};
 
         while (!given_.empty()) {
             for (const auto &meaning : meanings) {
@@ -131,10 +134,13 @@ public:
             DFBInputDeviceKeySymbol symbol;
             Key key;
         } meanings[] = {
-            {DIKS_SPACE, Key::PAUSE},      {DIKS_PAUSE, Key::PAUSE},   {DIKS_PLAYPAUSE, Key::PAUSE},
-            {DIKS_CURSOR_LEFT, Key::BACK}, {DIKS_PREVIOUS, Key::BACK}, {DIKS_CURSOR_RIGHT, Key::FORWARD},
-            {DIKS_NEXT, Key::FORWARD},     {DIKS_SMALL_Q, Key::END},   {DIKS_CAPITAL_Q, Key::END},
-            {DIKS_ESCAPE, Key::END},       {DIKS_EXIT, Key::END},      {DIKS_STOP, Key::END}};
+            {DIKS_SPACE, Key::PAUSE},      {DIKS_PAUSE, Key::PAUSE},      {DIKS_PLAYPAUSE, Key::PAUSE},
+            {DIKS_CURSOR_LEFT, Key::BACK}, {DIKS_PREVIOUS, Key::BACK},    {DIKS_CURSOR_RIGHT, Key::FORWARD},
+            {DIKS_NEXT, Key::FORWARD},     {DIKS_SMALL_Q, Key::END},      {DIKS_CAPITAL_Q, Key::END},
+            {DIKS_CURSOR_UP, Key::UP},     {DIKS_CURSOR_DOWN, Key::DOWN}, {DIKS_SMALL_R, Key::RESET},
+            {DIKS_CAPITAL_R, Key::RESET},  {DIKS_SMALL_S, Key::SAVE},     {DIKS_CAPITAL_S, Key::SAVE},
+            {DIKS_RETURN, Key::SAVE},      {DIKS_OK, Key::SAVE},          {DIKS_ESCAPE, Key::END},
+            {DIKS_EXIT, Key::END},         {DIKS_STOP, Key::END}};
         DFBEvent event = {};
 
         if (read(file_, &event, sizeof event) != ssize_t(sizeof event)) {

@@ -14,7 +14,8 @@ namespace caption
 
 using SteadyTime = std::chrono::steady_clock::time_point;
 
-enum class Key { PAUSE, BACK, FORWARD, END };
+// Enter saves in a menu, Escape ends.
+enum class Key { PAUSE, BACK, FORWARD, UP, DOWN, RESET, SAVE, END };
 
 // Time and keys. Tests script them.
 class PlayerInput

@@ -223,7 +223,7 @@ bool Player::HandleKey(Key key)
         std::fprintf(out_, "%s at %s\n", clock_.IsPaused() ? "paused" : "playing",
                      Timestamp(std::int64_t(clock_.Position())).c_str());
         std::fflush(out_);
-    } else if (key != Key::END) {
+    } else if (key == Key::BACK || key == Key::FORWARD) {
         if (const std::optional<std::size_t> change = AdjacentScreen(key)) {
             Seek(changes_[*change].time);
             Show();
