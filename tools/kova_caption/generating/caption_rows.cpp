@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "generating/caption_rows.h"
 
+#include <algorithm>
+
 #include "base/utf8.h"
 #include "generating/characters.h"
 
@@ -125,6 +127,30 @@ static void Wrap(const std::vector<CaptionCell> &cells, Horizontal horizontal, s
     end();
 }
 
+static bool BeginsSpeech(const std::vector<CaptionCell> &line)
+{
+    return !line.empty() && (line[0].code == U'-' || line[0].code == U'\u2013' || line[0].code == U'\u2014');
+}
+
+// The lines of the block if each is a row, else those that run on joined, so that no short rows are left over. A dash
+// begins what another speaker says.
+static std::vector<std::vector<CaptionCell>> Paragraphs(const Block &block)
+{
+    std::vector<std::vector<CaptionCell>> lines, joined;
+
+    for (const Line &line : block.lines) lines.push_back(CellsOf(line));
+    if (std::all_of(lines.begin(), lines.end(), Fits)) return lines;
+    for (const std::vector<CaptionCell> &line : lines) {
+        if (joined.empty() || joined.back().empty() || line.empty() || BeginsSpeech(line)) {
+            joined.push_back(line);
+            continue;
+        }
+        joined.back().push_back({U' ', LookBetween(joined.back().back().look, line.front().look)});
+        joined.back().insert(joined.back().end(), line.begin(), line.end());
+    }
+    return joined;
+}
+
 // Anchors go to the third of the picture that they lie in.
 static Vertical PlaceOf(const Block &block)
 {
@@ -140,7 +166,7 @@ CaptionPage PageOf(const std::vector<const Cue *> &cues)
     for (const Cue *cue : cues) {
         for (const Block &block : cue->blocks) {
             std::vector<CaptionRow> &group = page.groups[std::size_t(PlaceOf(block))];
-            for (const Line &line : block.lines) Wrap(CellsOf(line), block.horizontal, group);
+            for (const auto &paragraph : Paragraphs(block)) Wrap(paragraph, block.horizontal, group);
         }
     }
     for (auto group = page.groups.rbegin(); group != page.groups.rend(); ++group) {

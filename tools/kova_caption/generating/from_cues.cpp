@@ -207,8 +207,8 @@ static void SayLate(const Lane<Item> &lane, const std::string &standard, Notices
 {
     if (lane.late() == 0) return;
     const auto milliseconds = FrameTime(lane.latest()) / 1000;
-    notices.Say(standard + ": " + std::to_string(lane.late()) + " captions appear late, by up to " +
-                std::to_string(milliseconds) + " ms, because the text before them needs the bandwidth");
+    notices.Say(standard + ": captions that appear late for lack of bandwidth: " +
+                std::to_string(lane.late()) + ", by up to " + std::to_string(milliseconds) + " ms");
 }
 
 static void Say(const Changes &changes, Notices &notices)
@@ -222,11 +222,11 @@ static void Say(const Changes &changes, Notices &notices)
                     Names(changes.missing708));
     }
     if (changes.highPages) {
-        notices.Say(std::to_string(changes.highPages) +
-                    " captions have more than four rows, which not every decoder shows");
+        notices.Say("captions of more than four rows, which not every decoder shows: " +
+                    std::to_string(changes.highPages));
     }
     if (changes.lostRows) {
-        notices.Say(std::to_string(changes.lostRows) + " rows are left out, because a screen has fifteen");
+        notices.Say("rows left out, because a screen has fifteen: " + std::to_string(changes.lostRows));
     }
 }
 

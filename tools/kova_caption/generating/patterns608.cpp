@@ -24,7 +24,8 @@ void PopOn(Script &script)
     script.Show({"Four full rows replace them at once.",
                  {BoxOfCells(1, 0, 32), BoxOfCells(5, 0, 32), BoxOfCells(10, 0, 32), BoxOfCells(15, 0, 32)}});
     Pairs rows = Code(ENM);
-    for (const unsigned row : {1, 5, 10, 15}) rows = rows + Row(row, 0, "12345678901234567890123456789012");
+    for (const unsigned row : {1u, 5u, 10u, 15u})
+        rows = rows + Row(row, 0, "12345678901234567890123456789012");
     script.Send(rows);
     script.Hold(1);
     script.Send(Code(EOC));

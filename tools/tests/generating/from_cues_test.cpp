@@ -22,13 +22,13 @@ static std::string RowText(const CaptionRow &row)
     return text;
 }
 
-static Said Wrapped(const std::string &text)
+static Said Wrapped(const std::vector<std::string> &lines)
 {
     Cue cue;
     Said rows;
     caption::Block block;
 
-    block.lines = {{{text, {}}}};
+    for (const std::string &line : lines) block.lines.push_back({{line, {}}});
     cue.blocks = {block};
     const CaptionPage page = PageOf({&cue});
     for (const CaptionRow &row : page.groups[std::size_t(Vertical::BOTTOM)]) rows.push_back(RowText(row));
@@ -107,11 +107,32 @@ TEST(Characters708, AreInTheirSets)
 
 TEST(Rows, BreakAtSpacesAfterAtMost32Columns)
 {
-    EXPECT_EQ(Wrapped("short"), Said{"short"});
-    EXPECT_EQ(Wrapped("exactly thirty-two columns here."), Said{"exactly thirty-two columns here."});
-    EXPECT_EQ(Wrapped("exactly thirty-three columns her."), (Said{"exactly thirty-three columns", "her."}));
-    EXPECT_EQ(Wrapped("  blanks   are   one  "), Said{"blanks are one"});
-    EXPECT_EQ(Wrapped(std::string(70, 'x')), (Said{std::string(32, 'x'), std::string(32, 'x'), "xxxxxx"}));
+    EXPECT_EQ(Wrapped({"short"}), Said{"short"});
+    EXPECT_EQ(Wrapped({"exactly thirty-two columns here."}), Said{"exactly thirty-two columns here."});
+    EXPECT_EQ(Wrapped({"exactly thirty-three columns her."}), (Said{"exactly thirty-three columns", "her."}));
+    EXPECT_EQ(Wrapped({"  blanks   are   one  "}), Said{"blanks are one"});
+    EXPECT_EQ(Wrapped({std::string(70, 'x')}), (Said{std::string(32, 'x'), std::string(32, 'x'), "xxxxxx"}));
+}
+
+TEST(Rows, JoinLinesThatRunOnWhereOneIsTooLong)
+{
+    EXPECT_EQ(Wrapped({"one", "two"}), (Said{"one", "two"}));
+    EXPECT_EQ(Wrapped({"A line that is longer than thirty-two", "columns, and another."}),
+              (Said{"A line that is longer than", "thirty-two columns, and another."}));
+    EXPECT_EQ(Wrapped({"- A line that is longer than thirty-two", "- Yes."}),
+              (Said{"- A line that is longer than", "thirty-two", "- Yes."}));
+}
+
+TEST(Rows, AreFifteenAtMost)
+{
+    Cue cue;
+    caption::Block block;
+    for (int i = 0; i < 17; ++i) block.lines.push_back({{"x", {}}});
+    cue.blocks = {block};
+    const CaptionPage page = PageOf({&cue});
+
+    EXPECT_EQ(page.RowCount(), 15u);
+    EXPECT_EQ(page.lost, 2u);
 }
 
 // A code takes the place of a space where there is one, else a cell of its own.
@@ -120,10 +141,10 @@ TEST(Rows, HaveRoomForAttributeCodes)
     Style italic;
     italic.italic = true;
     Cue cue;
-    caption::Block block;
-    block.lines = {{{"12345 ", {}}, {"12345678901234567890123456", italic}},
-                   {{"123456", italic}, {"78901234567890123456789012", {}}}};
-    cue.blocks = {block};
+    caption::Block first, second;
+    first.lines = {{{"12345 ", {}}, {"12345678901234567890123456", italic}}};
+    second.lines = {{{"123456", italic}, {"78901234567890123456789012", {}}}};
+    cue.blocks = {first, second};
     const CaptionPage page = PageOf({&cue});
     const auto &rows = page.groups[std::size_t(Vertical::BOTTOM)];
 
@@ -206,8 +227,7 @@ TEST(FromCues, IsLateWhereTheBandwidthDoesNotSuffice)
     EXPECT_EQ(shown[0].substr(0, 9), "1768-2269") << shown[0];
     // Frame 3 was meant: 50 frames.
     EXPECT_EQ(notices.said(),
-              Said{"CEA-608: 1 captions appear late, by up to 1668 ms, because the text before them "
-                   "needs the bandwidth"});
+              Said{"CEA-608: captions that appear late for lack of bandwidth: 1, by up to 1668 ms"});
 }
 
 TEST(FromCues, NamesCharactersThatAreMissingOnce)
