@@ -64,7 +64,7 @@ static std::u32string Normalized(uninorm_t form, const std::u32string &text)
     std::size_t length = 0;
     std::uint32_t *const result = u32_normalize(form, reinterpret_cast<const std::uint32_t *>(text.data()),
                                                 text.size(), nullptr, &length);
-    const std::u32string normalized(result, result + length);
+    std::u32string normalized(result, result + length);
 
     std::free(result);
     return normalized;
@@ -105,19 +105,20 @@ std::optional<std::u32string> In608(char32_t character)
     return std::nullopt;
 }
 
+void PairWriter::PutBasic(unsigned code)
+{
+    if (waiting_) pairs_ = pairs_ + Raw(*waiting_, code);
+    waiting_ = waiting_ ? std::nullopt : std::optional<unsigned>(code);
+}
+
 void PairWriter::Put(char32_t character)
 {
-    if (const auto basic = Find(g_basic, character)) {
-        const unsigned code = 0x20 + *basic;
-        if (waiting_) pairs_ = pairs_ + Raw(*waiting_, code);
-        waiting_ = waiting_ ? std::nullopt : std::optional<unsigned>(code);
-        return;
-    }
+    if (const auto basic = Find(g_basic, character)) return PutBasic(0x20 + *basic);
     if (const auto special = Find(g_special, character)) return Put(Twice(0x11, 0x30 + *special));
     for (unsigned set = 0; set < 2; ++set) {
         const auto extended = Find(g_extended[set], character);
         if (!extended) continue;
-        Put(char32_t(g_basic[std::size_t(g_instead[set][*extended] - ' ')]));
+        PutBasic(std::uint8_t(g_instead[set][*extended]));
         Put(Twice(0x12 + set, 0x20 + *extended));
     }
 }

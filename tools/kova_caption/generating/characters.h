@@ -32,6 +32,8 @@ public:
     encoding::Pairs Finish();
 
 private:
+    void PutBasic(unsigned code);
+
     encoding::Pairs pairs_;
     std::optional<unsigned> waiting_;
 };

@@ -18,7 +18,7 @@ using namespace encoding;
 
 static const std::size_t g_rowsEveryDecoderShows = 4;
 static const std::size_t g_mostNamed = 10;
-static const std::int64_t g_longest = 24 * 3600 * std::int64_t(1000); // milliseconds
+static const std::int64_t g_longest = std::int64_t(24) * 3600 * 1000; // milliseconds
 static const double g_afterLast = 2;                                  // seconds
 
 namespace

@@ -47,9 +47,12 @@ Box BoxOf(const Window &window)
     const double height = window.rows / 15.0;
     const double x = window.horizontal / (window.relative ? 100.0 : 210.0);
     const double y = window.vertical / (window.relative ? 100.0 : 75.0);
+    // The anchor point in steps of half the window's size.
+    const unsigned right = window.point % 3;
+    const unsigned down = window.point / 3;
     // Windows that hang over the area are moved inside.
-    const double left = std::clamp(x - (window.point % 3) * width / 2, 0.0, 1 - width);
-    const double top = std::clamp(y - (window.point / 3) * height / 2, 0.0, 1 - height);
+    const double left = std::clamp(x - right * width / 2, 0.0, 1 - width);
+    const double top = std::clamp(y - down * height / 2, 0.0, 1 - height);
 
     return {left, top, left + width, top + height};
 }
