@@ -221,6 +221,17 @@ TEST(FlashSince, TellsWhetherACodeOfLine21LetsSomethingFlash)
     EXPECT_EQ(flashSince(), KOVA_CAPTIONS_NO_TIME) << "the viewer's choice erased it";
 }
 
+TEST(FlashSince, TellsOfACodeThatIsPutBeforeText)
+{
+    Driver decoder;
+    decoder.Send(Code(RDC) + Pac(14) + Text("CD") + Pac(14));
+    const int64_t code = decoder.Now();
+
+    decoder.Send(Code(FON));
+
+    EXPECT_EQ(Status(decoder, KOVA_CAPTIONS_CC1).flash_since, code);
+}
+
 TEST(NextChange, IsTheOneOfTheChannelAskedFor)
 {
     Driver decoder;
