@@ -100,7 +100,7 @@ static Picture Sheet(const SourceOptions &source, int columns, const Options &op
     const std::vector<Cue> &cues = subtitles.cues;
     const Grid grid = GridOf(int(cues.size()), columns, options.plane);
     const Color background = options.background.value_or(g_sheetBackground);
-    Stage stage(ResolveMode(cues, options));
+    Stage stage(ResolveMode(cues, options), cues);
     const StopSignals signals;
     const Progress progress(cues.size());
     Remarks remarks;
@@ -109,6 +109,7 @@ static Picture Sheet(const SourceOptions &source, int columns, const Options &op
     for (const std::string &notice : subtitles.notices) Report(notice);
     Labels signs(stage.display, stage.fonts);
     for (const char sign : std::string(g_signs)) signs.Get({sign}, grid.labelHeight);
+    if (stage.captions) stage.captions->Redraw(); // the signs took its font and its colours
     stage.display.SetEdge(options.edge);
     for (std::size_t i = 0; i < cues.size(); ++i) {
         const int x = g_gap + int(i) % grid.columns * grid.Cell().width;

@@ -136,7 +136,7 @@ static void Snapshot(const SnapshotOptions &snapshot, const Options &options, st
     const Subtitles subtitles = ReadSubtitles(snapshot.source);
     const std::vector<Scene> scenes =
         snapshot.at ? std::vector<Scene>{SceneAt(subtitles.cues, *snapshot.at)} : OneACue(subtitles.cues);
-    Stage stage(ResolveMode(subtitles.cues, options));
+    Stage stage(ResolveMode(subtitles.cues, options), subtitles.cues);
     const StopSignals signals;
     MakeFolder(snapshot.folder);
     const Progress progress(scenes.size());

@@ -12,6 +12,7 @@
 #include "base/color.h"
 #include "base/interned.h"
 #include "base/rect.h"
+#include "cues/caption_recording.h"
 
 namespace caption
 {
@@ -90,6 +91,8 @@ struct Cue {
     std::vector<Block> blocks;
     Size canvas; // of the source; 0x0 if it has none, which bitmaps do not allow
     std::vector<Bitmap> bitmaps;
+    // Closed captions are drawn from their bytes; the blocks say what they read.
+    std::optional<CaptionMoment> captions;
     bool openEnd = false; // nothing in the source ends it; its end is a choice
 };
 

@@ -46,9 +46,15 @@ static bool HasTranslucentText(const Cue &cue, const Options &options)
     return false;
 }
 
+static bool AreCaptions(const std::vector<Cue> &cues)
+{
+    return !cues.empty() && cues.front().captions;
+}
+
 Options ResolveMode(const std::vector<Cue> &cues, Options options)
 {
     const auto translucent = [&](const Cue &cue) { return HasTranslucentText(cue, options); };
+    if (AreCaptions(cues)) return ForCaptions(options);
     const bool bitmaps =
         std::any_of(cues.begin(), cues.end(), [](const Cue &cue) { return !cue.bitmaps.empty(); });
 
@@ -68,8 +74,46 @@ Options ResolveMode(const std::vector<Cue> &cues, Options options)
     return options;
 }
 
+// The rows of the picture that show something, one rectangle for each row of text or rows that touch.
+static std::vector<Rect> SeenIn(const Picture &picture)
+{
+    std::vector<Rect> seen;
+    bool above = false;
+
+    for (int y = 0; y < picture.size().height; ++y) {
+        int left = picture.size().width, right = -1;
+        for (int x = 0; x < picture.size().width; ++x) {
+            if (picture.At(x, y).alpha == 0) continue;
+            left = std::min(left, x);
+            right = x;
+        }
+        if (right >= left && above) {
+            Rect &rect = seen.back();
+            const int end = std::max(rect.x + rect.width, right + 1);
+            rect.x = std::min(rect.x, left);
+            rect.width = end - rect.x;
+            ++rect.height;
+        } else if (right >= left) {
+            seen.push_back({left, y, right + 1 - left, 1});
+        }
+        above = right >= left;
+    }
+    return seen;
+}
+
+static Picture RenderCaptions(Stage &stage, const Cue &cue, Drawn &drawn)
+{
+    stage.captions->DrawAtRest(*cue.captions);
+    Picture picture = stage.display.Present();
+    drawn = {};
+    drawn.blocks = SeenIn(picture);
+    drawn.lines = Lines(cue).size();
+    return picture;
+}
+
 Picture RenderFrame(Stage &stage, const std::vector<const Cue *> &cues, Drawn &drawn)
 {
+    if (stage.captions) return RenderCaptions(stage, *cues.front(), drawn);
     stage.display.Clear();
     drawn = stage.renderer.Draw(cues);
     if (drawn.lines == 0 && drawn.left > 0 && drawn.bitmaps.empty()) {
@@ -80,8 +124,41 @@ Picture RenderFrame(Stage &stage, const std::vector<const Cue *> &cues, Drawn &d
     return stage.display.Present();
 }
 
-Stage::Stage(const Options &wanted)
-    : options(Checked(wanted)), fonts(options), display(Prepare(options)), renderer(options, display, fonts)
+// The files of the fonts for characters of the captions that the first font lacks.
+static std::vector<std::string> FallbacksFor(const std::vector<Cue> &cues, Fonts &fonts)
+{
+    std::vector<std::string> files;
+
+    for (const Cue &cue : cues) {
+        std::vector<Letters> lines;
+        for (const Line &line : Lines(cue)) {
+            Line upright;
+            for (const Run &run : line) Append(upright, run.text, {});
+            lines.push_back(Prepare(upright));
+        }
+        fonts.Choose(lines);
+        for (const Letters &letters : lines) {
+            for (const Letter &letter : letters) {
+                if (!letter.face || letter.face == &fonts.First()) continue;
+                if (std::find(files.begin(), files.end(), FileOf(*letter.face)) == files.end()) {
+                    files.push_back(FileOf(*letter.face));
+                }
+            }
+        }
+    }
+    return files;
+}
+
+static std::unique_ptr<CaptionRenderer> CaptionsOf(const std::vector<Cue> &cues, const Options &options,
+                                                   Fonts &fonts, Display &display)
+{
+    if (!AreCaptions(cues)) return nullptr;
+    return std::make_unique<CaptionRenderer>(options, fonts, FallbacksFor(cues, fonts), display);
+}
+
+Stage::Stage(const Options &wanted, const std::vector<Cue> &cues)
+    : options(Checked(wanted)), fonts(options), display(Prepare(options)), renderer(options, display, fonts),
+      captions(CaptionsOf(cues, options, fonts, display))
 {
 }
 

@@ -3,7 +3,10 @@
 #ifndef KOVA_CAPTION_DRAWING_STAGE_H
 #define KOVA_CAPTION_DRAWING_STAGE_H
 
+#include <memory>
+
 #include "base/options.h"
+#include "drawing/caption_renderer.h"
 #include "drawing/display.h"
 #include "drawing/renderer.h"
 #include "text/fonts.h"
@@ -17,13 +20,14 @@ namespace caption
 Options ResolveMode(const std::vector<Cue> &cues, Options options);
 
 struct Stage {
-    // Checks the options before DirectFB starts.
-    explicit Stage(const Options &wanted);
+    // Checks the options before DirectFB starts. The cues are those that are going to be drawn.
+    explicit Stage(const Options &wanted, const std::vector<Cue> &cues = {});
 
     const Options options;
     Fonts fonts;
     Display display;
     Renderer renderer;
+    const std::unique_ptr<CaptionRenderer> captions; // null if the cues are no closed captions
 };
 
 // Clears the plane, draws cues that are shown together and reads the plane back. Throws Failure if not a

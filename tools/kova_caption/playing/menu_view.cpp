@@ -2,15 +2,9 @@
 #include "playing/menu_view.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <cstdlib>
-#include <cstring>
-#include <new>
 
-#include "drawing/directfb_system.h"
 #include "drawing/label.h"
-#include "text/font_files.h"
 
 namespace caption
 {
@@ -29,52 +23,9 @@ static const char g_title[] = "Caption settings";
 static const char g_help[] =
     "arrows: choose and change    r: as provided    Enter: save    Escape: leave without saving";
 
-// In memory layer 1 in index mode, as sets have it: there text can be translucent. In a window every string of
-// layer 1 is a flip, which takes seconds for a menu, and layers 2 and 3 show no index mode.
-static Options MenuOptions(Options options)
-{
-    options.layer = KOVA_GRAPHIC_LAYER1;
-    ChooseDirectFBSystem(options);
-    const char *const system = std::getenv("DFBARGS");
-    const bool window = system && std::strstr(system, "system=x11");
-    if (window) options.layer = KOVA_GRAPHIC_LAYER2;
-    options.mode = window ? ColorMode::PALETTE : ColorMode::INDEX;
-    return options;
-}
-
-// The default style is drawn cell by cell, for which a font of one width is made.
-static std::string DefaultFile(const Fonts &fonts)
-{
-    const std::string file = FileOfStyle(KOVA_CAPTIONS_FONT_MONO_SANS);
-    return file.empty() ? FileOf(fonts.First()) : file;
-}
-
-// The files of the eight styles: those that differ take slots of the display, of which the menu has one.
-static KovaCaptionsRenderer *CreateRenderer(const Options &options, const Fonts &fonts, Display &display)
-{
-    KovaCaptionsScreen screen;
-    std::array<std::string, KOVA_CAPTIONS_FONTS> files;
-
-    Kova_Captions_GetDefaultScreen(&screen);
-    for (unsigned i = 0; i < files.size(); ++i) {
-        files[i] = i == KOVA_CAPTIONS_FONT_DEFAULT ? DefaultFile(fonts) : FileOfStyle(i);
-        if (!files[i].empty()) screen.fonts[i] = files[i].c_str();
-    }
-    screen.display = display.ShareWithCaptions();
-    screen.context = display.context();
-    screen.plane_width = std::uint32_t(options.plane.width);
-    screen.plane_height = std::uint32_t(options.plane.height);
-    screen.layer = std::uint8_t(options.layer);
-    screen.color_mode =
-        options.Mode() == ColorMode::INDEX ? KOVA_CAPTIONS_INDEX_COLORS : KOVA_CAPTIONS_PALETTE_COLORS;
-    KovaCaptionsRenderer *const renderer = Kova_Captions_CreateRenderer(&screen);
-    if (!renderer) throw std::bad_alloc();
-    return renderer;
-}
-
 MenuView::MenuView(const Options &options)
-    : options_(MenuOptions(options)), fonts_(options_), display_(options_),
-      captions_(CreateRenderer(options_, fonts_, display_), Kova_Captions_DestroyRenderer)
+    : options_(ForCaptions(options)), fonts_(options_), display_(options_),
+      captions_(options_, fonts_, {}, display_)
 {
 }
 
@@ -138,8 +89,8 @@ void MenuView::Show(const Menu &menu)
     DrawMenu(menu);
     display_.Release();
     // The menu's letters have changed the display's font.
-    Kova_Captions_SetSettings(captions_.get(), &menu.settings());
-    Kova_Captions_Redraw(captions_.get());
+    captions_.SetSettings(menu.settings());
+    captions_.Redraw();
     Continue();
 }
 
@@ -147,8 +98,8 @@ SteadyTime MenuView::Continue()
 {
     const std::int64_t now = Microseconds(std::chrono::steady_clock::now());
 
-    Kova_Captions_Preview(captions_.get(), g_sample, now);
-    const std::int64_t next = Kova_Captions_NextDraw(captions_.get());
+    captions_.Preview(g_sample, now);
+    const std::int64_t next = captions_.NextDraw();
     if (next == KOVA_CAPTIONS_NEVER) return SteadyTime::max();
     return SteadyTime(std::chrono::microseconds(next));
 }

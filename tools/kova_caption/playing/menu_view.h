@@ -3,12 +3,10 @@
 #ifndef KOVA_CAPTION_PLAYING_MENU_VIEW_H
 #define KOVA_CAPTION_PLAYING_MENU_VIEW_H
 
-#include <memory>
-
 #include "base/options.h"
+#include "drawing/caption_renderer.h"
 #include "drawing/display.h"
 #include "drawing/picture.h"
-#include "kova/kova_captions_draw.h"
 #include "playing/menu.h"
 #include "text/fonts.h"
 
@@ -37,7 +35,7 @@ private:
     const Options options_;
     Fonts fonts_; // of the menu
     Display display_;
-    std::unique_ptr<KovaCaptionsRenderer, void (*)(KovaCaptionsRenderer *)> captions_;
+    CaptionRenderer captions_;
 };
 
 // In memory, even with an X server.

@@ -88,6 +88,8 @@ private:
     void Seek(std::int64_t time);
     void Prepare();
     void Draw();
+    void DrawCaptions();
+    SteadyTime NextOfCaptions() const;
     void Show();
     void List(const std::vector<std::size_t> &cues);
     bool HandleKey(Key key);
@@ -131,7 +133,8 @@ Player::Player(const std::vector<Cue> &cues, const Playback &playback, Stage &st
                std::FILE *out)
     : cues_(cues), screens_(Screens(cues)), changes_(Changes(screens_)), playback_(playback), out_(out),
       stage_(stage), input_(input), limited_(stage.options.layer != KOVA_GRAPHIC_LAYER1),
-      ahead_(limited_ && stage.options.mode != ColorMode::INDEX), clock_(input, playback.speed)
+      ahead_(limited_ && stage.options.mode != ColorMode::INDEX && !stage.captions),
+      clock_(input, playback.speed)
 {
 }
 
@@ -140,9 +143,12 @@ void Player::Run()
     do {
         Seek(playback_.start);
         while (next_ < changes_.size()) {
-            const std::optional<Key> key = input_.Wait(clock_.When(changes_[next_].time));
-            if (!key) Show();
+            const SteadyTime change = clock_.When(changes_[next_].time);
+            const SteadyTime movement = NextOfCaptions();
+            const std::optional<Key> key = input_.Wait(std::min(change, movement));
             if (key && !HandleKey(*key)) return;
+            if (!key && movement < change) DrawCaptions();
+            if (!key && movement >= change) Show();
         }
     } while (playback_.loop);
 }
@@ -164,7 +170,7 @@ void Player::Seek(std::int64_t time)
 // draws, which would change the colours on the screen.
 void Player::Prepare()
 {
-    if (next_ == changes_.size()) return;
+    if (next_ == changes_.size() || stage_.captions) return;
     std::vector<const Cue *> cues;
     if (changes_[next_].screen) {
         for (const std::size_t cue : changes_[next_].screen->cues) cues.push_back(&cues_[cue]);
@@ -176,8 +182,23 @@ void Player::Prepare()
     if (ahead_) Draw();
 }
 
+// As the decoder has them at this moment: letters appear as they were sent, and rows roll.
+void Player::DrawCaptions()
+{
+    stage_.captions->Draw(*cues_.front().captions, std::int64_t(clock_.Position() * 1000));
+}
+
+// When closed captions change, whether a cue begins or not.
+SteadyTime Player::NextOfCaptions() const
+{
+    const std::int64_t next = stage_.captions ? stage_.captions->NextDraw() : KOVA_CAPTIONS_NEVER;
+
+    return next == KOVA_CAPTIONS_NEVER ? SteadyTime::max() : clock_.When((next + 999) / 1000);
+}
+
 void Player::Draw()
 {
+    if (stage_.captions) return DrawCaptions();
     stage_.display.Hold();
     stage_.display.Clear();
     stage_.renderer.Draw(plan_);
@@ -194,8 +215,8 @@ void Player::Show()
 
     if (!ahead_) Draw();
     // The library defers the second of two flips within 16 ms, to a time when the next screen is being drawn.
-    if (limited_) input_.SleepUntil(flipped_ + 17ms);
-    stage_.display.Release();
+    if (limited_ && !stage_.captions) input_.SleepUntil(flipped_ + 17ms);
+    if (!stage_.captions) stage_.display.Release();
     flipped_ = input_.Now();
 
     const Change &change = changes_[next_++];
@@ -302,7 +323,7 @@ void Play(const SourceOptions &source, const Playback &playback, const Options &
     if (!std::getenv("DISPLAY") && !std::getenv("DFBARGS") && !options.headless) {
         Report("no X server (DISPLAY is not set); playing without a window");
     }
-    Stage stage(resolved);
+    Stage stage(resolved, subtitles.cues);
     const char *const system = std::getenv("DFBARGS");
     if (resolved.mode == ColorMode::INDEX && resolved.layer != KOVA_GRAPHIC_LAYER1 && system &&
         std::strstr(system, "system=x11")) {

@@ -269,7 +269,7 @@ Subtitles ReadSubtitles(const SourceOptions &options)
         const DecodedCaptions decoded = Decode(opened, ClosedCaptions::Keep::STATES);
         const std::uint8_t service = ChooseService(opened, decoded.states);
         if (options.service == 0) NoteOthers(decoded, service, opened.notices);
-        subtitles.cues = DrawnCues(decoded.states.at(service), decoded.end, opened.notices);
+        subtitles.cues = DrawnCues(decoded, service);
     } else {
         subtitles.cues = ReadCues(opened);
     }

@@ -98,7 +98,7 @@ static std::string Play(const std::vector<caption::Cue> &cues, ScriptedInput &in
     char *text = nullptr;
     std::size_t length = 0;
     std::FILE *const out = open_memstream(&text, &length);
-    caption::Stage stage(PlainOptions());
+    caption::Stage stage(PlainOptions(), cues);
 
     PlayCues(cues, playback, stage, input, out);
     std::fclose(out);
@@ -224,4 +224,22 @@ TEST(Player, BeginsAgainAtTheEndWhereItLoops)
         "00:00:04.000  Caption 4\n00:00:05.000  Caption 5\n00:00:04.000  Caption 4\n00:00:05.000  Caption 5\n"
         "00:00:04.000  Caption 4\n")
         << "each round takes a second and a half";
+}
+
+// Two letters half a second apart are one cue, but are drawn as they come: the player wakes for each.
+TEST(Player, DrawsClosedCaptionsAsTheyWereSent)
+{
+    const auto recording = std::make_shared<caption::CaptionRecording>();
+    // Paint-on in CC1, a preamble, "A"; later "B", and the display erased.
+    recording->bytes = {0xFC, 0x94, 0x29, 0xFC, 0x94, 0x70, 0xFC, 0xC1,
+                        0x80, 0xFC, 0xC2, 0x80, 0xFC, 0x94, 0x2C};
+    recording->portions = {{1000000, 9}, {1300000, 12}, {2000000, 15}};
+    caption::Cue cue = CueOf({{{"AB", {}}}});
+    cue.start = 1000;
+    cue.end = 2000;
+    cue.captions = caption::CaptionMoment{recording, KOVA_CAPTIONS_CC1, 2, 1300000};
+    ScriptedInput input;
+
+    EXPECT_EQ(Play({cue}, input), std::string("00:00:01.000  AB\n1 cues shown, 0 dropped; ") + g_inTime);
+    EXPECT_EQ(input.waits(), (std::vector<int>{1000, 1300, 2000}));
 }

@@ -26,7 +26,6 @@ namespace
 struct Cell {
     char32_t character = 0; // 0: neither character nor background
     Style style;
-    bool flashing = false;
 };
 
 } // namespace
@@ -56,7 +55,6 @@ static Cell Read(const KovaCaptionsChannelCell &cell)
     read.style.underline = cell.underline;
     read.style.color = Foreground(cell.foreground);
     read.style.background = Background(cell.background, cell.background_opacity);
-    read.flashing = cell.flash;
     return read;
 }
 
@@ -73,7 +71,6 @@ static Cell Read(const KovaCaptionsWindowCell &cell, const KovaCaptionsWindowAtt
     if (pen.edge_type != KOVA_CAPTIONS_EDGE_NONE) read.style.edgeColor = CaptionColor(pen.edge_color);
     read.style.background = Background(pen.background, pen.background_opacity);
     if (!read.style.background) read.style.background = Background(window.fill_color, window.fill_opacity);
-    read.flashing = pen.foreground_opacity == KOVA_CAPTIONS_FLASH;
     return read;
 }
 
@@ -99,11 +96,6 @@ static PageRow ReadRow(const std::vector<Cell> &cells)
     return row;
 }
 
-static bool Flashes(const std::vector<Cell> &cells)
-{
-    return std::any_of(cells.begin(), cells.end(), [](const Cell &cell) { return cell.flashing; });
-}
-
 CaptionScreen ReadScreen(const KovaCaptionsChannel &channel)
 {
     CaptionArea area;
@@ -117,7 +109,6 @@ CaptionScreen ReadScreen(const KovaCaptionsChannel &channel)
         for (const KovaCaptionsChannelCell &cell : channel.displayed[row]) cells.push_back(Read(cell));
         PageRow read = ReadRow(cells);
         read.row = row;
-        if (Flashes(cells)) area.flashing = true;
         if (!read.line.empty()) area.rows.push_back(std::move(read));
     }
     if (area.rows.empty()) return {};
@@ -184,7 +175,6 @@ static CaptionArea ReadWindow(const KovaCaptionsWindow &window)
             cells.push_back(Read(window.cells[row][column], attributes));
         }
         PageRow read = ReadRow(cells);
-        if (Flashes(cells)) area.flashing = true;
         if (read.line.empty()) continue;
         read.row = vertical ? place(read.first) : across;
         read.last = vertical ? across : place(read.last);

@@ -17,9 +17,8 @@ struct CaptionArea {
     CellGrid grid = {};        // where its cells lie on the canvas
     std::vector<PageRow> rows; // those with text in reading order; never empty
     RowAlignment alignment = RowAlignment::LEFT;
-    int rollUp = 0;        // rows of a roll-up window
-    bool growing = false;  // text appears as it is received, not at once
-    bool flashing = false; // some of it
+    int rollUp = 0;       // rows of a roll-up window
+    bool growing = false; // text appears as it is received, not at once
 
     bool operator==(const CaptionArea &other) const
     {

@@ -34,6 +34,8 @@ void ClosedCaptions::Take(std::int64_t time, const std::uint8_t *triplets, std::
     if (time_ != KOVA_CAPTIONS_NO_TIME && time < time_ - g_furthestBack) Restart();
     RunTo(time);
     Kova_Captions_PushTriplets(decoder_.get(), time, triplets, count);
+    recording_.bytes.insert(recording_.bytes.end(), triplets, triplets + 3 * count);
+    recording_.portions.push_back({time, recording_.bytes.size()});
     RecordCommands();
 }
 
@@ -55,7 +57,7 @@ void ClosedCaptions::RunTo(std::int64_t time)
 void ClosedCaptions::Restart()
 {
     Record();
-    for (auto &source : decoded_.states) source.second.push_back({time_, {}});
+    for (auto &source : decoded_.states) source.second.push_back({time_, {}, recording_.portions.size()});
     time_ = KOVA_CAPTIONS_NO_TIME;
 }
 
@@ -96,10 +98,14 @@ void ClosedCaptions::Record(std::uint8_t source)
         screen = ReadScreen(channel_);
     }
     if (states == decoded_.states.end()) {
-        if (!screen.empty()) decoded_.states[source].push_back({time_, std::move(screen)});
+        if (!screen.empty()) {
+            decoded_.states[source].push_back({time_, std::move(screen), recording_.portions.size()});
+        }
         return;
     }
-    if (screen != states->second.back().screen) states->second.push_back({time_, std::move(screen)});
+    if (screen != states->second.back().screen) {
+        states->second.push_back({time_, std::move(screen), recording_.portions.size()});
+    }
 }
 
 void ClosedCaptions::RecordCommands()
@@ -125,6 +131,7 @@ DecodedCaptions ClosedCaptions::Finish(std::int64_t endOfSource)
     Kova_Captions_EndRuns(decoder_.get());
     RecordCommands();
     decoded_.end = endOfSource;
+    decoded_.recording = std::make_shared<const CaptionRecording>(std::move(recording_));
     return std::move(decoded_);
 }
 

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "cues/caption_recording.h"
 #include "kova/kova_captions.h"
 #include "reading/captions/cells.h"
 
@@ -21,6 +22,7 @@ namespace caption
 struct CaptionState {
     std::int64_t start = 0; // microseconds
     CaptionScreen screen;
+    std::size_t portions = 0; // of the recording, up to here
 };
 
 // A decoded code, or a run of text, as Kova_Captions_FormatEvent writes it.
@@ -36,6 +38,7 @@ template <class Value> using BySource = std::map<std::uint8_t, Value>;
 struct DecodedCaptions {
     BySource<std::vector<CaptionState>> states; // of the sources that show something at least once
     BySource<std::vector<CaptionCommand>> commands;
+    std::shared_ptr<const CaptionRecording> recording;
     std::int64_t end = 0; // microseconds
 };
 
@@ -63,6 +66,7 @@ private:
 
     std::unique_ptr<KovaCaptions, void (*)(KovaCaptions *)> decoder_;
     DecodedCaptions decoded_;
+    CaptionRecording recording_;
     std::int64_t time_ = KOVA_CAPTIONS_NO_TIME;
     std::uint32_t revision_ = 0;
     BySource<std::uint32_t> recorded_; // visible revisions

@@ -200,9 +200,9 @@ static bool IsStep(const CaptionState *before, const CaptionState &state, const 
            !Extends(next->screen, state.screen);
 }
 
-std::vector<Cue> DrawnCues(const std::vector<CaptionState> &states, std::int64_t endOfSource,
-                           Notices &notices)
+std::vector<Cue> DrawnCues(const DecodedCaptions &decoded, std::uint8_t source)
 {
+    const std::vector<CaptionState> &states = decoded.states.at(source);
     Timeline timeline;
     const CaptionState *shown = nullptr;
     const CaptionState *step = nullptr;
@@ -217,20 +217,19 @@ std::vector<Cue> DrawnCues(const std::vector<CaptionState> &states, std::int64_t
         Cue cue;
         cue.start = Milliseconds(std::exchange(step, nullptr) ? states[i - 1].start : state.start);
         cue.blocks = BlocksOf(state.screen);
-        for (const CaptionArea &area : state.screen) {
-            if (area.flashing) notices.Say("flashing text is not supported");
-        }
+        cue.captions = CaptionMoment{decoded.recording, source, state.portions, state.start};
         if (state.screen.empty()) {
             timeline.Clear(cue.start);
         } else if (current && IsShorter(shown->start, state.start, g_burst + 1) &&
                    Extends(state.screen, shown->screen)) {
             current->blocks = std::move(cue.blocks);
+            current->captions = std::move(cue.captions);
         } else {
             timeline.Show(std::move(cue), std::nullopt);
         }
         shown = &state;
     }
-    return timeline.Finish(Milliseconds(endOfSource));
+    return timeline.Finish(Milliseconds(decoded.end));
 }
 
 } // namespace caption

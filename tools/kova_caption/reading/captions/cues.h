@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <vector>
 
-#include "base/notices.h"
 #include "cues/cue.h"
 #include "cues/listed_cue.h"
 #include "reading/captions/closed_captions.h"
@@ -18,9 +17,8 @@ namespace caption
 // in its place.
 std::vector<ListedCue> ListedCues(const std::vector<CaptionState> &states);
 
-// Text that comes in a burst is one cue, shown whole from its first letter on.
-std::vector<Cue> DrawnCues(const std::vector<CaptionState> &states, std::int64_t endOfSource,
-                           Notices &notices);
+// Those of a source. Text that comes in a burst is one cue, shown whole from its first letter on.
+std::vector<Cue> DrawnCues(const DecodedCaptions &decoded, std::uint8_t source);
 
 } // namespace caption
 

@@ -8,7 +8,6 @@ using caption::CaptionArea;
 using caption::CaptionScreen;
 using caption::CaptionState;
 using caption::ListedCue;
-using caption::Notices;
 using Said = std::vector<std::string>;
 
 // A row of a channel; `growing` where its letters appear as they are received.
@@ -57,12 +56,21 @@ static Said Listed(const std::vector<CaptionState> &states)
     return summaries;
 }
 
+static std::vector<caption::Cue> DrawnCues(const std::vector<CaptionState> &states,
+                                           std::int64_t end = 10000000)
+{
+    caption::DecodedCaptions decoded;
+
+    decoded.states[KOVA_CAPTIONS_CC1] = states;
+    decoded.end = end;
+    return caption::DrawnCues(decoded, KOVA_CAPTIONS_CC1);
+}
+
 static Said Drawn(const std::vector<CaptionState> &states)
 {
-    Notices notices;
     Said summaries;
 
-    for (const caption::Cue &cue : caption::DrawnCues(states, 10000000, notices)) {
+    for (const caption::Cue &cue : DrawnCues(states)) {
         summaries.push_back(std::to_string(cue.start) + "-" + std::to_string(cue.end) + " " + PlainText(cue));
     }
     return summaries;
@@ -190,11 +198,23 @@ TEST(DrawnCues, EndWithTheSourceOrFourSecondsAfterTheirStart)
     EXPECT_EQ(Drawn({{9000000, Row(14, 0, "a")}}), Said{"9000-13000 a"});
 }
 
+// What is drawn is the state of the last letters.
+TEST(DrawnCues, AreDrawnFromTheBytesUpToTheirLastLetter)
+{
+    const std::vector<caption::Cue> cues =
+        DrawnCues({{1000000, Painted("a"), 3}, {1200000, Painted("ab"), 5}, {3000000, Row(0, 0, "c"), 9}});
+
+    ASSERT_EQ(cues.size(), 2u);
+    EXPECT_EQ(cues[0].captions->source, KOVA_CAPTIONS_CC1);
+    EXPECT_EQ(cues[0].captions->portions, 5u);
+    EXPECT_EQ(cues[0].captions->time, 1200000);
+    EXPECT_EQ(cues[1].captions->portions, 9u);
+}
+
 TEST(DrawnCues, HoldWindowsAsBlocks)
 {
-    Notices notices;
-    const std::vector<caption::Cue> cues = caption::DrawnCues(
-        {{0, Both(Window(0, 0, "above"), Window(1, 14, "below"))}, {1000000, {}}}, 1000000, notices);
+    const std::vector<caption::Cue> cues =
+        DrawnCues({{0, Both(Window(0, 0, "above"), Window(1, 14, "below"))}, {1000000, {}}}, 1000000);
 
     ASSERT_EQ(cues.size(), 1u);
     EXPECT_EQ(cues[0].blocks.size(), 2u);
