@@ -37,13 +37,22 @@ static std::uint8_t CaptionColorMode(ColorMode mode)
     return KOVA_CAPTIONS_TRUE_COLORS;
 }
 
-// The default style has letters of one width, because captions stand in cells; a font that is named comes first.
-static std::string FileOf(unsigned style, const Options &options, const Fonts &fonts)
+// The default style has letters of one width, because captions stand in cells.
+static unsigned Drawn(unsigned style)
 {
-    if (!options.font.empty()) return FileOf(fonts.First());
-    if (style != KOVA_CAPTIONS_FONT_DEFAULT) return FileOfStyle(style);
-    const std::string file = FileOfStyle(KOVA_CAPTIONS_FONT_MONO_SANS);
-    return file.empty() ? FileOf(fonts.First()) : file;
+    return style == KOVA_CAPTIONS_FONT_DEFAULT ? unsigned(KOVA_CAPTIONS_FONT_MONO_SANS) : style;
+}
+
+// A font that is named serves all styles.
+static std::string UprightFile(unsigned style, const Options &options, const Fonts &fonts)
+{
+    const std::string file = options.font.empty() ? FileOfStyle(Drawn(style), false) : FileOf(fonts.First());
+    return file.empty() && style == KOVA_CAPTIONS_FONT_DEFAULT ? FileOf(fonts.First()) : file;
+}
+
+static std::string ItalicFile(unsigned style, const Options &options)
+{
+    return options.font.empty() ? FileOfStyle(Drawn(style), true) : "";
 }
 
 static KovaCaptionsRenderer *CreateRenderer(const Options &options, const Fonts &fonts,
@@ -51,11 +60,14 @@ static KovaCaptionsRenderer *CreateRenderer(const Options &options, const Fonts 
 {
     KovaCaptionsScreen screen;
     std::array<std::string, KOVA_CAPTIONS_FONTS> files;
+    std::array<std::string, KOVA_CAPTIONS_FONTS> italics;
 
     Kova_Captions_GetDefaultScreen(&screen);
     for (unsigned i = 0; i < files.size(); ++i) {
-        files[i] = FileOf(i, options, fonts);
+        files[i] = UprightFile(i, options, fonts);
+        italics[i] = ItalicFile(i, options);
         if (!files[i].empty()) screen.fonts[i] = files[i].c_str();
+        if (!italics[i].empty()) screen.italic_fonts[i] = italics[i].c_str();
     }
     for (std::size_t i = 0; i < fallbacks.size() && i < KOVA_CAPTIONS_FALLBACKS; ++i) {
         screen.fallbacks[i] = fallbacks[i].c_str();

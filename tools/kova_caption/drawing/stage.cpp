@@ -124,6 +124,9 @@ Picture RenderFrame(Stage &stage, const std::vector<const Cue *> &cues, Drawn &d
     return stage.display.Present();
 }
 
+// Drawn by the renderer without a glyph: the CC icon.
+static const char g_ownSign[] = "\uE9A0";
+
 // The files of the fonts for characters of the captions that the first font lacks.
 static std::vector<std::string> FallbacksFor(const std::vector<Cue> &cues, Fonts &fonts)
 {
@@ -133,7 +136,13 @@ static std::vector<std::string> FallbacksFor(const std::vector<Cue> &cues, Fonts
         std::vector<Letters> lines;
         for (const Line &line : Lines(cue)) {
             Line upright;
-            for (const Run &run : line) Append(upright, run.text, {});
+            for (const Run &run : line) {
+                std::string text = run.text;
+                for (std::size_t at; (at = text.find(g_ownSign)) != std::string::npos;) {
+                    text.erase(at, sizeof g_ownSign - 1);
+                }
+                Append(upright, text, {});
+            }
             lines.push_back(Prepare(upright));
         }
         fonts.Choose(lines);

@@ -107,7 +107,7 @@ std::vector<FontFile> FilesOfFamily(const std::string &name)
     return files;
 }
 
-std::string FileOfStyle(unsigned style)
+std::string FileOfStyle(unsigned style, bool italic)
 {
     static const std::vector<const char *> families[] = {
         {},
@@ -121,8 +121,10 @@ std::string FileOfStyle(unsigned style)
 
     if (style >= std::size(families)) return "";
     for (const char *const family : families[style]) {
-        const Pattern found = MatchStyle(family, false, false);
-        if (HasName(found, FC_FAMILY, family)) return FileOf(found);
+        const Pattern found = MatchStyle(family, false, italic);
+        if (!HasName(found, FC_FAMILY, family)) continue;
+        const bool slanted = Number(found, FC_SLANT) != FC_SLANT_ROMAN;
+        return slanted == italic ? FileOf(found) : "";
     }
     return "";
 }
@@ -133,7 +135,7 @@ std::string ViewersFont(const ViewerSettings &settings)
     const unsigned style = chosen ? settings.font : unsigned(KOVA_CAPTIONS_FONT_DEFAULT);
 
     if (settings.fonts[style][0]) return settings.fonts[style];
-    return chosen ? FileOfStyle(style) : "";
+    return chosen ? FileOfStyle(style, false) : "";
 }
 
 } // namespace caption

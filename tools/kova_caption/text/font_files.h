@@ -26,8 +26,8 @@ std::string FileWith(char32_t code);
 std::vector<FontFile> FilesOfFamily(const std::string &name);
 
 // The file of a font style of closed captions (KovaCaptionsFont); empty: the default font, as nothing closer
-// is installed.
-std::string FileOfStyle(unsigned style);
+// is installed. That of its italics is empty too if the font has none.
+std::string FileOfStyle(unsigned style, bool italic);
 
 // The file that the settings choose for all text; empty if they choose none.
 std::string ViewersFont(const ViewerSettings &settings);

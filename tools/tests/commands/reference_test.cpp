@@ -163,31 +163,39 @@ class Examples : public testing::TestWithParam<const char *>
 
 } // namespace
 
-static const char *const g_commands[] = {"play",  "snapshot", "sheet",    "info",  "list", "coverage",
-                                         "edges", "preview",  "generate", "bench", "man",  "completion"};
+static const char *const g_commands[] = {"play",     "snapshot", "sheet",     "info",     "list",
+                                         "coverage", "edges",    "preview",   "settings", "generate",
+                                         "bench",    "man",      "completion"};
 
 TEST(ExamplesOfAllCommands, AreTested)
 {
     EXPECT_EQ(Commands(), Words(std::begin(g_commands), std::end(g_commands)));
 }
 
-// As the help gives them, in a folder with a film.srt, a film.scc and a font of a device, under an X server.
+// As the help gives them, in a folder with a film.srt, a film.scc, settings and a font of a device, under an X server.
 TEST_P(Examples, DoWhatTheySay)
 {
     const std::string command = GetParam();
     const Folder folder;
     std::string script = "set -e\ncd '" + folder / "" +
                          "'\nmkdir bin sets\nln -s \"$TOOL\" bin/kova-caption\n" + "PATH=$PWD/bin:$PATH\n" +
+                         "export XDG_CONFIG_HOME=$PWD/config\n" +
                          "ln -s /usr/share/fonts/truetype/dejavu/DejaVuSans.ttf sets/Sans.ttf\n";
     folder.Write("film.srt", "1\n00:00:00,700 --> 00:00:00,900\nGood evening.\n\n"
                              "2\n00:00:02,100 --> 00:00:02,300\n<i>Good</i> night.\n");
     std::filesystem::copy_file(KOVA_CAPTION_SAMPLES "/roll_up.scc", folder / "film.scc");
+    folder.Write("viewer.txt", "size = 150\n");
 
     const auto examples = LinesAfter("Examples", Help(command));
     EXPECT_FALSE(examples.empty());
     for (const std::string &example : examples) {
         EXPECT_NE(example.find("kova-caption " + command), std::string::npos) << example;
-        script += "echo 'example: " + example + "'\n" + example + "\n";
+        script += "echo 'example: " + example + "'\n";
+        // The menu stays until the viewer leaves it.
+        const bool menu = example == "kova-caption settings";
+        script +=
+            menu ? "(while sleep 0.3; do xdotool key Escape; done) & keys=$!\n" + example + "\nkill $keys\n"
+                 : example + "\n";
     }
     folder.Write("examples", script);
     const Outcome outcome = RunScriptUnderX("bash '" + folder / "examples" + "'\n");
