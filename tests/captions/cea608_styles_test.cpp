@@ -943,6 +943,63 @@ TEST(ExtendedData, RatesTheProgramme)
     }
 }
 
+TEST(ExtendedData, ChangesNothingWhenTheRatingIsSentAgain)
+{
+    Requirement("B52");
+    Driver decoder;
+
+    decoder.Send(2, Xds(1, 5, "\x68\x6D"));
+    const uint32_t revision = Program(decoder).revision;
+    decoder.Send(2, Xds(1, 5, "\x68\x6D"));
+
+    EXPECT_EQ(Program(decoder).revision, revision);
+}
+
+// a0, a1 and a3 set: reserved. No flag of the rating before may stay.
+TEST(ExtendedData, RatesNothingByAReservedSystem)
+{
+    Requirement("B52");
+    Driver decoder;
+
+    decoder.Send(2, Xds(1, 5, "\x68\x6D"));
+    decoder.Send(2, Xds(1, 5, "\x58\x4C"));
+
+    const KovaCaptionsProgram program = Program(decoder);
+    EXPECT_EQ(program.rating_system, KOVA_CAPTIONS_RATING_NONE);
+    EXPECT_EQ(program.rating, 0);
+    EXPECT_EQ(program.violence, 0);
+    EXPECT_EQ(program.dialog, 0);
+}
+
+// The last character of the set, U+2588, takes three bytes.
+TEST(ExtendedData, GivesTheSolidBlockOfANameAsUtf8)
+{
+    Requirement("B52");
+    Driver decoder;
+
+    decoder.Send(2, Xds(1, 3, "A\x7F"));
+
+    EXPECT_STREQ(Program(decoder).name, "A\xE2\x96\x88");
+}
+
+TEST(ExtendedData, ChangesNothingWhenTheStartIsSentAgainOrIsImpossible)
+{
+    Requirement("B52");
+    Driver decoder;
+
+    decoder.Send(2, Xds(1, 1, "\x7B\x57\x5F\x4C"));
+    const uint32_t revision = Program(decoder).revision;
+    decoder.Send(2, Xds(1, 1, "\x7B\x57\x5F\x4C"));
+    // Minute 60, then day 0, then month 13, then no date.
+    decoder.Send(2, Xds(1, 1, "\x7C\x57\x5F\x4C"));
+    decoder.Send(2, Xds(1, 1, "\x7B\x57\x40\x4C"));
+    decoder.Send(2, Xds(1, 1, "\x7B\x57\x5F\x4D"));
+    decoder.Send(2, Xds(1, 1, "\x7B\x57"));
+
+    EXPECT_EQ(Program(decoder).revision, revision);
+    EXPECT_EQ(Program(decoder).start_minute, 59);
+}
+
 TEST(ExtendedData, TellsWhenTheProgrammeStarts)
 {
     Requirement("B52");
