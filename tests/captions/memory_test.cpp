@@ -1,44 +1,9 @@
 // SPDX-License-Identifier: MIT
-// Memory is taken once. The C library's own functions count, for the whole program, through names that come first.
+// Memory is taken once.
+#include "allocations.h"
 #include "driver.h"
 
-#include <cstdlib>
 #include <random>
-
-// NOLINTBEGIN(bugprone-reserved-identifier): the C library's names
-extern "C" void *__libc_malloc(size_t size);
-extern "C" void *__libc_calloc(size_t count, size_t size);
-extern "C" void *__libc_realloc(void *block, size_t size);
-// NOLINTEND(bugprone-reserved-identifier)
-
-static bool s_counts;
-static size_t s_allocations;
-static size_t s_bytes;
-
-static void Count(size_t bytes)
-{
-    if (!s_counts) return;
-    s_allocations++;
-    s_bytes += bytes;
-}
-
-extern "C" void *malloc(size_t size)
-{
-    Count(size);
-    return __libc_malloc(size);
-}
-
-extern "C" void *calloc(size_t count, size_t size)
-{
-    Count(count * size);
-    return __libc_calloc(count, size);
-}
-
-extern "C" void *realloc(void *block, size_t size)
-{
-    Count(size);
-    return __libc_realloc(block, size);
-}
 
 TEST(Memory, IsTakenAtCreationAndNeverAgain)
 {

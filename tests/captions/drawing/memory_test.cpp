@@ -1,43 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Drawing takes no memory. The C library's own functions count, for the whole program, through names that come first.
+// Drawing takes no memory.
+#include "../allocations.h"
 #include "states.h"
-
-#include <cstdlib>
-
-// NOLINTBEGIN(bugprone-reserved-identifier): the C library's names
-extern "C" void *__libc_malloc(size_t size);
-extern "C" void *__libc_calloc(size_t count, size_t size);
-extern "C" void *__libc_realloc(void *block, size_t size);
-// NOLINTEND(bugprone-reserved-identifier)
-
-static bool s_counts;
-static size_t s_allocations;
-static size_t s_bytes;
-
-static void Count(size_t bytes)
-{
-    if (!s_counts) return;
-    s_allocations++;
-    s_bytes += bytes;
-}
-
-extern "C" void *malloc(size_t size)
-{
-    Count(size);
-    return __libc_malloc(size);
-}
-
-extern "C" void *calloc(size_t count, size_t size)
-{
-    Count(count * size);
-    return __libc_calloc(count, size);
-}
-
-extern "C" void *realloc(void *block, size_t size)
-{
-    Count(size);
-    return __libc_realloc(block, size);
-}
 
 // A display that only counts: the recording one takes memory.
 static int s_calls;
