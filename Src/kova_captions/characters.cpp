@@ -134,4 +134,21 @@ uint16_t P16Character(uint8_t high, uint8_t low)
     return surrogate || character < kSpace ? kUnderscore : character;
 }
 
+int ToUtf8(uint16_t character, char *text)
+{
+    if (character < 0x80) {
+        text[0] = char(character);
+        return 1;
+    }
+    if (character < 0x800) {
+        text[0] = char(0xC0 | character >> 6);
+        text[1] = char(0x80 | (character & 0x3F));
+        return 2;
+    }
+    text[0] = char(0xE0 | character >> 12);
+    text[1] = char(0x80 | (character >> 6 & 0x3F));
+    text[2] = char(0x80 | (character & 0x3F));
+    return 3;
+}
+
 } // namespace captions

@@ -34,6 +34,9 @@ uint16_t P16Character(uint8_t high, uint8_t low);
 bool IsKoreanByte(uint8_t byte);
 uint16_t KoreanCharacter(uint8_t first, uint8_t second);
 
+// Writes a character as UTF-8: returns 1 to 3, the bytes.
+int ToUtf8(uint16_t character, char *text);
+
 } // namespace captions
 
 #endif // KOVA_CAPTIONS_CHARACTERS_H

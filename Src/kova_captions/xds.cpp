@@ -19,22 +19,6 @@ void DropExtendedPacket(State &state)
 
 // --------------------------------------------------------------------------------------------------------- Content
 
-// Appends a character of the basic set, which is never above U+FFFF, as UTF-8.
-static int AppendUtf8(char *text, int size, uint16_t character)
-{
-    if (character < 0x80) {
-        text[size++] = char(character);
-    } else if (character < 0x800) {
-        text[size++] = char(0xC0 | character >> 6);
-        text[size++] = char(0x80 | (character & 0x3F));
-    } else {
-        text[size++] = char(0xE0 | character >> 12);
-        text[size++] = char(0x80 | (character >> 6 & 0x3F));
-        text[size++] = char(0x80 | (character & 0x3F));
-    }
-    return size;
-}
-
 static void TakeText(State &state, const ExtendedPacket &packet, uint8_t event, char (&text)[100])
 {
     char found[sizeof text] = {};
@@ -43,7 +27,7 @@ static void TakeText(State &state, const ExtendedPacket &packet, uint8_t event, 
 
     for (int i = 0; i < packet.count; ++i) {
         characters[i] = BasicCharacter(packet.data[i]);
-        size = AppendUtf8(found, size, characters[i]);
+        size += ToUtf8(characters[i], found + size);
     }
     if (memcmp(text, found, sizeof text) == 0) return;
     memcpy(text, found, sizeof text);

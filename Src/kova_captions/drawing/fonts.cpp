@@ -6,7 +6,6 @@
 namespace captions
 {
 
-constexpr uint16_t kUnderscore = '_';
 // Room above and below the letters of a row, for edges.
 constexpr int kRoom = 1;
 constexpr kova_uint32 kHighest = 255;
@@ -164,23 +163,6 @@ Glyph Fonts::Find(const Cell &cell, int row_height)
     if (height < 1) height = 1;
     if (height > int(kHighest)) height = int(kHighest);
     return {character, {font, uint8_t(height), uint8_t(slanted), uint8_t(IsWide(character))}};
-}
-
-int ToUtf8(uint16_t character, char *text)
-{
-    if (character < 0x80) {
-        text[0] = char(character);
-        return 1;
-    }
-    if (character < 0x800) {
-        text[0] = char(0xC0 | character >> 6);
-        text[1] = char(0x80 | (character & 0x3F));
-        return 2;
-    }
-    text[0] = char(0xE0 | character >> 12);
-    text[1] = char(0x80 | (character >> 6 & 0x3F));
-    text[2] = char(0x80 | (character & 0x3F));
-    return 3;
 }
 
 // ------------------------------------------------------------------------------------------------------- The display

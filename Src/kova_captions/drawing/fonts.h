@@ -95,9 +95,6 @@ private:
     int m_percent;
 };
 
-// UTF-8 of one character, 1 to 3 bytes.
-int ToUtf8(uint16_t character, char *text);
-
 } // namespace captions
 
 #endif

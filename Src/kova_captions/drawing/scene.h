@@ -5,6 +5,7 @@
 #ifndef KOVA_CAPTIONS_SCENE_H
 #define KOVA_CAPTIONS_SCENE_H
 
+#include "../characters.h"
 #include "grid.h"
 
 #include <kova/kova_captions_draw.h>
@@ -27,7 +28,6 @@ enum CellFlag : uint8_t {
 };
 
 // What is drawn by other means than a glyph of the font.
-constexpr uint16_t kSolidBlock = 0x2588;
 constexpr uint16_t kCaptionIcon = 0xE9A0;
 
 // A cell with the settings applied. An empty one is all zero.
